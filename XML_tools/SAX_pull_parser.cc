@@ -1,0 +1,159 @@
+#include "SAX_pull_parser.hh"
+
+#include <cstring>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+#include "SAX_File_Parser.hh"
+#include "SAX_Memory_Parser.hh"
+#include "diagnostics.hh"
+#include "local_text.hh"
+
+using xercesc::XMLPlatformUtils;
+
+namespace zrt4 {
+
+namespace {
+
+// What the two variants do differently. Everything else is written once below.
+template <class Variant>
+struct rules;
+
+template <>
+struct rules<memory_variant> {
+  static void create_handler(MemParseHandlers*& handler) { handler = new MemParseHandlers; }
+  static MemParseHandlers& handler_of(MemParseHandlers* handler) { return *handler; }
+  static const MemParseHandlers& handler_of(const MemParseHandlers* handler) { return *handler; }
+  static void delete_handler(MemParseHandlers* handler) { delete handler; }
+
+  static void create_source(xercesc::MemBufInputSource*& source, const char* text) {
+    const char* document = text != nullptr ? text : "";
+    source = new xercesc::MemBufInputSource(reinterpret_cast<const XMLByte*>(document),
+                                            std::strlen(document), "my_mem_info");
+  }
+  static void delete_source(xercesc::MemBufInputSource* source) { delete source; }
+
+  static bool scan_prolog(xercesc::SAXParser& scanner, const char* /*file*/,
+                          const xercesc::MemBufInputSource* source, xercesc::XMLPScanToken& token) {
+    return scanner.parseFirst(*source, token);
+  }
+};
+
+template <>
+struct rules<file_variant> {
+  using no_source = file_variant::input_source;
+
+  static void create_handler(FileParseHandlers& /*embedded*/) {}
+  static FileParseHandlers& handler_of(FileParseHandlers& handler) { return handler; }
+  static const FileParseHandlers& handler_of(const FileParseHandlers& handler) { return handler; }
+  // Destroyed with the parser, after the XML library's end: its texts are in memory of our own.
+  static void delete_handler(FileParseHandlers& /*embedded*/) {}
+
+  static void create_source(no_source&, const char* /*text*/) {}
+  static void delete_source(no_source&) {}
+
+  static bool scan_prolog(xercesc::SAXParser& scanner, const char* file, no_source&,
+                          xercesc::XMLPScanToken& token) {
+    return scanner.parseFirst(file != nullptr ? file : "", token);
+  }
+};
+
+}  // namespace
+
+template <class Variant>
+pull_parser<Variant>::pull_parser() = default;
+
+template <class Variant>
+void pull_parser<Variant>::set_up(char* text) {
+  using xercesc::SAXParser;
+  try {
+    XMLPlatformUtils::Initialize();
+    parser = new SAXParser;
+    rules<Variant>::create_handler(handler);
+    auto& handlers = rules<Variant>::handler_of(handler);
+    parser->setDocumentHandler(&handlers);
+    parser->setErrorHandler(&handlers);
+    parser->setValidationScheme(SAXParser::Val_Auto);
+    parser->setDoNamespaces(false);
+    parser->setDoSchema(false);
+    parser->setValidationSchemaFullChecking(false);
+    // A document must not make its reader open files or the network.
+    parser->setDisableDefaultEntityResolution(true);
+    rules<Variant>::create_source(memBufIS, text);
+    init = true;
+  } catch (const xercesc::XMLException& exception) {
+    detail::say(stderr, {"Error during initialization! Message:\n",
+                         detail::to_local(exception.getMessage()), "\n"});
+  }
+}
+
+template <class Variant>
+pull_parser<Variant>::~pull_parser() {
+  delete parser;
+  rules<Variant>::delete_source(memBufIS);
+  rules<Variant>::delete_handler(handler);
+  XMLPlatformUtils::Terminate();
+}
+
+template <class Variant>
+bool pull_parser<Variant>::begin(char* file) {
+  try {
+    if (rules<Variant>::scan_prolog(*parser, file, memBufIS, token)) return false;
+    detail::say(stderr, {"scanFirst() failed\n"});
+  } catch (const xercesc::XMLException& exception) {
+    // Both variants say "memory stream": programs watch for this very line.
+    detail::say(stderr, {"\nError during parsing memory stream:\n", "Exception message is:  \n",
+                         detail::to_local(exception.getMessage()), "\n"});
+  }
+  return true;
+}
+
+template <class Variant>
+int pull_parser<Variant>::parse(char** tag, char** val) {
+  if (tag != nullptr) *tag = nullptr;
+  if (val != nullptr) *val = nullptr;
+  auto& handlers = rules<Variant>::handler_of(handler);
+  handlers.reset_end_tag_flag();
+  if (!gotMore) return -1;
+  gotMore = parser->parseNext(token);
+  if (!gotMore) parser->parseReset(token);
+  if (handlers.getErrorCount() != 0) return handlers.getErrorCount();
+  // The texts are handed out as writable because callers declare them so; they stay the handler's.
+  if (tag != nullptr) *tag = const_cast<char*>(handlers.getTag());
+  if (val != nullptr) *val = const_cast<char*>(handlers.getValue());
+  return 0;
+}
+
+template <class Variant>
+int pull_parser<Variant>::get_error_counter() const {
+  return rules<Variant>::handler_of(handler).getErrorCount();
+}
+
+template <class Variant>
+int pull_parser<Variant>::get_attr(char* name, char** res) {
+  if (res != nullptr) *res = nullptr;
+  if (name == nullptr || get_error_counter() != 0) return -1;
+  *res = const_cast<char*>(rules<Variant>::handler_of(handler).getAttr(name));
+  return *res != nullptr ? 0 : -1;
+}
+
+template class pull_parser<memory_variant>;
+template class pull_parser<file_variant>;
+
+}  // namespace zrt4
+
+SAX_Memory_Parser::SAX_Memory_Parser(char* text) {
+  set_up(text);
+}
+SAX_Memory_Parser::~SAX_Memory_Parser() = default;
+bool SAX_Memory_Parser::start() {
+  return begin(nullptr);
+}
+
+SAX_File_Parser::SAX_File_Parser() {
+  set_up(nullptr);
+}
+SAX_File_Parser::~SAX_File_Parser() = default;
+bool SAX_File_Parser::start(char* file) {
+  return begin(file);
+}

@@ -1,0 +1,207 @@
+#include "parse_ev_list.hh"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string_view>
+
+#include "diagnostics.hh"
+#include "event_util.hh"
+#include "read_document.hh"
+
+namespace {
+
+using zrt4::detail::from_file;
+using zrt4::detail::from_memory;
+
+constexpr std::string_view root_name = "BMR";
+
+// One less than the field could hold: consumers compare names that were always cut here.
+constexpr std::size_t longest_block_name = 254;
+
+struct number_element {
+  std::string_view name;
+  std::uint32_t& (*field)(zrt4_ev_entry&);
+};
+
+constexpr number_element number_elements[] = {
+    {"TMASK", [](zrt4_ev_entry& e) -> std::uint32_t& { return e.tmask; }},
+    {"MINTIMESEC", [](zrt4_ev_entry& e) -> std::uint32_t& { return e.min_ev_time.timeup; }},
+    {"MINTIMEUSEC", [](zrt4_ev_entry& e) -> std::uint32_t& { return e.min_ev_time.timelow; }},
+    {"PRIORITY", [](zrt4_ev_entry& e) -> std::uint32_t& { return e.priority; }},
+};
+
+// A text that is no number leaves the field as it was. Only a lower-case x makes it hexadecimal.
+void read_number(const char* text, std::uint32_t& field) {
+  if (std::strchr(text, 'x') != nullptr) {
+    std::sscanf(text, " 0x%X ", &field);
+  } else {
+    std::sscanf(text, "%u", &field);
+  }
+}
+
+class ev_list_reader {
+ public:
+  template <class Input>
+  static constexpr bool keeps_unusable_parser = std::is_same_v<Input, from_file>;
+
+  explicit ev_list_reader(std::vector<zrt4_ev_entry*>& into) : list(into) {}
+
+  static bool root(std::string_view tag) {
+    if (tag == root_name) return true;
+    zrt4::detail::say(stderr, {"WRONG root tag: ", tag, " must be '", root_name, "'\n"});
+    return false;
+  }
+
+  static int errors() { return 0; }
+
+  template <class Parser>
+  void step(std::string_view tag, const char* text, Parser& /*parser*/) {
+    if (tag == "EVENT") {
+      in_event = true;
+      type_seen = in_block = in_channels = false;
+    } else if (tag == "TYPE") {
+      if (in_event) type(text);
+    } else if (in_event && type_seen) {
+      if (text != nullptr && tag == "SBLOCK") {
+        server_block(text);
+      } else if (text != nullptr && tag == "CHAN" && in_channels) {
+        channel(text);
+      } else if (tag == "CHLIST") {
+        if (in_block) in_channels = true;
+      } else if (text != nullptr) {
+        number(tag, text);
+      }
+    }
+  }
+
+ private:
+  // The first step of a TYPE only says that one is coming; each text then makes an entry.
+  void type(const char* text) {
+    if (!type_seen) {
+      type_seen = true;
+    } else if (text != nullptr) {
+      const auto number = static_cast<std::uint32_t>(std::strtol(text, nullptr, 10));
+      type_seen = number <= ZRT4_EV_EVMAX;
+      if (type_seen) new_entry(static_cast<ZRT4_EVTYPE>(number));
+    }
+  }
+
+  void new_entry(ZRT4_EVTYPE type) {
+    auto blocks = std::make_unique<std::vector<zrt4_ev_sb_list*>>();
+    auto created = std::make_unique<zrt4_ev_entry>();
+    created->evtype = type;
+    created->sb_list = blocks.get();
+    list.push_back(created.get());
+    (void)blocks.release();
+    entry = created.release();
+  }
+
+  // An event with an empty TYPE continues the entry before it; when there is none, what it brings
+  // is ignored.
+  void server_block(const char* name) {
+    if (entry == nullptr) return;
+    auto channels = std::make_unique<std::vector<char*>>();
+    auto created = std::make_unique<zrt4_ev_sb_list>();
+    std::strncpy(created->sb_list, name, longest_block_name);
+    created->ch_list = channels.get();
+    entry->sb_list->push_back(created.get());
+    (void)channels.release();
+    block = created.release();
+    in_channels = false;
+    in_block = true;
+  }
+
+  void channel(const char* name) {
+    const std::size_t size = std::strlen(name) + 1;
+    std::unique_ptr<char[]> copy(new char[size]);
+    std::memcpy(copy.get(), name, size);
+    block->ch_list->push_back(copy.get());
+    (void)copy.release();
+  }
+
+  void number(std::string_view tag, const char* text) {
+    if (entry == nullptr) return;
+    for (const auto& element : number_elements) {
+      if (tag == element.name) read_number(text, element.field(*entry));
+    }
+  }
+
+  std::vector<zrt4_ev_entry*>& list;
+  zrt4_ev_entry* entry = nullptr;
+  zrt4_ev_sb_list* block = nullptr;
+  // No end tag clears these: they hold until the next EVENT (or, for channels, the next SBLOCK).
+  bool in_event = false;
+  bool type_seen = false;
+  bool in_block = false;
+  bool in_channels = false;
+};
+
+template <class Input>
+int read_ev_list(char* source, std::vector<zrt4_ev_entry*>* list) {
+  ev_list_reader reader(*list);
+  return zrt4::detail::read_document<Input>(source, reader);
+}
+
+void print_block(int number, const zrt4_ev_sb_list& block) {
+  std::printf("Server block[%d]: '%s'\n", number, block.sb_list);
+  if (block.ch_list == nullptr || block.ch_list->empty()) {
+    std::puts("No channel list -> ALL channels");
+    return;
+  }
+  std::printf("Channels: %d\n", static_cast<int>(block.ch_list->size()));
+  int channel = 0;
+  for (const char* name : *block.ch_list) std::printf("Channel[%d]:\t'%s'\n", channel++, name);
+}
+
+void release_block(zrt4_ev_sb_list* block) {
+  // An empty channel vector is deliberately left alone: it may not be this list's own.
+  if (block->ch_list != nullptr && !block->ch_list->empty()) {
+    for (char* name : *block->ch_list) delete[] name;
+    delete block->ch_list;
+  }
+  delete block;
+}
+
+}  // namespace
+
+int zrt4_parse_ev_list_read(char* xml, std::vector<zrt4_ev_entry*>* list) {
+  return read_ev_list<from_memory>(xml, list);
+}
+
+int zrt4_parse_ev_list_readf(char* file, std::vector<zrt4_ev_entry*>* list) {
+  return read_ev_list<from_file>(file, list);
+}
+
+void zrt4_print_ev_list(std::vector<zrt4_ev_entry*>* list) {
+  if (list == nullptr) return;
+  int number = 0;
+  for (const zrt4_ev_entry* entry : *list) {
+    std::printf("Entry[%d]\n", number++);
+    std::printf("EVENT TYPE:\t%s\n", event_name_itoa(static_cast<int>(entry->evtype)));
+    std::printf("Trigger mask:\t0x%x (%u)\n", entry->tmask, entry->tmask);
+    std::printf("Min event time:\t%d sec %d usec\n", static_cast<int>(entry->min_ev_time.timeup),
+                static_cast<int>(entry->min_ev_time.timelow));
+    std::printf("Priority:\t0x%x (%u)\n", entry->priority, entry->priority);
+    if (entry->sb_list == nullptr) {
+      std::puts("No server block list -> Full event");
+      continue;
+    }
+    std::printf("Server Blocks: %d\n", static_cast<int>(entry->sb_list->size()));
+    int block = 0;
+    for (const zrt4_ev_sb_list* server_block : *entry->sb_list) print_block(block++, *server_block);
+  }
+}
+
+void zrt4_clean_ev_list(std::vector<zrt4_ev_entry*>* list) {
+  if (list == nullptr) return;
+  for (zrt4_ev_entry* entry : *list) {
+    // Deliberately only dropped: no reader makes such an entry, so it may not be this list's own.
+    if (entry->sb_list == nullptr) continue;
+    for (zrt4_ev_sb_list* block : *entry->sb_list) release_block(block);
+    delete entry->sb_list;
+    delete entry;
+  }
+  list->clear();
+}

@@ -1,0 +1,30 @@
+# Installation: libraries, headers (one folder, found by bare name), the tool, the CMake package
+# and the pkg-config file.
+include(CMakePackageConfigHelpers)
+
+set(ZRT4_INSTALL_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR}/zrt4xml)
+set(ZRT4_INSTALL_CMAKEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/ZRT4XML)
+
+set(installed_targets ZRT4XML)
+if(ZRT4_EVUTL STREQUAL bundled)
+  list(APPEND installed_targets ZRT4evutl)
+endif()
+install(TARGETS ${installed_targets} EXPORT ZRT4XMLTargets
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+        FILE_SET HEADERS DESTINATION ${ZRT4_INSTALL_INCLUDEDIR})
+install(EXPORT ZRT4XMLTargets NAMESPACE ZRT4XML:: DESTINATION ${ZRT4_INSTALL_CMAKEDIR})
+
+configure_package_config_file(cmake/ZRT4XMLConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/ZRT4XMLConfig.cmake INSTALL_DESTINATION ${ZRT4_INSTALL_CMAKEDIR})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/ZRT4XMLConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/ZRT4XMLConfig.cmake
+              ${PROJECT_BINARY_DIR}/ZRT4XMLConfigVersion.cmake
+        DESTINATION ${ZRT4_INSTALL_CMAKEDIR})
+
+configure_file(cmake/zrt4xml.pc.in ${PROJECT_BINARY_DIR}/zrt4xml.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/zrt4xml.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+if(ZRT4_TOOL)
+  install(TARGETS zrt4xml RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()

@@ -1,0 +1,68 @@
+#ifndef SUPPORT_HH
+#define SUPPORT_HH
+
+// What the tests share: captured output, temporary files, writable texts.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <utility>
+
+namespace test {
+
+/// What a piece of code wrote to standard output and standard error.
+struct output {
+  std::string out;
+  std::string err;
+};
+
+template <class Code>
+output captured(Code&& code) {
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  std::forward<Code>(code)();
+  std::fflush(nullptr);
+  std::cout.flush();
+  output result;
+  result.out = testing::internal::GetCapturedStdout();
+  result.err = testing::internal::GetCapturedStderr();
+  return result;
+}
+
+/// A file that lives as long as the object.
+class temporary_file {
+ public:
+  explicit temporary_file(const std::string& content) {
+    char pattern[] = "/tmp/zrt4_test_XXXXXX";
+    const int descriptor = mkstemp(pattern);
+    if (descriptor == -1) throw std::runtime_error("no temporary file");
+    std::fclose(fdopen(descriptor, "w"));
+    path_ = pattern;
+    std::ofstream(path_, std::ios::binary) << content;
+  }
+  temporary_file(const temporary_file&) = delete;
+  temporary_file& operator=(const temporary_file&) = delete;
+  ~temporary_file() { std::remove(path_.c_str()); }
+
+  char* name() { return path_.data(); }
+  const std::string& path() const { return path_; }
+  std::string content() const {
+    std::ostringstream text;
+    text << std::ifstream(path_, std::ios::binary).rdbuf();
+    return text.str();
+  }
+
+ private:
+  std::string path_;
+};
+
+}  // namespace test
+
+#endif
