@@ -4,6 +4,8 @@
 
 #include <cfenv>
 #include <cstdio>
+#include <cstring>
+#include <system_error>
 
 namespace zrt4::detail {
 
@@ -11,8 +13,9 @@ namespace {
 
 constexpr int precision = 6;
 
-// std::to_chars prints what printf prints when the decimal point is '.' and ties go to even.
-bool prints_like_to_chars() {
+// std::to_chars and std::from_chars do what printf and scanf do while the decimal point is '.' and
+// results are rounded to the nearest number.
+bool stdio_is_plain() {
   const char* point = nl_langinfo(RADIXCHAR);
   return point[0] == '.' && point[1] == '\0' && std::fegetround() == FE_TONEAREST;
 }
@@ -28,7 +31,7 @@ void number_text::print(Format... format) {
 
 number_text number_text::local(double number, std::chars_format format) {
   number_text text;
-  if (prints_like_to_chars()) {
+  if (stdio_is_plain()) {
     text.print(number, format, precision);
   } else {
     const int length = format == std::chars_format::fixed
@@ -57,6 +60,18 @@ number_text general(double number) {
   number_text text;
   text.print(number, std::chars_format::general, precision);
   return text;
+}
+
+bool read_plain_number(const char* text, float& number) {
+  const char first = text[text[0] == '-' ? 1 : 0];
+  const bool a_name_or_a_blank = first != '.' && (first < '0' || first > '9');
+  if (a_name_or_a_blank || !stdio_is_plain()) return false;
+  const char* end = text + std::strlen(text);
+  float read = 0;
+  const auto [stopped, error] = std::from_chars(text, end, read);
+  if (error != std::errc() || stopped != end) return false;
+  number = read;
+  return true;
 }
 
 }  // namespace zrt4::detail

@@ -1,8 +1,9 @@
 #ifndef NUMBER_TEXT_HH
 #define NUMBER_TEXT_HH
 
-// Numbers as text for the writers of listings, text files and documents: what printf would print,
-// without a stream, an allocation or, in the usual case, a format string being read.
+// Numbers as text for the writers of listings, text files and documents, and back: what printf
+// would print and scanf would read, without a stream, an allocation or, in the usual case, a format
+// string.
 
 #include <array>
 #include <charconv>
@@ -38,6 +39,11 @@ number_text decimal(int number);        ///< "%d"
 number_text fixed(double number);       ///< "%f", with the decimal point of LC_NUMERIC
 number_text scientific(double number);  ///< "%e", with the decimal point of LC_NUMERIC
 number_text general(double number);     ///< "%g", always with '.', as a C++ stream prints it
+
+/// Reads a text that is wholly one plain number (a minus sign, digits, a '.', an exponent) as
+/// sscanf's "%f" reads it. False, and `number` as it was, for any other text and wherever sscanf
+/// would see it differently: leave those to sscanf.
+bool read_plain_number(const char* text, float& number);
 
 }  // namespace zrt4::detail
 
