@@ -6,11 +6,23 @@
 
 namespace {
 
+// The library leaves empty channel vectors to whoever made the list.
+void release(std::vector<zrt4_ev_entry*>& list) {
+  for (const zrt4_ev_entry* entry : list) {
+    for (zrt4_ev_sb_list* block : *entry->sb_list) {
+      if (!block->ch_list->empty()) continue;
+      delete block->ch_list;
+      block->ch_list = nullptr;
+    }
+  }
+  zrt4_clean_ev_list(&list);
+}
+
 int show_event_list(char* path) {
   std::vector<zrt4_ev_entry*> list;
   const int errors = zrt4_parse_ev_list_readf(path, &list);
   zrt4_print_ev_list(&list);
-  zrt4_clean_ev_list(&list);
+  release(list);
   return errors;
 }
 
