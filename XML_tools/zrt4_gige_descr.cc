@@ -43,6 +43,9 @@ using text_field = std::string ZRT4GigEFeature::*;
 constexpr std::string_view never_set = "Unknown";
 constexpr std::string_view awaits_text = "Waiting";
 
+constexpr text_field all_texts[] = {&ZRT4GigEFeature::name, &ZRT4GigEFeature::extension,
+                                    &ZRT4GigEFeature::tooltip, &ZRT4GigEFeature::description};
+
 // What a text node may fill, in this order.
 constexpr text_field filled_by_text[] = {&ZRT4GigEFeature::extension, &ZRT4GigEFeature::tooltip,
                                          &ZRT4GigEFeature::description};
@@ -161,7 +164,7 @@ void feature_walk::element(std::string_view tag) {
     if (tag != FeatureTags[type]) continue;
     auto created = std::make_unique<ZRT4GigEFeature>();
     created->type = type;
-    created->name = created->extension = created->tooltip = created->description = never_set;
+    for (const text_field field : all_texts) created.get()->*field = never_set;
     out.push_back(created.get());
     (void)created.release();
     return;
@@ -181,7 +184,9 @@ void feature_walk::read_attributes(const xercesc::DOMNamedNodeMap& attributes) {
   const XMLSize_t count = attributes.getLength();
   for (XMLSize_t i = 0; i < count; ++i) {
     const DOMNode* attribute = attributes.item(i);
-    if (convert(attribute->getNodeName()) != Attributes[ATTRIBUTE_NAME]) continue;
+    if (attribute == nullptr || convert(attribute->getNodeName()) != Attributes[ATTRIBUTE_NAME]) {
+      continue;
+    }
     if (feature->name == never_set) {
       feature->name = convert(attribute->getNodeValue());
     } else if (feature->extension == awaits_text) {
@@ -263,9 +268,9 @@ bool parse(std::optional<feature_parser>& parser, const char* file_name) {
 }
 
 void remove_markers(ZRT4GigEFeature& feature) {
-  for (std::string* field :
-       {&feature.name, &feature.extension, &feature.tooltip, &feature.description}) {
-    if (*field == never_set || *field == awaits_text) field->clear();
+  for (const text_field field : all_texts) {
+    std::string& text = feature.*field;
+    if (text == never_set || text == awaits_text) text.clear();
   }
 }
 

@@ -22,18 +22,18 @@ class made_file {
     char pattern[] = "/tmp/zrt4_bench_XXXXXX";
     std::FILE* file = fdopen(mkstemp(pattern), "w");
     if (file == nullptr) std::exit(1);
-    std::fputs("<?xml version=\"1.0\"?>\n<RegisterDescription>\n", file);
+    std::fputs("<?xml version=\"1.0\"?>\n<CameraDescription>\n", file);
     for (int i = 0; i < features; ++i) {
       std::fprintf(file,
-                   "  <Integer Name=\"Feature%d\" NameSpace=\"Standard\">\n"
+                   "  <Integer Name=\"Feature%d\" Access=\"RW\">\n"
                    "    <PvRename>CAMERA.FEATURE_%d</PvRename>\n"
                    "    <ToolTip>Sets feature %d</ToolTip>\n"
                    "    <Description>Feature %d of the sensor, in its own units.</Description>\n"
-                   "    <pValue>Register%d</pValue>\n"
+                   "    <Address>%d</Address>\n"
                    "  </Integer>\n",
                    i, i, i, i, i);
     }
-    std::fputs("</RegisterDescription>\n", file);
+    std::fputs("</CameraDescription>\n", file);
     std::fclose(file);
     name = pattern;
   }
