@@ -120,9 +120,8 @@ int dump_chan_desr(std::vector<chan_descr_2010*>* chdscr_list, char* file_name, 
       write_text(file.get(), *chdscr_list, write_short_text);
       return done;
     case DUMP_XML_FILE:
-      return deliver(
-          zrt4::detail::chan_descr_document(*chdscr_list, format, file != nullptr, dims), file, fd,
-          sout);
+      return deliver(zrt4::detail::chan_descr_document(*chdscr_list, format, file != nullptr, dims),
+                     file, fd, sout);
     default:
       return done;
   }

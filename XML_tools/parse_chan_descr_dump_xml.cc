@@ -58,18 +58,12 @@ void append_leaves(std::string& out, const leaf<Record> (&leaves)[Count], const 
 // The element dialect.
 
 constexpr leaf<chan> channel_elements[] = {
-    {"STREAM", put<&chan::stream>},
-    {"EVTYPE", put<&chan::ev_type>},
-    {"DTYPE", put<&chan::dtype>},
-    {"DB_KEY", put<&chan::db_key>},
-    {"COUNT", put<&chan::count>},
-    {"SB_NAME", put<&chan::sb_name>},
-    {"PROP", put<&chan::prop_name>},
-    {"NAME", put<written_daq_name>},
-    {"SETPOINT", put<&chan::set_point>},
-    {"SUBSYSTEM", put<&chan::subsystem>},
-    {"UNITS", put<&chan::units>},
-    {"DESC", put<&chan::prop_desc>},
+    {"STREAM", put<&chan::stream>},      {"EVTYPE", put<&chan::ev_type>},
+    {"DTYPE", put<&chan::dtype>},        {"DB_KEY", put<&chan::db_key>},
+    {"COUNT", put<&chan::count>},        {"SB_NAME", put<&chan::sb_name>},
+    {"PROP", put<&chan::prop_name>},     {"NAME", put<written_daq_name>},
+    {"SETPOINT", put<&chan::set_point>}, {"SUBSYSTEM", put<&chan::subsystem>},
+    {"UNITS", put<&chan::units>},        {"DESC", put<&chan::prop_desc>},
     {"SIZE", put<&chan::max_size>},
 };
 
@@ -126,6 +120,10 @@ constexpr leaf<image> image_elements[] = {
 
 /// The dimension parameters of each channel: those of the first usable entry with its DAQ name.
 class parameter_table {
+  auto name_of() const {
+    return [this](std::uint32_t at) { return used[at]->name; };
+  }
+
  public:
   explicit parameter_table(const std::vector<dim_params*>* entries) {
     if (entries == nullptr) return;
@@ -145,9 +143,6 @@ class parameter_table {
   static bool usable(const dim_params* entry) {
     return entry != nullptr && entry->name != nullptr && entry->num != 0 &&
            (entry->params != nullptr || entry->iparams != nullptr);
-  }
-  auto name_of() const {
-    return [this](std::uint32_t at) { return used[at]->name; };
   }
 
   std::vector<const dim_params*> used;

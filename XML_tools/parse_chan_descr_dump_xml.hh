@@ -31,8 +31,8 @@ void for_each_property(const std::vector<chan_descr_2010*>& list, Write write) {
   }
 }
 
-/// The whole document in the dialect `format`. In the element dialect a document that goes to a file
-/// carries the date, and `dims`, unless null, adds parameters to dimensions.
+/// The whole document in the dialect `format`. In the element dialect a document that goes to a
+/// file carries the date, and `dims`, unless null, adds parameters to dimensions.
 std::string chan_descr_document(const std::vector<chan_descr_2010*>& list, int format, bool in_file,
                                 const std::vector<dim_params*>* dims);
 
