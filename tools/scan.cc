@@ -47,7 +47,6 @@ root_element scan(const char* path, xercesc::SAXParser::ValSchemes validation, b
     xercesc::XMLPScanToken token;
     bool more = scanner.parseFirst(path, token) && scanner.parseNext(token);
     while (whole && more) more = scanner.parseNext(token);
-    scanner.parseReset(token);
   } catch (const xercesc::XMLException& exception) {
     handler.found.problem = " " + local(exception.getMessage());
   }
