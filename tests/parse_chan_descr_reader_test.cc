@@ -1011,4 +1011,42 @@ TYPED_TEST(ReadChannels, SameVariablePropertyAgainKeepsTheRecord) {
   EXPECT_STREQ(got->list[0]->daq_name, "");
 }
 
+// ---- The examples.
+
+std::unique_ptr<reading> example(const std::string& name) {
+  auto got = std::make_unique<reading>();
+  std::string path = ZRT4_SOURCE_DIR "/examples/channels/" + name;
+  const auto output = captured(
+      [&] { got->result = parse_descr_list_readf(path.data(), &got->list, false, false); });
+  EXPECT_EQ(output.out + output.err, "");
+  return got;
+}
+
+TEST(ChannelExamples, BothDialectsDescribeTheSameChannels) {
+  const auto short_elements = example("channels.xml");
+  const auto short_variables = example("variables.xml");
+  EXPECT_EQ(short_elements->result + short_variables->result, 0);
+  EXPECT_EQ(short_elements->list.size(), 8U);
+  EXPECT_EQ(short_elements->properties(), short_variables->properties());
+  const auto elements = example("linac.xml");
+  const auto variables = example("linac_variables.xml");
+  EXPECT_EQ(elements->result + variables->result, 0);
+  EXPECT_EQ(elements->list.size(), 427U);
+  EXPECT_EQ(elements->properties(), variables->properties());
+}
+
+TEST(ChannelExamples, ShortOne) {
+  const auto got = example("channels.xml");
+  const chan_descr_2010& position = *got->list.at(0);
+  EXPECT_STREQ(position.prop_name, "LINAC.DIAG/BPM/3.L1/X.TRAIN");
+  EXPECT_STREQ(position.daq_name, "BPM.3.L1.X");
+  EXPECT_EQ(position.ndims, 1);
+  EXPECT_EQ(position.dims.at(0)->nstats, 3);
+  const chan_descr_2010& status = *got->list.at(5);
+  EXPECT_STREQ(status.daq_name, "RF.A1.STATUS");
+  EXPECT_EQ(status.nbits, 6);
+  EXPECT_STREQ(status.bits.at(3)->bit_name, "QUENCH");
+  EXPECT_STREQ(status.bits.at(3)->bit_desc, "quench detected in a cavity of the module");
+}
+
 }  // namespace
