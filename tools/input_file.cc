@@ -1,59 +1,16 @@
 #include "input_file.hh"
 
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
-#include <system_error>
+#include <utility>
 
 namespace {
 
-[[noreturn]] void fail(int reason) {
-  throw std::runtime_error(std::generic_category().message(reason));
-}
-
-class descriptor {
- public:
-  explicit descriptor(int number) : fd(number) {
-    if (fd == -1) fail(errno);
-  }
-  descriptor(const descriptor&) = delete;
-  descriptor& operator=(const descriptor&) = delete;
-  ~descriptor() {
-    if (fd != -1) close(fd);
-  }
-  int get() const { return fd; }
-  int release() {
-    const int released = fd;
-    fd = -1;
-    return released;
-  }
-
- private:
-  int fd;
-};
-
-void write_all(int to, const char* bytes, std::size_t size) {
-  while (size != 0) {
-    const ssize_t written = write(to, bytes, size);
-    if (written == -1) fail(errno);
-    bytes += written;
-    size -= static_cast<std::size_t>(written);
-  }
-}
-
-int copy_into_memory(int from) {
-  descriptor memory(memfd_create("zrt4xml", MFD_CLOEXEC));
-  std::array<char, 1 << 16> buffer{};
-  for (;;) {
-    const ssize_t got = read(from, buffer.data(), buffer.size());
-    if (got == -1) fail(errno);
-    if (got == 0) return memory.release();
-    write_all(memory.get(), buffer.data(), static_cast<std::size_t>(got));
-  }
+int open_to_read(const std::string& path) {
+  return open(path.c_str(), O_RDONLY | O_CLOEXEC);
 }
 
 bool is_regular(int fd) {
@@ -68,14 +25,19 @@ bool is_regular(int fd) {
 input_file::input_file(const std::string& name) : shown(name), readable(name) {
   if (name == "-") {
     shown = "standard input";
-    copy = copy_into_memory(STDIN_FILENO);
-  } else {
-    const descriptor opened(open(name.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!is_regular(opened.get())) copy = copy_into_memory(opened.get());
+    copy_from(descriptor(dup(STDIN_FILENO)));
+    return;
   }
-  if (copy != -1) readable = "/proc/self/fd/" + std::to_string(copy);
+  descriptor opened(open_to_read(name));
+  if (!is_regular(opened.get())) copy_from(std::move(opened));
 }
 
-input_file::~input_file() {
-  if (copy != -1) close(copy);
+void input_file::copy_from(descriptor source) {
+  copy.emplace(memory_file());
+  copy->write_all(source.read_all());
+  readable = copy->path();
+}
+
+std::string input_file::content() const {
+  return descriptor(open_to_read(readable)).read_all();
 }

@@ -7,6 +7,7 @@
 #include "exit_code.hh"
 
 /// `zrt4xml show`: prints the listing of each document, under a heading when there are several.
-exit_code show(const std::vector<std::string>& files);
+/// `kind` names the kind of all of them; empty: each is recognised.
+exit_code show(const std::vector<std::string>& files, const std::string& kind);
 
 #endif

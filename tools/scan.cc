@@ -1,4 +1,4 @@
-#include "root_element.hh"
+#include "scan.hh"
 
 #include <xercesc/framework/XMLPScanToken.hpp>
 #include <xercesc/parsers/SAXParser.hpp>
@@ -35,19 +35,31 @@ class root_handler : public xercesc::HandlerBase {
   }
 };
 
-}  // namespace
-
-root_element find_root_element(const char* path) {
+// `whole` says whether to go on behind the root's start tag.
+root_element scan(const char* path, xercesc::SAXParser::ValSchemes validation, bool whole) {
   root_handler handler;
   try {
     xercesc::SAXParser scanner;
     scanner.setDocumentHandler(&handler);
     scanner.setErrorHandler(&handler);
+    scanner.setValidationScheme(validation);
     scanner.setDisableDefaultEntityResolution(true);
     xercesc::XMLPScanToken token;
-    if (scanner.parseFirst(path, token) && scanner.parseNext(token)) scanner.parseReset(token);
+    bool more = scanner.parseFirst(path, token) && scanner.parseNext(token);
+    while (whole && more) more = scanner.parseNext(token);
+    scanner.parseReset(token);
   } catch (const xercesc::XMLException& exception) {
     handler.found.problem = " " + local(exception.getMessage());
   }
   return handler.found;
+}
+
+}  // namespace
+
+root_element find_root_element(const char* path) {
+  return scan(path, xercesc::SAXParser::Val_Auto, false);
+}
+
+std::string first_damage(const char* path) {
+  return scan(path, xercesc::SAXParser::Val_Never, true).problem;
 }
