@@ -161,7 +161,7 @@ int run(int argc, char** argv) {
     }
     return flushed(merge(given.files, given.force, given.to, given.output));
   } catch (const bad_document& reason) {
-    complain(first, reason.what());
+    complain(first + reason.place, reason.what());
     return exit_bad_document;
   } catch (const std::runtime_error& reason) {
     complain(first, reason.what());
