@@ -133,8 +133,9 @@ template <class Variant>
 int pull_parser<Variant>::get_attr(char* name, char** res) {
   if (res != nullptr) *res = nullptr;
   if (name == nullptr || get_error_counter() != 0) return -1;
-  *res = const_cast<char*>(rules<Variant>::handler_of(handler).getAttr(name));
-  return *res != nullptr ? 0 : -1;
+  const char* value = rules<Variant>::handler_of(handler).getAttr(name);
+  if (res != nullptr) *res = const_cast<char*>(value);
+  return value != nullptr ? 0 : -1;
 }
 
 template class pull_parser<memory_variant>;

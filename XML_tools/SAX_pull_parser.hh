@@ -159,7 +159,7 @@ class ZRT4_EXPORT pull_parser {
 
   /// Looks up an attribute of the current element. Returns 0 and its value in `*res` (it belongs to
   /// the parser and lives as long as the element is current), or -1 and null when `name` is null,
-  /// when no attribute has exactly that name, or after any XML error. `res` must not be null.
+  /// when no attribute has exactly that name, or after any XML error. `res` should not be null.
   int get_attr(char* name, char** res);
 
  protected:

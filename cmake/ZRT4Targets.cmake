@@ -16,6 +16,7 @@ function(zrt4_shared_library target)
   set_target_properties(${target} PROPERTIES
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
+    INSTALL_RPATH "$ORIGIN"  # the two libraries are installed side by side
     LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
   target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
   target_link_options(${target} PRIVATE

@@ -15,7 +15,37 @@
 #include <string>
 #include <utility>
 
+#if defined(__SANITIZE_ADDRESS__)
+#define ZRT4_LEAK_CHECKED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define ZRT4_LEAK_CHECKED 1
+#endif
+#endif
+#ifdef ZRT4_LEAK_CHECKED
+#include <sanitizer/lsan_interface.h>
+#endif
+
 namespace test {
+
+/// While it lives, what is allocated may leak: for the leaks that the library keeps deliberately
+/// and a test cannot reach.
+class kept_leak {
+ public:
+#ifdef ZRT4_LEAK_CHECKED
+  kept_leak() {
+    __lsan_disable();
+  }
+  ~kept_leak() {
+    __lsan_enable();
+  }
+#else
+  kept_leak() = default;
+  ~kept_leak() {}
+#endif
+  kept_leak(const kept_leak&) = delete;
+  kept_leak& operator=(const kept_leak&) = delete;
+};
 
 /// What a piece of code wrote to standard output and standard error.
 struct output {

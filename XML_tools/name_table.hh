@@ -1,0 +1,63 @@
+#ifndef NAME_TABLE_HH
+#define NAME_TABLE_HH
+
+// A constant table from element names to what they mean, found with one comparison.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace zrt4::detail {
+
+template <class Meaning>
+struct named {
+  std::string_view name;
+  Meaning meaning;
+};
+
+/// A perfect hash of `Count` names, made by the compiler.
+template <class Meaning, std::size_t Count>
+class name_table {
+ public:
+  constexpr explicit name_table(const named<Meaning> (&names)[Count]) {
+    while (!place(names)) ++multiplier;
+  }
+
+  /// The meaning of `name`, or null when the table does not have it.
+  constexpr const Meaning* find(std::string_view name) const {
+    if (name.empty()) return nullptr;
+    const named<Meaning>& candidate = slots[slot_of(name)];
+    return candidate.name == name ? &candidate.meaning : nullptr;
+  }
+
+ private:
+  static constexpr std::size_t slot_bits = 6;
+  static_assert(2 * Count <= 1U << slot_bits);
+
+  constexpr std::size_t slot_of(std::string_view name) const {
+    std::uint32_t key = static_cast<unsigned char>(name.front());
+    key = key << 8U | static_cast<unsigned char>(name[name.size() / 2]);
+    key = key << 8U | static_cast<unsigned char>(name.back());
+    key = key << 6U ^ static_cast<std::uint32_t>(name.size());
+    return key * multiplier >> (32U - slot_bits);
+  }
+
+  constexpr bool place(const named<Meaning> (&names)[Count]) {
+    slots = {};
+    for (const auto& entry : names) {
+      named<Meaning>& slot = slots[slot_of(entry.name)];
+      if (!slot.name.empty()) return false;
+      slot.name = entry.name;
+      slot.meaning = entry.meaning;
+    }
+    return true;
+  }
+
+  std::array<named<Meaning>, std::size_t{1} << slot_bits> slots{};
+  std::uint32_t multiplier = 0x9e3779b9U;
+};
+
+}  // namespace zrt4::detail
+
+#endif

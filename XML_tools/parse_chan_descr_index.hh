@@ -1,0 +1,32 @@
+#ifndef PARSE_CHAN_DESCR_INDEX_HH
+#define PARSE_CHAN_DESCR_INDEX_HH
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "event_util.hh"
+
+namespace zrt4::detail {
+
+/// Finds records of one growing list as `find_chan_entry` does (the first whose property is exactly
+/// the text), without walking the list. It catches up with the list at each lookup, so that nothing
+/// is indexed before the first. Records must not leave the list meanwhile; a record whose property
+/// changes has to be appended again to be found under the new one.
+class property_index {
+ public:
+  chan_descr_2010* find(const std::vector<chan_descr_2010*>& list, std::string_view property);
+
+ private:
+  void catch_up(const std::vector<chan_descr_2010*>& list);
+  void make_room(const std::vector<chan_descr_2010*>& list);
+  void place(const std::vector<chan_descr_2010*>& list, std::size_t position);
+
+  std::vector<std::uint32_t> hashes;  // of the property at each position of the list
+  std::vector<std::uint32_t> slots;   // position + 1, or 0
+};
+
+}  // namespace zrt4::detail
+
+#endif

@@ -1,0 +1,121 @@
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+
+#include "parse_chan_descr.hh"
+
+namespace {
+
+/// The names of a mask's bits, joined by colons and cut at 255 characters.
+class joined_names {
+ public:
+  void add(const char* name) {
+    if (used != 0) append(":");
+    append(name);
+  }
+  const char* c_str() const { return text; }
+
+ private:
+  void append(const char* part) {
+    const std::size_t length = std::min(std::strlen(part), sizeof text - 1 - used);
+    std::memcpy(text + used, part, length);
+    used += length;
+  }
+
+  char text[256] = {};
+  std::size_t used = 0;
+};
+
+constexpr bool has_bit(std::uint32_t mask, int bit) {
+  return (mask >> bit & 1U) != 0;
+}
+
+joined_names event_names(std::uint32_t mask) {
+  joined_names names;
+  for (int bit = 0; bit < 32; ++bit)
+    if (has_bit(mask, bit)) names.add(event_name_itoa(bit));
+  return names;
+}
+
+// Bit 31 has no name of its own: it says that the other bits stand for the family from 32 on.
+joined_names block_names(std::uint32_t mask) {
+  const int family = has_bit(mask, 31) ? 32 : 0;
+  joined_names names;
+  for (int bit = 0; bit < 31; ++bit)
+    if (has_bit(mask, bit)) names.add(block_name_itoa(family + bit));
+  return names;
+}
+
+void print_fields(const chan_descr_2010& channel) {
+  std::printf(" stream   : %d \n", channel.stream);
+  std::printf(" ev type  : 0x%x %s\n", channel.ev_type, event_names(channel.ev_type).c_str());
+  std::printf(" data type: 0x%x %s\n", channel.dtype, block_names(channel.dtype).c_str());
+  std::printf("\tcount  :%d\n", channel.count);
+  std::printf("\tdb_key :%d\n", channel.db_key);
+  std::printf("\tprop   :%s\n", channel.prop_name);
+  std::printf("\tname   :%s\n", channel.daq_name);
+  std::printf("\tset_pnt:%s\n", channel.set_point != 0 ? "yes" : "no");
+  std::printf("\tdesc   :%s\n", channel.prop_desc);
+  std::printf("\tsb_name:%s\n", channel.sb_name);
+  std::printf("\tsubsys :%s\n", channel.subsystem);
+  std::printf("\tunit   :%s\n", channel.units);
+  std::printf("\tmax_sz :%d\n", channel.max_size);
+}
+
+void print_bits(const chan_descr_2010& channel) {
+  if (channel.nbits == 0) {
+    if (!channel.bits.empty()) std::puts("ERROR: nbits = 0, but bits.size() > 0");
+    return;
+  }
+  std::printf("\t\t# bits :%d\n", channel.nbits);
+  for (const bit_descr* bit : channel.bits) {
+    std::printf("\t\tbit    : %d\n", bit->bit);
+    std::printf("\t\tname   : %s\n", bit->bit_name);
+    std::printf("\t\tdesc   : %s\n", bit->bit_desc);
+  }
+}
+
+void print_stats(const dim_descr& dim) {
+  if (dim.nstats == 0) {
+    if (!dim.stats.empty()) std::puts("ERROR: nstats = 0, but stats.size() > 0");
+    return;
+  }
+  std::printf("\t\t\t# stats : %d\n", dim.nstats);
+  for (const stat_descr* stat : dim.stats) {
+    std::printf("\t\t\tid     : %d\n", stat->stat);
+    std::printf("\t\t\tname   : %s\n", stat->stat_name);
+    std::printf("\t\t\tdesc   : %s\n", stat->stat_desc);
+    std::printf("\t\t\tunits  : %s\n", stat->units);
+  }
+}
+
+void print_dims(const chan_descr_2010& channel) {
+  if (channel.ndims == 0) {
+    if (!channel.dims.empty()) std::puts("ERROR: ndims = 0, but dims.size() > 0");
+    return;
+  }
+  std::printf("\t\t# dims : %d\n", channel.ndims);
+  for (const dim_descr* dim : channel.dims) {
+    std::printf("\t\tid    : %d\n", dim->dim);
+    std::printf("\t\tname : %s\n", dim->dim_name);
+    std::printf("\t\tdesc : %s\n", dim->dim_desc);
+    std::printf("\t\tunits: %s\n", dim->units);
+    print_stats(*dim);
+  }
+}
+
+}  // namespace
+
+void print_zrt4_chan_descr(std::vector<chan_descr_2010*>* list) {
+  if (list == nullptr) return;
+  std::puts("========================");
+  std::puts("ZRT4 XML Channel Description (XCD)");
+  int number = 0;
+  for (const chan_descr_2010* channel : *list) {
+    std::printf("--------------[%d]-----------------\n", number++);
+    print_fields(*channel);
+    print_bits(*channel);
+    print_dims(*channel);
+  }
+}

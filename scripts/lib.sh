@@ -1,0 +1,49 @@
+# Shared by the scripts: where the project is, what it needs, how it is built. Sourced, not run.
+set -euo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+build_packages="g++ cmake ninja-build pkg-config libxerces-c-dev libcli11-dev libgtest-dev libgmock-dev"
+check_packages="clang clang-format clang-tidy libclang-rt-14-dev"
+
+say() { printf '%s\n' "$*" >&2; }
+
+# Installs those of the named Debian packages that are missing.
+need() {
+  local package missing=""
+  for package in "$@"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=" $package"
+  done
+  [ -n "$missing" ] || return 0
+  local as_root=""
+  if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null; then
+      say "These Debian packages are missing:$missing"
+      say "You are not root and there is no sudo. As root, run: apt-get install$missing"
+      exit 1
+    fi
+    as_root=sudo
+  fi
+  say "Installing:$missing"
+  export DEBIAN_FRONTEND=noninteractive
+  if ! { $as_root apt-get update -qq && $as_root apt-get install -y -qq --no-install-recommends $missing; } >&2; then
+    say "The packages could not be installed. Run by hand: apt-get install$missing"
+    exit 1
+  fi
+}
+
+# Configures a preset when it is new and builds the given targets; shows the log only when it fails.
+build() {
+  local preset=$1 log
+  shift
+  mkdir -p "$root/build/$preset"
+  log=$root/build/$preset/build.log
+  say "Building ($preset) ..."
+  if ! { (cd "$root" && { [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset"; } &&
+          cmake --build "build/$preset" ${*:+--target "$@"}); } >"$log" 2>&1; then
+    cat "$log" >&2
+    exit 1
+  fi
+}
+
+run_tests() { (cd "$root" && ctest --preset "$1" -j "$(nproc)"); }

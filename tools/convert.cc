@@ -1,0 +1,178 @@
+#include "convert.hh"
+
+#include <cstring>
+#include <string_view>
+#include <unordered_map>
+
+#include "bad_document.hh"
+#include "descriptor.hh"
+#include "document_kind.hh"
+#include "documents.hh"
+#include "input_file.hh"
+#include "latin1.hh"
+#include "message.hh"
+#include "output_file.hh"
+#include "quiet_output.hh"
+#include "writable.hh"
+
+namespace {
+
+bool is_xml(output_format format) {
+  return format == output_format::xml || format == output_format::variables;
+}
+
+int dialect_of(const document_kind& kind) {
+  if (kind.name == "channels") return ZRT4_FORMAT;
+  if (kind.name == "variables") return MORV_FORMAT;
+  throw wrong_usage("this is no channel description but: " + std::string(kind.description));
+}
+
+output_format own_format(int dialect) {
+  return dialect == MORV_FORMAT ? output_format::variables : output_format::xml;
+}
+
+// A document keeps the numbers of types; a text shows masks, as the listing does.
+types types_for(output_format format) {
+  return is_xml(format) ? types::numbers : types::masks;
+}
+
+/// What `dump(file name)` writes.
+template <class Dump>
+std::string dumped(Dump&& dump) {
+  descriptor memory(memory_file());
+  std::string path = memory.path();
+  {
+    const quiet_output remarks;
+    if (dump(path.data()) != 0) throw std::runtime_error("cannot write to memory");
+  }
+  return memory.read_all();
+}
+
+std::string text_of(channel_list& list, output_format format) {
+  if (is_xml(format)) {
+    std::string document;
+    const int dialect = format == output_format::xml ? ZRT4_FORMAT : MORV_FORMAT;
+    dump_chan_desr(&list.channels, nullptr, DUMP_XML_FILE, dialect, -1, &document, nullptr);
+    return to_latin1(document);
+  }
+  const int mode = format == output_format::text ? DUMP_TXT_FILE : DUMP_TXT_FILE_SHORT;
+  return dumped([&](char* path) {
+    return dump_chan_desr(&list.channels, path, mode, ZRT4_FORMAT, -1, nullptr, nullptr);
+  });
+}
+
+exit_code write_channels(const std::string& file, channel_list& list, output_format format,
+                         const std::string& output) {
+  writable fit;
+  if (is_xml(format)) fit = check_channels(file, list.channels);
+  if (!fit.at_all) {
+    complain(file, "nothing is written: the document could not be read back");
+    return exit_bad_document;
+  }
+  write_output(output, text_of(list, format));
+  return fit.wholly ? exit_fine : exit_bad_document;
+}
+
+struct narrow {
+  using entry = zrt4_env_index_dictionary_entry;
+  static int dump(std::vector<entry*>* list, char* path, int mode, std::string* document) {
+    return dump_env_index_dict(list, path, mode, -1, document);
+  }
+};
+struct wide_2010 {
+  using entry = zrt4_env_index_dictionary_entry_2010;
+  static int dump(std::vector<entry*>* list, char* path, int mode, std::string* document) {
+    return dump_env_index_dict_2010(list, path, mode, -1, document);
+  }
+};
+
+template <class Width>
+exit_code convert_dictionary(input_file& file, output_format to, const std::string& output) {
+  dictionary<typename Width::entry> list;
+  exit_code result = exit_fine;
+  if (const int errors = list.read(file); errors != 0) {
+    complain_of_errors(file.name(), errors, "what could be read is converted");
+    result = exit_bad_document;
+  }
+  if (to == output_format::text) {
+    write_output(output, dumped([&](char* path) {
+                   return Width::dump(&list.entries, path, ENV_INDX_DUMP_TXT_FILE, nullptr);
+                 }));
+    return result;
+  }
+  const writable fit = check_dictionary(file.name(), list.entries);
+  if (!fit.at_all) {
+    complain(file.name(), "nothing is written: the document could not be read back");
+    return exit_bad_document;
+  }
+  std::string document;
+  Width::dump(&list.entries, nullptr, ENV_INDX_DUMP_XML_STRING, &document);
+  write_output(output, to_latin1(document));
+  return fit.wholly ? result : exit_bad_document;
+}
+
+exit_code convert_channels(input_file& file, int dialect, output_format to,
+                           const std::string& output) {
+  channel_list list;
+  exit_code result = exit_fine;
+  if (const int errors = list.read(file, dialect, types_for(to)); errors != 0) {
+    complain_of_errors(file.name(), errors, "what could be read is converted");
+    result = exit_bad_document;
+  }
+  return std::max(result, write_channels(file.name(), list, to, output));
+}
+
+void add(channel_list& base, channel_list& from, bool force) {
+  std::unordered_map<std::string_view, chan_descr_2010*> by_property;
+  for (chan_descr_2010* channel : base.channels) by_property.emplace(channel->prop_name, channel);
+  std::vector<chan_descr_2010*> merged;
+  for (chan_descr_2010* channel : from.channels) {
+    const auto [known, is_new] = by_property.emplace(channel->prop_name, channel);
+    if (is_new) {
+      base.channels.push_back(channel);
+    } else if (known->second != channel) {
+      extend_channel_description(known->second, channel, force);
+      merged.push_back(channel);
+    }
+  }
+  from.channels = std::move(merged);
+}
+
+}  // namespace
+
+exit_code convert(const std::string& file_name, output_format to, bool wide,
+                  const std::string& output) {
+  input_file file(file_name);
+  const document_kind& kind = kind_of(file);
+  if (kind.name == "dictionary") {
+    if (to != output_format::xml && to != output_format::text) {
+      throw wrong_usage("a dictionary converts to xml or text only");
+    }
+    return wide ? convert_dictionary<wide_2010>(file, to, output)
+                : convert_dictionary<narrow>(file, to, output);
+  }
+  if (wide) throw wrong_usage("--wide is for dictionaries only");
+  return convert_channels(file, dialect_of(kind), to, output);
+}
+
+exit_code merge(const std::vector<std::string>& files, bool force, output_format to,
+                const std::string& output) {
+  channel_list base;
+  exit_code result = exit_fine;
+  for (const std::string& name : files) {
+    input_file file(name);
+    const int dialect = dialect_of(kind_of(file));
+    if (to == output_format::same) to = own_format(dialect);
+    channel_list from;
+    if (const int errors = from.read(file, dialect, types_for(to)); errors != 0) {
+      complain_of_errors(file.name(), errors, "what could be read is merged");
+      result = exit_bad_document;
+    }
+    if (&name == &files.front()) {
+      base.channels.swap(from.channels);
+    } else {
+      add(base, from, force);
+    }
+  }
+  return std::max(result, write_channels(files.front(), base, to, output));
+}

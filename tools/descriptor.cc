@@ -1,0 +1,58 @@
+#include "descriptor.hh"
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+descriptor::descriptor(int number) : fd(number) {
+  if (fd == -1) fail(errno);
+}
+
+descriptor::descriptor(descriptor&& other) noexcept : fd(std::exchange(other.fd, -1)) {}
+
+descriptor::~descriptor() {
+  if (fd != -1) ::close(fd);
+}
+
+std::string descriptor::path() const {
+  return "/proc/self/fd/" + std::to_string(fd);
+}
+
+void descriptor::write_all(const std::string& content) {
+  const char* bytes = content.data();
+  std::size_t left = content.size();
+  while (left != 0) {
+    const ssize_t written = write(fd, bytes, left);
+    if (written == -1) fail(errno);
+    bytes += written;
+    left -= static_cast<std::size_t>(written);
+  }
+}
+
+std::string descriptor::read_all() {
+  std::string content;
+  std::array<char, 1 << 16> buffer{};
+  for (;;) {
+    const ssize_t got = read(fd, buffer.data(), buffer.size());
+    if (got == -1) fail(errno);
+    if (got == 0) return content;
+    content.append(buffer.data(), static_cast<std::size_t>(got));
+  }
+}
+
+void descriptor::close() {
+  if (::close(std::exchange(fd, -1)) == -1) fail(errno);
+}
+
+void fail(int reason) {
+  throw std::runtime_error(std::generic_category().message(reason));
+}
+
+int memory_file() {
+  return memfd_create("zrt4xml", MFD_CLOEXEC);
+}

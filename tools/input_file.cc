@@ -1,0 +1,43 @@
+#include "input_file.hh"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+namespace {
+
+int open_to_read(const std::string& path) {
+  return open(path.c_str(), O_RDONLY | O_CLOEXEC);
+}
+
+bool is_regular(int fd) {
+  struct stat status {};
+  if (fstat(fd, &status) == -1) fail(errno);
+  if (S_ISDIR(status.st_mode)) fail(EISDIR);
+  return S_ISREG(status.st_mode);
+}
+
+}  // namespace
+
+input_file::input_file(const std::string& name) : shown(name), readable(name) {
+  if (name == "-") {
+    shown = "standard input";
+    copy_from(descriptor(dup(STDIN_FILENO)));
+    return;
+  }
+  descriptor opened(open_to_read(name));
+  if (!is_regular(opened.get())) copy_from(std::move(opened));
+}
+
+void input_file::copy_from(descriptor source) {
+  copy.emplace(memory_file());
+  copy->write_all(source.read_all());
+  readable = copy->path();
+}
+
+std::string input_file::content() const {
+  return descriptor(open_to_read(readable)).read_all();
+}
