@@ -18,6 +18,7 @@
 #include <xercesc/util/XMLException.hpp>
 
 #include "local_text.hh"
+#include "name_table.hh"
 
 using xercesc::DOMException;
 using xercesc::DOMNode;
@@ -26,11 +27,12 @@ using xercesc::XercesDOMParser;
 using xercesc::XMLException;
 using zrt4::detail::to_local;
 
-const char* const FeatureTags[FEATURE_TYPE_MAX] = {"Undefined",   "Integer", "Float",
-                                                   "Enumeration", "Boolean", "StringReg",
-                                                   "Command",     "IntReg",  "Int64"};
-const char* const MoreTags[MORE_TAGS_MAX] = {"Extension", "PvRename", "ToolTip", "Description"};
-const char* const Attributes[ATTRIBUTE_MAX] = {"Name"};
+constexpr const char* const FeatureTags[FEATURE_TYPE_MAX] = {"Undefined",   "Integer", "Float",
+                                                             "Enumeration", "Boolean", "StringReg",
+                                                             "Command",     "IntReg",  "Int64"};
+constexpr const char* const MoreTags[MORE_TAGS_MAX] = {"Extension", "PvRename", "ToolTip",
+                                                       "Description"};
+constexpr const char* const Attributes[ATTRIBUTE_MAX] = {"Name"};
 
 ZRT4GigEFeature::ZRT4GigEFeature() : type(FEATURE_TYPE_UNDEF) {}
 ZRT4GigEFeature::~ZRT4GigEFeature() = default;
@@ -50,9 +52,31 @@ constexpr text_field all_texts[] = {&ZRT4GigEFeature::name, &ZRT4GigEFeature::ex
 constexpr text_field filled_by_text[] = {&ZRT4GigEFeature::extension, &ZRT4GigEFeature::tooltip,
                                          &ZRT4GigEFeature::description};
 
-// What each of `MoreTags` opens.
-constexpr text_field opened_by[MORE_TAGS_MAX] = {
-    nullptr, &ZRT4GigEFeature::extension, &ZRT4GigEFeature::tooltip, &ZRT4GigEFeature::description};
+struct tag_meaning {
+  int feature;       // the type of the feature that starts, or
+  text_field opens;  // the text of the latest feature that is to be filled next
+};
+
+constexpr int no_feature = -1;
+
+constexpr zrt4::detail::named<tag_meaning> known_tags[] = {
+    {FeatureTags[FEATURE_TYPE_UNDEF], {FEATURE_TYPE_UNDEF, nullptr}},
+    {FeatureTags[FEATURE_TYPE_INT], {FEATURE_TYPE_INT, nullptr}},
+    {FeatureTags[FEATURE_TYPE_FLOAT], {FEATURE_TYPE_FLOAT, nullptr}},
+    {FeatureTags[FEATURE_TYPE_ENUMER], {FEATURE_TYPE_ENUMER, nullptr}},
+    {FeatureTags[FEATURE_TYPE_BOOL], {FEATURE_TYPE_BOOL, nullptr}},
+    {FeatureTags[FEATURE_TYPE_STRING], {FEATURE_TYPE_STRING, nullptr}},
+    {FeatureTags[FEATURE_TYPE_COMMAND], {FEATURE_TYPE_COMMAND, nullptr}},
+    {FeatureTags[FEATURE_TYPE_REGISTER], {FEATURE_TYPE_REGISTER, nullptr}},
+    {FeatureTags[FEATURE_TYPE_LONG], {FEATURE_TYPE_LONG, nullptr}},
+    {MoreTags[MORE_TAGS_EXTENSION], {no_feature, nullptr}},
+    {MoreTags[MORE_TAGS_PVRENAME], {no_feature, &ZRT4GigEFeature::extension}},
+    {MoreTags[MORE_TAGS_TOOLTIP], {no_feature, &ZRT4GigEFeature::tooltip}},
+    {MoreTags[MORE_TAGS_DESCRIPTION], {no_feature, &ZRT4GigEFeature::description}},
+};
+constexpr zrt4::detail::name_table tags_by_name(known_tags);
+
+constexpr std::string_view name_attribute = Attributes[ATTRIBUTE_NAME];
 
 std::optional<std::string> known_text(const DOMException& exception) {
   constexpr XMLSize_t longest = 2047;
@@ -93,7 +117,9 @@ class level {
 /// Turns nodes into features. Keeps its own stack of levels: a file decides how deep it is nested.
 class feature_walk {
  public:
-  explicit feature_walk(features& into) : out(into) {}
+  explicit feature_walk(features& into) : out(into) {
+    for (const text_field field : all_texts) unset.*field = never_set;
+  }
 
   /// True when a DOM exception ended the walk of `nodes` itself; one further down only ends the
   /// level that it hit.
@@ -136,6 +162,7 @@ class feature_walk {
   }
 
   features& out;
+  ZRT4GigEFeature unset;
   std::vector<level> levels;
   zrt4::detail::local_text text;
   zrt4::detail::code_page page;
@@ -160,21 +187,15 @@ bool feature_walk::run(DOMNodeList& nodes) {
 }
 
 void feature_walk::element(std::string_view tag) {
-  for (int type = 0; type < FEATURE_TYPE_MAX; ++type) {
-    if (tag != FeatureTags[type]) continue;
-    auto created = std::make_unique<ZRT4GigEFeature>();
-    created->type = type;
-    for (const text_field field : all_texts) created.get()->*field = never_set;
+  const tag_meaning* meaning = tags_by_name.find(tag);
+  if (meaning == nullptr) return;
+  if (meaning->feature != no_feature) {
+    auto created = std::make_unique<ZRT4GigEFeature>(unset);
+    created->type = meaning->feature;
     out.push_back(created.get());
     (void)created.release();
-    return;
-  }
-  ZRT4GigEFeature* feature = latest();
-  if (feature == nullptr) return;
-  for (int more = 0; more < MORE_TAGS_MAX; ++more) {
-    if (tag != MoreTags[more]) continue;
-    if (opened_by[more] != nullptr) feature->*opened_by[more] = awaits_text;
-    return;
+  } else if (meaning->opens != nullptr && latest() != nullptr) {
+    latest()->*meaning->opens = awaits_text;
   }
 }
 
@@ -184,7 +205,7 @@ void feature_walk::read_attributes(const xercesc::DOMNamedNodeMap& attributes) {
   const XMLSize_t count = attributes.getLength();
   for (XMLSize_t i = 0; i < count; ++i) {
     const DOMNode* attribute = attributes.item(i);
-    if (attribute == nullptr || convert(attribute->getNodeName()) != Attributes[ATTRIBUTE_NAME]) {
+    if (attribute == nullptr || convert(attribute->getNodeName()) != name_attribute) {
       continue;
     }
     if (feature->name == never_set) {

@@ -1,0 +1,50 @@
+#ifndef NUMBER_TEXT_HH
+#define NUMBER_TEXT_HH
+
+// Numbers as text for the writers of listings, text files and documents, and back: what printf
+// would print and scanf would read, without a stream, an allocation or, in the usual case, a format
+// string.
+
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <string_view>
+
+namespace zrt4::detail {
+
+/// One number as zero-terminated text in memory of its own. Made by the functions below; use it
+/// while the object lives, for instance `append_leaf(out, "INDEX", decimal(7))`.
+class number_text {
+ public:
+  operator std::string_view() const { return {characters.data(), size}; }
+  const char* c_str() const { return characters.data(); }
+
+ private:
+  friend number_text decimal(int number);
+  friend number_text fixed(double number);
+  friend number_text scientific(double number);
+  friend number_text general(double number);
+
+  template <class... Format>
+  void print(Format... format);
+  static number_text local(double number, std::chars_format format);
+
+  // Enough for every number: -1.8e308 in fixed notation has 309 digits before its decimal point.
+  static constexpr std::size_t room = 352;
+  std::array<char, room> characters;
+  std::size_t size;
+};
+
+number_text decimal(int number);        ///< "%d"
+number_text fixed(double number);       ///< "%f", with the decimal point of LC_NUMERIC
+number_text scientific(double number);  ///< "%e", with the decimal point of LC_NUMERIC
+number_text general(double number);     ///< "%g", always with '.', as a C++ stream prints it
+
+/// Reads a text that is wholly one plain number (a minus sign, digits, a '.', an exponent) as
+/// sscanf's "%f" reads it. False, and `number` as it was, for any other text and wherever sscanf
+/// would see it differently: leave those to sscanf.
+bool read_plain_number(const char* text, float& number);
+
+}  // namespace zrt4::detail
+
+#endif

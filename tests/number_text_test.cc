@@ -1,0 +1,148 @@
+#include "number_text.hh"
+
+#include <cfenv>
+#include <clocale>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <sstream>
+
+#include "comma_locale.hh"
+#include "support.hh"
+
+using zrt4::detail::decimal;
+using zrt4::detail::fixed;
+using zrt4::detail::general;
+using zrt4::detail::number_text;
+using zrt4::detail::scientific;
+
+namespace {
+
+std::string text_of(const number_text& text) {
+  const std::string whole(static_cast<std::string_view>(text));
+  EXPECT_EQ(whole, text.c_str());
+  return whole;
+}
+
+template <class... Number>
+std::string printed(const char* format, Number... number) {
+  char text[400];
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+  std::snprintf(text, sizeof text, format, number...);
+#pragma GCC diagnostic pop
+  return text;
+}
+
+std::string streamed(double number) {
+  std::ostringstream text;
+  text << number;
+  return text.str();
+}
+
+void expect_as_printed(double number) {
+  EXPECT_EQ(text_of(fixed(number)), printed("%f", number));
+  EXPECT_EQ(text_of(scientific(number)), printed("%e", number));
+  EXPECT_EQ(text_of(general(number)), streamed(number));
+}
+
+constexpr double special_numbers[] = {0.0,
+                                      -0.0,
+                                      0.5,
+                                      -0.5,
+                                      1e-7,
+                                      5e-7,
+                                      -1e-300,
+                                      0.0000005,
+                                      0.0000015,
+                                      0.5000005,
+                                      2.5,
+                                      999999.5,
+                                      1e15,
+                                      1e22,
+                                      1.7976931348623157e308,
+                                      -1.7976931348623157e308,
+                                      4.9406564584124654e-324,
+                                      2.2250738585072014e-308,
+                                      std::numeric_limits<double>::infinity(),
+                                      -std::numeric_limits<double>::infinity(),
+                                      std::numeric_limits<double>::quiet_NaN()};
+
+}  // namespace
+
+TEST(Decimal, PrintsEveryInt) {
+  EXPECT_EQ(text_of(decimal(0)), "0");
+  EXPECT_EQ(text_of(decimal(-1)), "-1");
+  EXPECT_EQ(text_of(decimal(2147483647)), "2147483647");
+  EXPECT_EQ(text_of(decimal(std::numeric_limits<int>::min())), "-2147483648");
+}
+
+TEST(Fixed, HasSixDecimals) {
+  EXPECT_EQ(text_of(fixed(0.5)), "0.500000");
+  EXPECT_EQ(text_of(fixed(-0.0)), "-0.000000");
+  EXPECT_EQ(text_of(fixed(1e-7)), "0.000000");
+  EXPECT_EQ(text_of(fixed(double{std::numeric_limits<float>::max()})),
+            "340282346638528859811704183484516925440.000000");
+  EXPECT_EQ(text_of(fixed(-std::numeric_limits<double>::infinity())), "-inf");
+  EXPECT_EQ(text_of(fixed(std::numeric_limits<double>::quiet_NaN())), "nan");
+  EXPECT_EQ(text_of(fixed(-std::numeric_limits<double>::quiet_NaN())), "-nan");
+}
+
+TEST(Fixed, WritesTheLongestNumberWhole) {
+  EXPECT_EQ(text_of(fixed(-std::numeric_limits<double>::max())).size(), 317U);
+}
+
+TEST(Scientific, HasSixDecimalsAndTwoExponentDigits) {
+  EXPECT_EQ(text_of(scientific(0.0)), "0.000000e+00");
+  EXPECT_EQ(text_of(scientific(0.25)), "2.500000e-01");
+  EXPECT_EQ(text_of(scientific(-1e300)), "-1.000000e+300");
+}
+
+TEST(General, HasSixSignificantDigits) {
+  EXPECT_EQ(text_of(general(0.5)), "0.5");
+  EXPECT_EQ(text_of(general(123456789.0)), "1.23457e+08");
+  EXPECT_EQ(text_of(general(100000.0)), "100000");
+  EXPECT_EQ(text_of(general(1000000.0)), "1e+06");
+  EXPECT_EQ(text_of(general(0.0001)), "0.0001");
+  EXPECT_EQ(text_of(general(0.00001)), "1e-05");
+  EXPECT_EQ(text_of(general(0.0)), "0");
+}
+
+TEST(Numbers, PrintAsPrintfDoes) {
+  for (const double number : special_numbers) expect_as_printed(number);
+}
+
+TEST(Numbers, PrintAsPrintfDoesForRandomBits) {
+  std::mt19937_64 bits(20211201);
+  for (int i = 0; i < 20000; ++i) {
+    const std::uint64_t pattern = bits();
+    double wide = 0;
+    std::memcpy(&wide, &pattern, sizeof wide);
+    expect_as_printed(wide);
+    const auto half = static_cast<std::uint32_t>(pattern >> 32U);
+    float narrow = 0;
+    std::memcpy(&narrow, &half, sizeof narrow);
+    expect_as_printed(static_cast<double>(narrow));
+    // Numbers of everyday size, where rounding to six decimals ties most often.
+    expect_as_printed(std::ldexp(static_cast<double>(half % 4096U), -(i % 24)));
+  }
+}
+
+TEST(Numbers, FollowTheRoundingDirection) {
+  std::fesetround(FE_UPWARD);
+  const std::string up = text_of(fixed(0.1234561));
+  std::fesetround(FE_TONEAREST);
+  EXPECT_EQ(up, "0.123457");
+}
+
+TEST(Numbers, FollowTheDecimalPointOfTheLocale) {
+  const test::comma_locale comma;
+  if (!comma.active()) GTEST_SKIP() << "no locale with a decimal comma can be made here";
+  EXPECT_EQ(text_of(fixed(-0.5)), "-0,500000");
+  EXPECT_EQ(text_of(scientific(0.25)), "2,500000e-01");
+  EXPECT_EQ(text_of(fixed(-std::numeric_limits<double>::max())).size(), 317U);
+  EXPECT_EQ(text_of(general(0.5)), "0.5");
+  EXPECT_EQ(text_of(decimal(1234567)), "1234567");
+}
