@@ -48,9 +48,9 @@ class channel_index {
   void index_names(const chan_descr_2010& channel, std::uint32_t position);
   void index_event(const chan_descr_2010& channel, std::uint32_t position);
 
-  std::vector<channel_types> types;   // at each position of the descriptions
+  std::vector<channel_types> types;  // at each position of the descriptions
   std::vector<std::uint32_t> names;
-  text_slots slots;                   // where in `names` a name begins
+  text_slots slots;                     // where in `names` a name begins
   std::uint32_t found_by_property = 0;  // event types neither local nor main-linac
 };
 

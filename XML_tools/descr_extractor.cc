@@ -2,6 +2,18 @@
 
 #include <algorithm>
 
+namespace {
+
+using reader = int (*)(char*, std::vector<chan_descr_2010*>*, bool, bool);
+
+reader reader_of(int mode) {
+  if (mode == EXTR_FROM_FILE) return parse_descr_list_readf;
+  if (mode == EXTR_FROM_XML) return parse_descr_list_read;
+  return nullptr;
+}
+
+}  // namespace
+
 descr_extractor::descr_extractor() = default;
 
 descr_extractor::~descr_extractor() = default;
@@ -19,8 +31,8 @@ int descr_extractor::get_mode() {
 bool descr_extractor::get_descriptions(std::vector<char*>* source, int* total,
                                        std::vector<chan_descr_2010*>* out, bool shift) {
   int good = 0;
-  if (source != nullptr && !source->empty()) {
-    const auto read = mode == EXTR_FROM_FILE ? parse_descr_list_readf : parse_descr_list_read;
+  const reader read = reader_of(mode);
+  if (source != nullptr && read != nullptr) {
     int last = 0;
     for (char* text_or_name : *source) {
       last = read(text_or_name, out, shift, false);

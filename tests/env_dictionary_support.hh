@@ -21,10 +21,12 @@ struct owned_list : std::vector<Entry*> {
   owned_list& operator=(const owned_list&) = delete;
   owned_list(owned_list&& from) noexcept { this->swap(from); }
   owned_list& operator=(owned_list&&) = delete;
-  ~owned_list() {
+  ~owned_list() { release(); }
+  void release() {
     std::sort(this->begin(), this->end());
     this->erase(std::unique(this->begin(), this->end()), this->end());
     for (Entry* entry : *this) std::free(entry);
+    this->clear();
   }
 };
 

@@ -7,7 +7,6 @@
 #include <ctime>
 #include <limits>
 #include <random>
-#include <regex>
 #include <thread>
 
 #include "comma_locale.hh"
@@ -39,10 +38,16 @@ const std::string sample_listing =
 
 char no_file[] = "";
 
-std::string dateless(const std::string& document) {
-  static const std::regex date(
-      "\n\t<isodate>[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}</isodate>\n");
-  return std::regex_replace(document, date, "\n\t<isodate>DATE</isodate>\n");
+// Puts DATE in place of the date, when there is one in its form.
+std::string dateless(std::string document) {
+  const std::size_t at = head.find("DATE");
+  const std::string form = "9999-99-99T99:99:99";
+  if (document.size() < at + form.size()) return document;
+  std::string shape = document.substr(at, form.size());
+  for (char& c : shape) {
+    if (c >= '0' && c <= '9') c = '9';
+  }
+  return shape == form ? document.replace(at, form.size(), "DATE") : document;
 }
 
 std::string created_and_closed(const std::string& function, const std::string& name) {
@@ -164,7 +169,7 @@ TYPED_TEST(EnvIndexDictDump, ListingCountsEntriesFromOne) {
 }
 
 TYPED_TEST(EnvIndexDictDump, ListingOfNoEntriesIsEmpty) {
-  this->list.clear();
+  this->list.release();
   this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_TO_SCREEN, -1, nullptr);
 }
 
@@ -214,7 +219,7 @@ TYPED_TEST(EnvIndexDictDump, TextFileHasOneLinePerEntry) {
 }
 
 TYPED_TEST(EnvIndexDictDump, TextFileOfNoEntriesIsEmpty) {
-  this->list.clear();
+  this->list.release();
   this->expect(0, this->opened_and_closed, &this->list, this->file.name(), ENV_INDX_DUMP_TXT_FILE,
                -1, nullptr);
   EXPECT_EQ(this->file.content(), "");
@@ -244,7 +249,7 @@ TYPED_TEST(EnvIndexDictDump, XmlFile) {
 }
 
 TYPED_TEST(EnvIndexDictDump, XmlFileOfNoEntries) {
-  this->list.clear();
+  this->list.release();
   this->expect(0, this->opened_and_closed, &this->list, this->file.name(), ENV_INDX_DUMP_XML_FILE,
                -1, nullptr);
   EXPECT_EQ(dateless(this->file.content()), empty_document);
@@ -278,7 +283,7 @@ TYPED_TEST(EnvIndexDictDump, XmlString) {
 }
 
 TYPED_TEST(EnvIndexDictDump, XmlStringOfNoEntries) {
-  this->list.clear();
+  this->list.release();
   this->expect(0, "", &this->list, no_file, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
   EXPECT_EQ(dateless(this->text), empty_document);
 }
