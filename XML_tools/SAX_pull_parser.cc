@@ -30,6 +30,7 @@ struct rules<memory_variant> {
     const char* document = text != nullptr ? text : "";
     source = new xercesc::MemBufInputSource(reinterpret_cast<const XMLByte*>(document),
                                             std::strlen(document), "my_mem_info");
+    source->setCopyBufToStream(false);  // the caller keeps the text as long as the parser
   }
   static void delete_source(xercesc::MemBufInputSource* source) { delete source; }
 
