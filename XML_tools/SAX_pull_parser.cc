@@ -6,6 +6,7 @@
 
 #include "SAX_File_Parser.hh"
 #include "SAX_Memory_Parser.hh"
+#include "SAX_direct_scanner.hh"
 #include "diagnostics.hh"
 #include "local_text.hh"
 
@@ -69,11 +70,9 @@ void pull_parser<Variant>::set_up(char* text) {
   using xercesc::SAXParser;
   try {
     XMLPlatformUtils::Initialize();
-    parser = new SAXParser;
     rules<Variant>::create_handler(handler);
-    auto& handlers = rules<Variant>::handler_of(handler);
-    parser->setDocumentHandler(&handlers);
-    parser->setErrorHandler(&handlers);
+    parse_handlers<Variant>& handlers = rules<Variant>::handler_of(handler);
+    parser = new detail::direct_scanner<parse_handlers<Variant>>(handlers);
     parser->setValidationScheme(SAXParser::Val_Auto);
     parser->setDoNamespaces(false);
     parser->setDoSchema(false);
