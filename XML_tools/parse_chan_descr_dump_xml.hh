@@ -1,0 +1,41 @@
+#ifndef PARSE_CHAN_DESCR_DUMP_XML_HH
+#define PARSE_CHAN_DESCR_DUMP_XML_HH
+
+// The XML documents of channel descriptions, and what they share with the text dumps.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "event_util.hh"
+#include "text_slots.hh"
+
+namespace zrt4::detail {
+
+/// The DAQ name under which a channel is written.
+inline const char* written_daq_name(const chan_descr_2010& channel) {
+  return channel.daq_name[0] != '\0' ? channel.daq_name : "!!!UNDEFINED!!!";
+}
+
+/// Calls `write(channel, position)` for the first record of each property.
+template <class Write>
+void for_each_property(const std::vector<chan_descr_2010*>& list, Write write) {
+  text_slots written;
+  written.reserve(list.size());
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    const auto position = static_cast<std::uint32_t>(i);
+    const std::uint32_t first = written.find_or_add(
+        list[i]->prop_name, position, [&](std::uint32_t at) { return list[at]->prop_name; });
+    if (first == position) write(*list[i], i);
+  }
+}
+
+/// The whole document in the dialect `format`. In the element dialect a document that goes to a
+/// file carries the date, and `dims`, unless null, adds parameters to dimensions.
+std::string chan_descr_document(const std::vector<chan_descr_2010*>& list, int format, bool in_file,
+                                const std::vector<dim_params*>* dims);
+
+}  // namespace zrt4::detail
+
+#endif
