@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <cerrno>
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <exception>
@@ -16,6 +17,7 @@
 
 #include "bad_document.hh"
 #include "convert.hh"
+#include "diff.hh"
 #include "document_kind.hh"
 #include "find.hh"
 #include "message.hh"
@@ -42,7 +44,7 @@ struct xml_library {
 exit_code flushed(exit_code result) {
   errno = 0;
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return result;
-  complain("standard output", errno != 0 ? std::strerror(errno) : "write error");
+  insist("standard output", errno != 0 ? std::strerror(errno) : "write error");
   return exit_no_use;
 }
 
@@ -55,6 +57,7 @@ const std::map<std::string, output_format> channel_formats{{"xml", output_format
 struct arguments {
   std::vector<std::string> files;
   std::string file;
+  std::string other;
   std::string kind;
   std::string name;
   std::string event;
@@ -62,7 +65,16 @@ struct arguments {
   output_format to = output_format::same;
   bool wide = false;
   bool force = false;
+  bool dry_run = false;
+  bool as_json = false;
+  bool quiet = false;
+
+  look wanted() const { return as_json ? look::json : quiet ? look::nothing : look::text; }
 };
+
+void add_json(CLI::App* command, arguments& given) {
+  command->add_flag("--json", given.as_json, "Print JSON, for programs");
+}
 
 CLI::App* add_show(CLI::App& app, arguments& given) {
   CLI::App* command = app.add_subcommand(
@@ -70,6 +82,7 @@ CLI::App* add_show(CLI::App& app, arguments& given) {
   command->add_option("FILE", given.files, "Documents to show; - is standard input")->required();
   command->add_option("--kind", given.kind, "Take every file as a document of this kind")
       ->check(CLI::IsMember(kind_names()));
+  add_json(command, given);
   command->footer("Known: " + known_kinds() + ".\nExample:\n  zrt4xml show events.xml");
   return command;
 }
@@ -84,6 +97,7 @@ CLI::App* add_find(CLI::App& app, arguments& given) {
       ->check([](const std::string& text) -> std::string {
         return event_type_of(text) ? "" : "no such event type: " + text;
       });
+  add_json(command, given);
   command->footer(
       "Exit code: 1 when the channel is not found or not selected.\n"
       "Example:\n  zrt4xml find --name BPM.7.X --event NORMAL channels.xml");
@@ -120,15 +134,34 @@ CLI::App* add_merge(CLI::App& app, arguments& given) {
       ->type_name("FORM")
       ->transform(CLI::CheckedTransformer(channel_formats).description(""));
   add_output(command, given);
+  command->add_flag("--dry-run", given.dry_run, "Only print what would change, as diff does")
+      ->excludes("--to")
+      ->excludes("--output");
   command->footer("Example:\n  zrt4xml merge master.xml delivered.xml -o complete.xml");
   return command;
 }
 
+CLI::App* add_diff(CLI::App& app, arguments& given) {
+  CLI::App* command = app.add_subcommand(
+      "diff", "Compare two documents record by record, whatever the order of the records");
+  command->add_option("A", given.file, "The document as it was; - is standard input")->required();
+  command->add_option("B", given.other, "The document as it is")->required();
+  add_json(command, given);
+  command->footer(
+      "Exit code: 1 when they differ.\n"
+      "Example:\n  zrt4xml diff old.xml new.xml");
+  return command;
+}
+
 int run(int argc, char** argv) {
+  arguments given;
   CLI::App app{"Shows and converts the XML documents through which the DAQ describes itself.",
                "zrt4xml"};
   app.set_version_flag("--version", "zrt4xml " ZRT4_VERSION);
   app.require_subcommand(1);
+  app.fallthrough();
+  app.add_flag("-q,--quiet", given.quiet,
+               "No messages but those of exit code 2; find, check and diff print nothing either");
   app.footer(
       "Example:\n"
       "  zrt4xml show events.xml\n"
@@ -137,10 +170,10 @@ int run(int argc, char** argv) {
       "Exit code: 0 fine; 1 a document could not be read or written cleanly, or a channel was not\n"
       "found; 2 wrong usage, or a file that cannot be opened or written. Messages go to standard\n"
       "error.");
-  arguments given;
   const CLI::App* const show_command = add_show(app, given);
   const CLI::App* const find_command = add_find(app, given);
   const CLI::App* const convert_command = add_convert(app, given);
+  const CLI::App* const diff_command = add_diff(app, given);
   add_merge(app, given);
   try {
     app.parse(argc, argv);
@@ -148,23 +181,35 @@ int run(int argc, char** argv) {
     return app.exit(error) == 0 ? flushed(exit_fine) : exit_no_use;
   }
 
+  if (given.quiet) be_quiet();
+  // A reader that went away is no error, however this process was started.
+  std::signal(SIGPIPE, SIG_DFL);
   choose_code_page();
   const xml_library in_use;
   const std::string& first = given.files.empty() ? given.file : given.files.front();
   try {
-    if (show_command->parsed()) return flushed(show(given.files, given.kind));
+    if (show_command->parsed()) {
+      return flushed((given.as_json ? show_json : show)(given.files, given.kind));
+    }
     if (find_command->parsed()) {
-      return flushed(find(given.files, given.name, event_type_of(given.event)));
+      return flushed(find(given.files, given.name, event_type_of(given.event), given.wanted()));
+    }
+    if (diff_command->parsed()) {
+      return flushed(diff(given.file, given.other, given.wanted()));
     }
     if (convert_command->parsed()) {
       return flushed(convert(given.file, given.to, given.wide, given.output));
     }
+    if (given.dry_run) return flushed(merge_dry_run(given.files, given.force));
     return flushed(merge(given.files, given.force, given.to, given.output));
   } catch (const bad_document& reason) {
-    complain(first + reason.place, reason.what());
+    complain(reason.file + reason.place, reason.what());
     return exit_bad_document;
+  } catch (const file_error& reason) {
+    insist(reason.file, reason.what());
+    return exit_no_use;
   } catch (const std::runtime_error& reason) {
-    complain(first, reason.what());
+    insist(first, reason.what());
     return exit_no_use;
   }
 }
@@ -175,9 +220,9 @@ int main(int argc, char** argv) {
   try {
     return run(argc, argv);
   } catch (const std::exception& exception) {
-    complain("error", exception.what());
+    insist("error", exception.what());
   } catch (...) {
-    complain("error", "out of memory");
+    insist("error", "out of memory");
   }
   return exit_no_use;
 }
