@@ -80,15 +80,16 @@ loaded_document load_camera(input_file& file) {
 }
 
 constexpr document_kind kinds[] = {
-    {"events", "BMR", "event list", "event", "events", show_event_list, load_event_list},
+    {"events", "BMR", "event list", "event", "events", show_event_list, load_event_list,
+     event_elements},
     {"channels", "CHANDESCRIPTIONS", "channel descriptions, element dialect", "channel", "channels",
-     show_channels<ZRT4_FORMAT>, load_channels<ZRT4_FORMAT>},
+     show_channels<ZRT4_FORMAT>, load_channels<ZRT4_FORMAT>, channel_elements},
     {"variables", "DAQvariables", "channel descriptions, variable dialect", "channel", "channels",
-     show_channels<MORV_FORMAT>, load_channels<MORV_FORMAT>},
+     show_channels<MORV_FORMAT>, load_channels<MORV_FORMAT>, variable_elements},
     {"dictionary", "ENVINDEXDICT", "environment index dictionary", "entry", "entries",
-     show_dictionary, load_dictionary},
-    {"camera", "", "camera features, under any other root", "feature", "features", show_camera,
-     load_camera},
+     show_dictionary, load_dictionary, dictionary_elements},
+    {"camera", "", "camera features", "feature", "features", show_camera, load_camera,
+     camera_elements},
 };
 constexpr const document_kind& camera = kinds[4];
 
@@ -116,6 +117,11 @@ const document_kind& kind_of(input_file& file, std::string_view name) {
                                       "'; known are " + known_kinds());
 }
 
+std::string records_of(const document_kind& kind, std::size_t count) {
+  return std::to_string(count) + " " +
+         std::string(count == 1 ? kind.record_name : kind.records_name);
+}
+
 std::vector<std::string> kind_names() {
   std::vector<std::string> names;
   for (const document_kind& kind : kinds) names.emplace_back(kind.name);
@@ -127,7 +133,7 @@ std::string known_kinds() {
   for (const document_kind& kind : kinds) {
     if (!list.empty()) list += ", ";
     if (kind.root.empty()) {
-      list += kind.description;
+      list.append(kind.description).append(", under any other root");
     } else {
       list.append(kind.root).append(" (").append(kind.description).append(")");
     }

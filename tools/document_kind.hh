@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "known_elements.hh"
 #include "rows.hh"
 
 class input_file;
@@ -26,12 +27,16 @@ struct document_kind {
   std::string_view records_name;  ///< and several
   int (*show)(input_file&);       ///< prints the library's listing; returns the number of errors
   loaded_document (*load)(input_file&);
+  const known_elements& elements;
 };
 
 /// The kind of a document: the one called `name`, or, when that is empty, the one with its root
 /// element; a document with another root that describes camera features is a camera's. Throws
 /// `bad_document` when there is none.
 const document_kind& kind_of(input_file& file, std::string_view name = {});
+
+/// "3 channels".
+std::string records_of(const document_kind& kind, std::size_t count);
 
 /// Names for --kind.
 std::vector<std::string> kind_names();

@@ -16,12 +16,14 @@
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include "bad_document.hh"
+#include "check.hh"
 #include "convert.hh"
 #include "diff.hh"
 #include "document_kind.hh"
 #include "find.hh"
 #include "message.hh"
 #include "show.hh"
+#include "stat.hh"
 
 namespace {
 
@@ -76,7 +78,7 @@ void add_json(CLI::App* command, arguments& given) {
   command->add_flag("--json", given.as_json, "Print JSON, for programs");
 }
 
-CLI::App* add_show(CLI::App& app, arguments& given) {
+void add_show(CLI::App& app, arguments& given) {
   CLI::App* command = app.add_subcommand(
       "show", "Print the listing of each document, recognised by its root element");
   command->add_option("FILE", given.files, "Documents to show; - is standard input")->required();
@@ -84,10 +86,9 @@ CLI::App* add_show(CLI::App& app, arguments& given) {
       ->check(CLI::IsMember(kind_names()));
   add_json(command, given);
   command->footer("Known: " + known_kinds() + ".\nExample:\n  zrt4xml show events.xml");
-  return command;
 }
 
-CLI::App* add_find(CLI::App& app, arguments& given) {
+void add_find(CLI::App& app, arguments& given) {
   CLI::App* command =
       app.add_subcommand("find", "Look a channel up in channel descriptions, as a DAQ client does");
   command->add_option("FILE", given.files, "Channel descriptions; - is standard input")->required();
@@ -101,7 +102,6 @@ CLI::App* add_find(CLI::App& app, arguments& given) {
   command->footer(
       "Exit code: 1 when the channel is not found or not selected.\n"
       "Example:\n  zrt4xml find --name BPM.7.X --event NORMAL channels.xml");
-  return command;
 }
 
 void add_output(CLI::App* command, arguments& given) {
@@ -109,7 +109,7 @@ void add_output(CLI::App* command, arguments& given) {
                       "File to write; replaced only when all went well. Default: standard output");
 }
 
-CLI::App* add_convert(CLI::App& app, arguments& given) {
+void add_convert(CLI::App& app, arguments& given) {
   CLI::App* command =
       app.add_subcommand("convert", "Write channel descriptions or a dictionary in another form");
   command->add_option("FILE", given.file, "Document to convert; - is standard input")->required();
@@ -120,10 +120,9 @@ CLI::App* add_convert(CLI::App& app, arguments& given) {
   command->add_flag("--wide", given.wide, "Dictionaries: property names of up to 255 characters");
   add_output(command, given);
   command->footer("Example:\n  zrt4xml convert channels.xml --to variables -o variables.xml");
-  return command;
 }
 
-CLI::App* add_merge(CLI::App& app, arguments& given) {
+void add_merge(CLI::App& app, arguments& given) {
   CLI::App* command = app.add_subcommand(
       "merge", "Complete the channel descriptions of one file with what others know");
   command->add_option("BASE FROM", given.files, "The file to complete, then those to take from")
@@ -138,10 +137,32 @@ CLI::App* add_merge(CLI::App& app, arguments& given) {
       ->excludes("--to")
       ->excludes("--output");
   command->footer("Example:\n  zrt4xml merge master.xml delivered.xml -o complete.xml");
-  return command;
 }
 
-CLI::App* add_diff(CLI::App& app, arguments& given) {
+void add_check(CLI::App& app, arguments& given) {
+  CLI::App* command = app.add_subcommand(
+      "check", "Read each document and tell what is wrong or odd about it, with line and column");
+  command->add_option("FILE", given.files, "Documents to check; - is standard input")->required();
+  add_json(command, given);
+  command->footer(
+      "Found: XML errors, duplicate properties and features, channels without name, texts cut at "
+      "a\n"
+      "record's limit or interrupted, event and data types without a name, elements that no "
+      "reader\n"
+      "knows, characters that the locale lacks.\n"
+      "Exit code: 1 when anything is found.\n"
+      "Example:\n  zrt4xml check *.xml");
+}
+
+void add_stat(CLI::App& app, arguments& given) {
+  CLI::App* command = app.add_subcommand(
+      "stat", "Count the records of each document by event type, data type, subsystem and stream");
+  command->add_option("FILE", given.files, "Documents to count; - is standard input")->required();
+  add_json(command, given);
+  command->footer("Example:\n  zrt4xml stat channels.xml");
+}
+
+void add_diff(CLI::App& app, arguments& given) {
   CLI::App* command = app.add_subcommand(
       "diff", "Compare two documents record by record, whatever the order of the records");
   command->add_option("A", given.file, "The document as it was; - is standard input")->required();
@@ -150,13 +171,43 @@ CLI::App* add_diff(CLI::App& app, arguments& given) {
   command->footer(
       "Exit code: 1 when they differ.\n"
       "Example:\n  zrt4xml diff old.xml new.xml");
-  return command;
+}
+
+exit_code execute(const std::string& subcommand, const arguments& given) {
+  if (subcommand == "show") {
+    return (given.as_json ? show_json : show)(given.files, given.kind);
+  }
+  if (subcommand == "find") {
+    return find(given.files, given.name, event_type_of(given.event), given.wanted());
+  }
+  if (subcommand == "check") return check(given.files, given.wanted());
+  if (subcommand == "diff") return diff(given.file, given.other, given.wanted());
+  if (subcommand == "stat") return stat(given.files, given.wanted());
+  if (subcommand == "convert") return convert(given.file, given.to, given.wide, given.output);
+  if (given.dry_run) return merge_dry_run(given.files, given.force);
+  return merge(given.files, given.force, given.to, given.output);
+}
+
+exit_code executed(const std::string& subcommand, const arguments& given) {
+  try {
+    return execute(subcommand, given);
+  } catch (const bad_document& reason) {
+    complain(reason.file + reason.place, reason.what());
+    return exit_bad_document;
+  } catch (const file_error& reason) {
+    insist(reason.file, reason.what());
+  } catch (const std::runtime_error& reason) {
+    insist(given.files.empty() ? given.file : given.files.front(), reason.what());
+  }
+  return exit_no_use;
 }
 
 int run(int argc, char** argv) {
   arguments given;
-  CLI::App app{"Shows and converts the XML documents through which the DAQ describes itself.",
-               "zrt4xml"};
+  CLI::App app{
+      "Shows, checks, compares and converts the XML documents through which the DAQ describes "
+      "itself.",
+      "zrt4xml"};
   app.set_version_flag("--version", "zrt4xml " ZRT4_VERSION);
   app.require_subcommand(1);
   app.fallthrough();
@@ -167,13 +218,15 @@ int run(int argc, char** argv) {
       "  zrt4xml show events.xml\n"
       "  generate-list | zrt4xml show -\n"
       "\n"
-      "Exit code: 0 fine; 1 a document could not be read or written cleanly, or a channel was not\n"
-      "found; 2 wrong usage, or a file that cannot be opened or written. Messages go to standard\n"
-      "error.");
-  const CLI::App* const show_command = add_show(app, given);
-  const CLI::App* const find_command = add_find(app, given);
-  const CLI::App* const convert_command = add_convert(app, given);
-  const CLI::App* const diff_command = add_diff(app, given);
+      "Exit code: 0 fine; 1 a document could not be read or written cleanly, documents differ, a\n"
+      "channel was not found, or check found something; 2 wrong usage, or a file that cannot be\n"
+      "opened or written. Messages go to standard error.");
+  add_show(app, given);
+  add_find(app, given);
+  add_check(app, given);
+  add_diff(app, given);
+  add_stat(app, given);
+  add_convert(app, given);
   add_merge(app, given);
   try {
     app.parse(argc, argv);
@@ -186,32 +239,7 @@ int run(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_DFL);
   choose_code_page();
   const xml_library in_use;
-  const std::string& first = given.files.empty() ? given.file : given.files.front();
-  try {
-    if (show_command->parsed()) {
-      return flushed((given.as_json ? show_json : show)(given.files, given.kind));
-    }
-    if (find_command->parsed()) {
-      return flushed(find(given.files, given.name, event_type_of(given.event), given.wanted()));
-    }
-    if (diff_command->parsed()) {
-      return flushed(diff(given.file, given.other, given.wanted()));
-    }
-    if (convert_command->parsed()) {
-      return flushed(convert(given.file, given.to, given.wide, given.output));
-    }
-    if (given.dry_run) return flushed(merge_dry_run(given.files, given.force));
-    return flushed(merge(given.files, given.force, given.to, given.output));
-  } catch (const bad_document& reason) {
-    complain(reason.file + reason.place, reason.what());
-    return exit_bad_document;
-  } catch (const file_error& reason) {
-    insist(reason.file, reason.what());
-    return exit_no_use;
-  } catch (const std::runtime_error& reason) {
-    insist(first, reason.what());
-    return exit_no_use;
-  }
+  return flushed(executed(app.get_subcommands().front()->get_name(), given));
 }
 
 }  // namespace

@@ -16,7 +16,9 @@ constexpr auto refreshed_every = 200ms;
 }  // namespace
 
 progress::progress(const std::string& file) {
-  if (isatty(STDERR_FILENO) == 1) watch = std::thread([this, file] { show(file); });
+  if (isatty(STDERR_FILENO) != 1) return;
+  terminal = dup(STDERR_FILENO);
+  watch = std::thread([this, file] { show(file); });
 }
 
 progress::~progress() {
@@ -27,6 +29,7 @@ progress::~progress() {
   }
   ended.notify_one();
   watch.join();
+  close(terminal);
 }
 
 void progress::show(const std::string& file) {
@@ -36,7 +39,7 @@ void progress::show(const std::string& file) {
   if (ended.wait_for(lock, patience, is_over)) return;
   do {
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - begin;
-    std::fprintf(stderr, "\r\033[Kzrt4xml: reading %s ... %.1f s", file.c_str(), elapsed.count());
+    dprintf(terminal, "\r\033[Kzrt4xml: reading %s ... %.1f s", file.c_str(), elapsed.count());
   } while (!ended.wait_for(lock, refreshed_every, is_over));
-  std::fputs("\r\033[K", stderr);
+  dprintf(terminal, "\r\033[K");
 }

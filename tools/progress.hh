@@ -18,6 +18,7 @@ class progress {
  private:
   void show(const std::string& file);
 
+  int terminal = -1;  ///< standard error, also when that is silenced meanwhile
   std::mutex guard;
   std::condition_variable ended;
   bool at_end = false;
