@@ -36,9 +36,9 @@ int show_camera(input_file& file) {
   camera_features list;
   const int errors = list.read(file);
   zrt4_dump_gige_descr(&list.features);
-  const std::string damage = first_damage(file.path());
-  if (!damage.empty()) complain(file.name() + ":" + damage, "the file is damaged here");
-  return errors != 0 || !damage.empty() ? 1 : 0;
+  const damage found = first_damage(file.path());
+  if (!found.text.empty()) complain(file.name() + found.place, "damaged here: " + found.text);
+  return errors != 0 || !found.text.empty() ? 1 : 0;
 }
 
 constexpr document_kind kinds[] = {
@@ -65,7 +65,8 @@ const document_kind& kind_of(input_file& file, std::string_view name) {
     if (!name.empty() && kind.name == name) return kind;
   }
   const root_element root = find_root_element(file.path());
-  if (root.name.empty()) throw bad_document(root.problem + ": not a readable XML document");
+  if (root.name.empty())
+    throw bad_document("not a readable XML document: " + root.first.text, root.first.place);
   for (const document_kind& kind : kinds) {
     if (kind.root == root.name) return kind;
   }

@@ -76,7 +76,7 @@ exit_code find(const std::vector<std::string>& files, const std::string& name,
       complain(file.name(), "not read cleanly; what could be read is searched");
       worst = std::max(worst, exit_bad_document);
     } catch (const bad_document& reason) {
-      complain(file_name, reason.what());
+      complain(file_name + reason.place, reason.what());
       worst = std::max(worst, exit_bad_document);
     } catch (const std::runtime_error& reason) {
       complain(file_name, reason.what());

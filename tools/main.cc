@@ -79,8 +79,11 @@ CLI::App* add_find(CLI::App& app, arguments& given) {
       app.add_subcommand("find", "Look a channel up in channel descriptions, as a DAQ client does");
   command->add_option("FILE", given.files, "Channel descriptions; - is standard input")->required();
   command->add_option("--name", given.name, "DAQ name or property of the channel")->required();
-  command->add_option("--event", given.event,
-                      "Is it selected for this event type (name or number)?");
+  command->add_option("--event", given.event, "Is it selected for this event type?")
+      ->type_name("NAME|NUMBER")
+      ->check([](const std::string& text) -> std::string {
+        return event_type_of(text) ? "" : "no such event type: " + text;
+      });
   command->footer(
       "Exit code: 1 when the channel is not found or not selected.\n"
       "Example:\n  zrt4xml find --name BPM.7.X --event NORMAL channels.xml");
@@ -98,7 +101,8 @@ CLI::App* add_convert(CLI::App& app, arguments& given) {
   command->add_option("FILE", given.file, "Document to convert; - is standard input")->required();
   command->add_option("--to", given.to, "xml, variables, text or short; dictionaries: xml or text")
       ->required()
-      ->transform(CLI::CheckedTransformer(channel_formats));
+      ->type_name("FORM")
+      ->transform(CLI::CheckedTransformer(channel_formats).description(""));
   command->add_flag("--wide", given.wide, "Dictionaries: property names of up to 255 characters");
   add_output(command, given);
   command->footer("Example:\n  zrt4xml convert channels.xml --to variables -o variables.xml");
@@ -113,17 +117,11 @@ CLI::App* add_merge(CLI::App& app, arguments& given) {
       ->expected(2, CLI::detail::expected_max_vector_size);
   command->add_flag("--force", given.force, "What the others know replaces what the first knows");
   command->add_option("--to", given.to, "xml, variables, text or short; default: as the first file")
-      ->transform(CLI::CheckedTransformer(channel_formats));
+      ->type_name("FORM")
+      ->transform(CLI::CheckedTransformer(channel_formats).description(""));
   add_output(command, given);
   command->footer("Example:\n  zrt4xml merge master.xml delivered.xml -o complete.xml");
   return command;
-}
-
-exit_code find_channel(const arguments& given) {
-  if (given.event.empty()) return find(given.files, given.name, {});
-  const std::optional<int> event = event_type_of(given.event);
-  if (!event) throw wrong_usage("--event: no such event type: " + given.event);
-  return find(given.files, given.name, event);
 }
 
 int run(int argc, char** argv) {
@@ -155,13 +153,15 @@ int run(int argc, char** argv) {
   const std::string& first = given.files.empty() ? given.file : given.files.front();
   try {
     if (show_command->parsed()) return flushed(show(given.files, given.kind));
-    if (find_command->parsed()) return flushed(find_channel(given));
+    if (find_command->parsed()) {
+      return flushed(find(given.files, given.name, event_type_of(given.event)));
+    }
     if (convert_command->parsed()) {
       return flushed(convert(given.file, given.to, given.wide, given.output));
     }
     return flushed(merge(given.files, given.force, given.to, given.output));
   } catch (const bad_document& reason) {
-    complain(first, reason.what());
+    complain(first + reason.place, reason.what());
     return exit_bad_document;
   } catch (const std::runtime_error& reason) {
     complain(first, reason.what());

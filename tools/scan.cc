@@ -28,10 +28,10 @@ class root_handler : public xercesc::HandlerBase {
 
  private:
   void note(const xercesc::SAXParseException& exception) {
-    if (!found.problem.empty()) return;
-    found.problem = std::to_string(exception.getLineNumber()) + ":" +
-                    std::to_string(exception.getColumnNumber()) + ": " +
-                    local(exception.getMessage());
+    if (!found.first.text.empty()) return;
+    found.first = {local(exception.getMessage()), ":" + std::to_string(exception.getLineNumber()) +
+                                                      ":" +
+                                                      std::to_string(exception.getColumnNumber())};
   }
 };
 
@@ -47,9 +47,8 @@ root_element scan(const char* path, xercesc::SAXParser::ValSchemes validation, b
     xercesc::XMLPScanToken token;
     bool more = scanner.parseFirst(path, token) && scanner.parseNext(token);
     while (whole && more) more = scanner.parseNext(token);
-    scanner.parseReset(token);
   } catch (const xercesc::XMLException& exception) {
-    handler.found.problem = " " + local(exception.getMessage());
+    handler.found.first.text = local(exception.getMessage());
   }
   return handler.found;
 }
@@ -60,6 +59,6 @@ root_element find_root_element(const char* path) {
   return scan(path, xercesc::SAXParser::Val_Auto, false);
 }
 
-std::string first_damage(const char* path) {
-  return scan(path, xercesc::SAXParser::Val_Never, true).problem;
+damage first_damage(const char* path) {
+  return scan(path, xercesc::SAXParser::Val_Never, true).first;
 }

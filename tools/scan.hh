@@ -6,15 +6,21 @@
 
 #include <string>
 
+/// An XML error.
+struct damage {
+  std::string text;   ///< empty when there is none
+  std::string place;  ///< ":LINE:COLUMN" where known
+};
+
 struct root_element {
-  std::string name;     ///< empty when there is none
-  std::string problem;  ///< the first error, with line and column where known: "3:14: ..."
+  std::string name;  ///< empty when there is none
+  damage first;      ///< the first error
 };
 
 /// Scans only what stands before the root element.
 root_element find_root_element(const char* path);
 
-/// The first thing that keeps the document from being well formed, as above; empty when it is.
-std::string first_damage(const char* path);
+/// The first thing that keeps the document from being well formed.
+damage first_damage(const char* path);
 
 #endif

@@ -19,7 +19,7 @@ exit_code show(const std::vector<std::string>& files, const std::string& kind) {
       complain_of_errors(file.name(), errors, "what could be read is shown");
       worst = std::max(worst, exit_bad_document);
     } catch (const bad_document& reason) {
-      complain(name, reason.what());
+      complain(name + reason.place, reason.what());
       worst = std::max(worst, exit_bad_document);
     } catch (const std::runtime_error& reason) {
       complain(name, reason.what());
