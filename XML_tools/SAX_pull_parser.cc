@@ -6,6 +6,7 @@
 
 #include "SAX_File_Parser.hh"
 #include "SAX_Memory_Parser.hh"
+#include "SAX_direct_scanner.hh"
 #include "diagnostics.hh"
 #include "local_text.hh"
 
@@ -30,6 +31,7 @@ struct rules<memory_variant> {
     const char* document = text != nullptr ? text : "";
     source = new xercesc::MemBufInputSource(reinterpret_cast<const XMLByte*>(document),
                                             std::strlen(document), "my_mem_info");
+    source->setCopyBufToStream(false);  // the caller keeps the text as long as the parser
   }
   static void delete_source(xercesc::MemBufInputSource* source) { delete source; }
 
@@ -68,11 +70,9 @@ void pull_parser<Variant>::set_up(char* text) {
   using xercesc::SAXParser;
   try {
     XMLPlatformUtils::Initialize();
-    parser = new SAXParser;
     rules<Variant>::create_handler(handler);
-    auto& handlers = rules<Variant>::handler_of(handler);
-    parser->setDocumentHandler(&handlers);
-    parser->setErrorHandler(&handlers);
+    parse_handlers<Variant>& handlers = rules<Variant>::handler_of(handler);
+    parser = new detail::direct_scanner<parse_handlers<Variant>>(handlers);
     parser->setValidationScheme(SAXParser::Val_Auto);
     parser->setDoNamespaces(false);
     parser->setDoSchema(false);

@@ -3,9 +3,10 @@
 #include <langinfo.h>
 
 #include <cfenv>
+#include <cstdint>
 #include <cstdio>
-#include <cstring>
-#include <system_error>
+#include <iterator>
+#include <limits>
 
 namespace zrt4::detail {
 
@@ -13,11 +14,27 @@ namespace {
 
 constexpr int precision = 6;
 
-// std::to_chars and std::from_chars do what printf and scanf do while the decimal point is '.' and
-// results are rounded to the nearest number.
-bool stdio_is_plain() {
+// Every integer up to here is a float, and so is every power of ten of the table.
+constexpr std::uint64_t largest_exact = std::uint64_t{1} << std::numeric_limits<float>::digits;
+constexpr std::uint64_t powers_of_ten[] = {
+    1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000, 10000000000};
+
+constexpr bool is_digit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+constexpr std::uint64_t digit(char c) {
+  return static_cast<std::uint64_t>(c - '0');
+}
+
+bool decimal_point_is_plain() {
   const char* point = nl_langinfo(RADIXCHAR);
-  return point[0] == '.' && point[1] == '\0' && std::fegetround() == FE_TONEAREST;
+  return point[0] == '.' && point[1] == '\0';
+}
+
+// std::to_chars prints what printf prints when the decimal point is '.' and ties go to even.
+bool prints_like_to_chars() {
+  return decimal_point_is_plain() && std::fegetround() == FE_TONEAREST;
 }
 
 }  // namespace
@@ -31,7 +48,7 @@ void number_text::print(Format... format) {
 
 number_text number_text::local(double number, std::chars_format format) {
   number_text text;
-  if (stdio_is_plain()) {
+  if (prints_like_to_chars()) {
     text.print(number, format, precision);
   } else {
     const int length = format == std::chars_format::fixed
@@ -62,15 +79,33 @@ number_text general(double number) {
   return text;
 }
 
+// Digits and power of ten are exact as floats, so that their quotient is rounded once, as sscanf
+// rounds: also towards another direction, and also when it is computed in a wider format.
 bool read_plain_number(const char* text, float& number) {
-  const char first = text[text[0] == '-' ? 1 : 0];
-  const bool a_name_or_a_blank = first != '.' && (first < '0' || first > '9');
-  if (a_name_or_a_blank || !stdio_is_plain()) return false;
-  const char* end = text + std::strlen(text);
-  float read = 0;
-  const auto [stopped, error] = std::from_chars(text, end, read);
-  if (error != std::errc() || stopped != end) return false;
-  number = read;
+  const bool negative = *text == '-';
+  const char* at = negative ? text + 1 : text;
+  if (!is_digit(*at)) return false;
+  std::uint64_t digits = 0;
+  for (; is_digit(*at); ++at) {
+    digits = 10 * digits + digit(*at);
+    if (digits > largest_exact) return false;
+  }
+  std::size_t decimals = 0;
+  if (*at == '.' && decimal_point_is_plain()) {
+    std::size_t pending = 0;  // zeros count only when another digit follows
+    for (++at; is_digit(*at); ++at) {
+      ++pending;
+      if (*at == '0') continue;
+      if (decimals + pending >= std::size(powers_of_ten)) return false;
+      digits = powers_of_ten[pending] * digits + digit(*at);
+      if (digits > largest_exact) return false;
+      decimals += pending;
+      pending = 0;
+    }
+  }
+  if (*at != '\0') return false;
+  const auto magnitude = static_cast<float>(digits);
+  number = (negative ? -magnitude : magnitude) / static_cast<float>(powers_of_ten[decimals]);
   return true;
 }
 

@@ -40,9 +40,9 @@ number_text fixed(double number);       ///< "%f", with the decimal point of LC_
 number_text scientific(double number);  ///< "%e", with the decimal point of LC_NUMERIC
 number_text general(double number);     ///< "%g", always with '.', as a C++ stream prints it
 
-/// Reads a text that is wholly one plain number (a minus sign, digits, a '.', an exponent) as
-/// sscanf's "%f" reads it. False, and `number` as it was, for any other text and wherever sscanf
-/// would see it differently: leave those to sscanf.
+/// Reads a text that is wholly one plain number (digits, maybe after a minus sign, maybe with a
+/// decimal point) of few digits exactly as sscanf's "%f" reads it. False, and `number` as it was,
+/// for any other text: leave those to sscanf.
 bool read_plain_number(const char* text, float& number);
 
 }  // namespace zrt4::detail

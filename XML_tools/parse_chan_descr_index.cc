@@ -1,6 +1,5 @@
 #include "parse_chan_descr_index.hh"
 
-#include <algorithm>
 #include <cstring>
 #include <functional>
 
@@ -21,46 +20,47 @@ chan_descr_2010* property_index::find(const std::vector<chan_descr_2010*>& list,
   catch_up(list);
   const std::uint32_t hash = hash_of(property);
   const std::size_t mask = slots.size() - 1;
-  for (std::size_t slot = hash & mask; slots[slot] != 0; slot = (slot + 1) & mask) {
-    const std::uint32_t position = slots[slot] - 1;
-    if (hashes[position] == hash && list[position]->prop_name == property) return list[position];
+  for (std::size_t i = hash & mask; slots[i].order != 0; i = (i + 1) & mask) {
+    if (slots[i].hash != hash) continue;
+    chan_descr_2010* const record = list[slots[i].order - 1];
+    if (record->prop_name == property) return record;
   }
   return nullptr;
 }
 
 void property_index::catch_up(const std::vector<chan_descr_2010*>& list) {
-  make_room(list);
-  while (hashes.size() < list.size()) {
-    const chan_descr_2010* record = list[hashes.size()];
-    hashes.push_back(record != nullptr ? hash_of(record->prop_name) : 0);
-    place(list, hashes.size() - 1);
+  if (slots.size() / 4 * 3 < list.size() || slots.empty()) make_room(list.size());
+  for (; indexed < list.size(); ++indexed) {
+    if (list[indexed] != nullptr) place(list, indexed);
   }
 }
 
 // At most three quarters of the slots are taken.
-void property_index::make_room(const std::vector<chan_descr_2010*>& list) {
-  std::size_t size = std::max(slots.size(), fewest_slots);
-  while (size / 4 * 3 < list.size()) size *= 2;
-  if (size == slots.size()) return;
-  hashes.reserve(size / 4 * 3);
-  slots = {};
-  slots.resize(size);
-  for (std::size_t position = 0; position < hashes.size(); ++position) place(list, position);
+void property_index::make_room(std::size_t records) {
+  std::size_t size = slots.empty() ? fewest_slots : slots.size();
+  while (size / 4 * 3 < records) size *= 2;
+  std::vector<slot> larger(size);
+  const std::size_t mask = size - 1;
+  for (const slot& taken : slots) {
+    if (taken.order == 0) continue;
+    std::size_t i = taken.hash & mask;
+    while (larger[i].order != 0) i = (i + 1) & mask;
+    larger[i] = taken;
+  }
+  slots.swap(larger);
 }
 
-// Only the first of equal properties is placed: any number of them costs one step each.
+// Only the first of equal properties takes a slot, so that any number of them costs one step each.
 void property_index::place(const std::vector<chan_descr_2010*>& list, std::size_t position) {
-  const chan_descr_2010* record = list[position];
-  if (record == nullptr) return;
+  const char* const property = list[position]->prop_name;
+  const std::uint32_t hash = hash_of(property);
   const std::size_t mask = slots.size() - 1;
-  std::size_t slot = hashes[position] & mask;
-  for (; slots[slot] != 0; slot = (slot + 1) & mask) {
-    const std::uint32_t earlier = slots[slot] - 1;
-    if (hashes[earlier] == hashes[position] &&
-        std::strcmp(list[earlier]->prop_name, record->prop_name) == 0)
+  std::size_t i = hash & mask;
+  for (; slots[i].order != 0; i = (i + 1) & mask) {
+    if (slots[i].hash == hash && std::strcmp(list[slots[i].order - 1]->prop_name, property) == 0)
       return;
   }
-  slots[slot] = static_cast<std::uint32_t>(position + 1);
+  slots[i] = {hash, static_cast<std::uint32_t>(position + 1)};
 }
 
 }  // namespace zrt4::detail

@@ -19,12 +19,17 @@ class property_index {
   chan_descr_2010* find(const std::vector<chan_descr_2010*>& list, std::string_view property);
 
  private:
+  struct slot {
+    std::uint32_t hash;   // of the property
+    std::uint32_t order;  // position in the list + 1, 0 for a free slot
+  };
+
   void catch_up(const std::vector<chan_descr_2010*>& list);
-  void make_room(const std::vector<chan_descr_2010*>& list);
+  void make_room(std::size_t records);
   void place(const std::vector<chan_descr_2010*>& list, std::size_t position);
 
-  std::vector<std::uint32_t> hashes;  // of the property at each position of the list
-  std::vector<std::uint32_t> slots;   // position + 1, or 0
+  std::vector<slot> slots;  // open addressing, a power of two
+  std::size_t indexed = 0;  // how much of the list is in
 };
 
 }  // namespace zrt4::detail

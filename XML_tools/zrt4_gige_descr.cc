@@ -10,6 +10,7 @@
 #include <xercesc/dom/DOMImplementation.hpp>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 #include <xercesc/dom/DOMNode.hpp>
+#include <xercesc/dom/impl/DOMAttrImpl.hpp>
 #include <xercesc/dom/impl/DOMNodeListImpl.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
@@ -18,6 +19,7 @@
 #include <xercesc/util/XMLException.hpp>
 
 #include "local_text.hh"
+#include "name_table.hh"
 
 using xercesc::DOMException;
 using xercesc::DOMNode;
@@ -26,11 +28,12 @@ using xercesc::XercesDOMParser;
 using xercesc::XMLException;
 using zrt4::detail::to_local;
 
-const char* const FeatureTags[FEATURE_TYPE_MAX] = {"Undefined",   "Integer", "Float",
-                                                   "Enumeration", "Boolean", "StringReg",
-                                                   "Command",     "IntReg",  "Int64"};
-const char* const MoreTags[MORE_TAGS_MAX] = {"Extension", "PvRename", "ToolTip", "Description"};
-const char* const Attributes[ATTRIBUTE_MAX] = {"Name"};
+constexpr const char* const FeatureTags[FEATURE_TYPE_MAX] = {"Undefined",   "Integer", "Float",
+                                                             "Enumeration", "Boolean", "StringReg",
+                                                             "Command",     "IntReg",  "Int64"};
+constexpr const char* const MoreTags[MORE_TAGS_MAX] = {"Extension", "PvRename", "ToolTip",
+                                                       "Description"};
+constexpr const char* const Attributes[ATTRIBUTE_MAX] = {"Name"};
 
 ZRT4GigEFeature::ZRT4GigEFeature() : type(FEATURE_TYPE_UNDEF) {}
 ZRT4GigEFeature::~ZRT4GigEFeature() = default;
@@ -50,15 +53,50 @@ constexpr text_field all_texts[] = {&ZRT4GigEFeature::name, &ZRT4GigEFeature::ex
 constexpr text_field filled_by_text[] = {&ZRT4GigEFeature::extension, &ZRT4GigEFeature::tooltip,
                                          &ZRT4GigEFeature::description};
 
-// What each of `MoreTags` opens.
-constexpr text_field opened_by[MORE_TAGS_MAX] = {
-    nullptr, &ZRT4GigEFeature::extension, &ZRT4GigEFeature::tooltip, &ZRT4GigEFeature::description};
+struct tag_meaning {
+  int feature;       // the type of the feature that starts, or
+  text_field opens;  // the text of the latest feature that is to be filled next
+};
+
+constexpr int no_feature = -1;
+
+constexpr zrt4::detail::named<tag_meaning> known_tags[] = {
+    {FeatureTags[FEATURE_TYPE_UNDEF], {FEATURE_TYPE_UNDEF, nullptr}},
+    {FeatureTags[FEATURE_TYPE_INT], {FEATURE_TYPE_INT, nullptr}},
+    {FeatureTags[FEATURE_TYPE_FLOAT], {FEATURE_TYPE_FLOAT, nullptr}},
+    {FeatureTags[FEATURE_TYPE_ENUMER], {FEATURE_TYPE_ENUMER, nullptr}},
+    {FeatureTags[FEATURE_TYPE_BOOL], {FEATURE_TYPE_BOOL, nullptr}},
+    {FeatureTags[FEATURE_TYPE_STRING], {FEATURE_TYPE_STRING, nullptr}},
+    {FeatureTags[FEATURE_TYPE_COMMAND], {FEATURE_TYPE_COMMAND, nullptr}},
+    {FeatureTags[FEATURE_TYPE_REGISTER], {FEATURE_TYPE_REGISTER, nullptr}},
+    {FeatureTags[FEATURE_TYPE_LONG], {FEATURE_TYPE_LONG, nullptr}},
+    {MoreTags[MORE_TAGS_EXTENSION], {no_feature, nullptr}},
+    {MoreTags[MORE_TAGS_PVRENAME], {no_feature, &ZRT4GigEFeature::extension}},
+    {MoreTags[MORE_TAGS_TOOLTIP], {no_feature, &ZRT4GigEFeature::tooltip}},
+    {MoreTags[MORE_TAGS_DESCRIPTION], {no_feature, &ZRT4GigEFeature::description}},
+};
+constexpr zrt4::detail::name_table tags_by_name(known_tags);
+
+constexpr std::string_view name_attribute = Attributes[ATTRIBUTE_NAME];
 
 std::optional<std::string> known_text(const DOMException& exception) {
   constexpr XMLSize_t longest = 2047;
   XMLCh text[longest + 1] = {};
   if (!xercesc::DOMImplementation::loadDOMExceptionMsg(exception.code, text, longest)) return {};
   return to_local(text);
+}
+
+// Collecting the parts of a value costs the scanner more than all else about a feature; nearly
+// every value is one text.
+const XMLCh* value_of(const DOMNode& attribute) {
+  if (typeid(attribute) == typeid(xercesc::DOMAttrImpl)) {
+    const DOMNode* part = attribute.getFirstChild();
+    if (part != nullptr && part->getNodeType() == DOMNode::TEXT_NODE &&
+        part->getNextSibling() == nullptr) {
+      return part->getNodeValue();
+    }
+  }
+  return attribute.getNodeValue();
 }
 
 /// The nodes of one level, taken one by one in document order.
@@ -93,7 +131,9 @@ class level {
 /// Turns nodes into features. Keeps its own stack of levels: a file decides how deep it is nested.
 class feature_walk {
  public:
-  explicit feature_walk(features& into) : out(into) {}
+  explicit feature_walk(features& into) : out(into) {
+    for (const text_field field : all_texts) unset.*field = never_set;
+  }
 
   /// True when a DOM exception ended the walk of `nodes` itself; one further down only ends the
   /// level that it hit.
@@ -136,6 +176,7 @@ class feature_walk {
   }
 
   features& out;
+  ZRT4GigEFeature unset;
   std::vector<level> levels;
   zrt4::detail::local_text text;
   zrt4::detail::code_page page;
@@ -160,21 +201,15 @@ bool feature_walk::run(DOMNodeList& nodes) {
 }
 
 void feature_walk::element(std::string_view tag) {
-  for (int type = 0; type < FEATURE_TYPE_MAX; ++type) {
-    if (tag != FeatureTags[type]) continue;
-    auto created = std::make_unique<ZRT4GigEFeature>();
-    created->type = type;
-    for (const text_field field : all_texts) created.get()->*field = never_set;
+  const tag_meaning* meaning = tags_by_name.find(tag);
+  if (meaning == nullptr) return;
+  if (meaning->feature != no_feature) {
+    auto created = std::make_unique<ZRT4GigEFeature>(unset);
+    created->type = meaning->feature;
     out.push_back(created.get());
     (void)created.release();
-    return;
-  }
-  ZRT4GigEFeature* feature = latest();
-  if (feature == nullptr) return;
-  for (int more = 0; more < MORE_TAGS_MAX; ++more) {
-    if (tag != MoreTags[more]) continue;
-    if (opened_by[more] != nullptr) feature->*opened_by[more] = awaits_text;
-    return;
+  } else if (meaning->opens != nullptr && latest() != nullptr) {
+    latest()->*meaning->opens = awaits_text;
   }
 }
 
@@ -184,13 +219,13 @@ void feature_walk::read_attributes(const xercesc::DOMNamedNodeMap& attributes) {
   const XMLSize_t count = attributes.getLength();
   for (XMLSize_t i = 0; i < count; ++i) {
     const DOMNode* attribute = attributes.item(i);
-    if (attribute == nullptr || convert(attribute->getNodeName()) != Attributes[ATTRIBUTE_NAME]) {
+    if (attribute == nullptr || convert(attribute->getNodeName()) != name_attribute) {
       continue;
     }
     if (feature->name == never_set) {
-      feature->name = convert(attribute->getNodeValue());
+      feature->name = convert(value_of(*attribute));
     } else if (feature->extension == awaits_text) {
-      feature->extension = convert(attribute->getNodeValue());
+      feature->extension = convert(value_of(*attribute));
     }
   }
 }

@@ -57,6 +57,22 @@ struct bare_element_dialect {
   }
 };
 
+// A channel with everything: the document weighs most here.
+struct full_element_dialect {
+  static constexpr const char* root = "CHANDESCRIPTIONS";
+  static std::string channel(int n) {
+    return "<CHANNEL>\n<EVTYPE>1</EVTYPE>\n<STREAM>2</STREAM>\n<DTYPE>38</DTYPE>\n<PROP>" +
+           property(n) + "</PROP>\n<NAME>BPM" + std::to_string(n) +
+           ".X</NAME>\n<DESC>horizontal position</DESC>\n<UNITS>mm</UNITS>\n<SIZE>2048</SIZE>\n"
+           "<SB_NAME>LINAC.DAQ/BPM.SERVER</SB_NAME>\n<DB_KEY>4711</DB_KEY>\n"
+           "<SUBSYSTEM>DIAG</SUBSYSTEM>\n"
+           "<BIT>0<BIT_NAME>ON</BIT_NAME><BIT_DESCR>delivers data</BIT_DESCR></BIT>\n"
+           "<DIM>0<DIM_NAME>bunch</DIM_NAME><DIM_UNITS>us</DIM_UNITS>\n"
+           "<STAT>0<STAT_NAME>mean</STAT_NAME><STAT_UNITS>mm</STAT_UNITS></STAT>\n</DIM>\n"
+           "</CHANNEL>\n";
+  }
+};
+
 template <class Dialect>
 std::string document(int channels) {
   std::string text = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<";
@@ -123,5 +139,6 @@ void read_channels(benchmark::State& state) {
 
 READ_CHANNELS(element_dialect, false);
 READ_CHANNELS(element_dialect, true);
+READ_CHANNELS(full_element_dialect, true);
 READ_CHANNELS(bare_element_dialect, true);
 READ_CHANNELS(variable_dialect, true);

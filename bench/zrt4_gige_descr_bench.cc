@@ -1,7 +1,10 @@
-// Time to read a camera file, relative to a bare DOM parse of the same file in the same run.
-// Usage: zrt4_gige_descr_bench [FILE]; without FILE, one of 20000 features is made.
+// Reading a camera file, as a ratio to a bare DOM parse of the same file. Both are measured in
+// turns, so that a change of the machine's speed meets both.
+//
+//     build/release/bench/zrt4_gige_descr_bench --benchmark_repetitions=5
 
-#include <algorithm>
+#include <benchmark/benchmark.h>
+
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -14,86 +17,107 @@
 
 namespace {
 
-constexpr int rounds = 25;
+using clock_type = std::chrono::steady_clock;
+
+double seconds(clock_type::duration time) {
+  return std::chrono::duration<double>(time).count();
+}
+
+struct full_features {
+  static std::string feature(const std::string& number) {
+    return "  <Integer Name=\"Feature" + number +
+           "\" Access=\"RW\">\n    <PvRename>CAMERA.FEATURE_" + number +
+           "</PvRename>\n    <ToolTip>Sets feature " + number +
+           "</ToolTip>\n    <Description>Feature " + number +
+           " of the sensor, in its own units.</Description>\n    <Address>" + number +
+           "</Address>\n  </Integer>\n";
+  }
+};
+
+// As little as a feature can be: the records weigh most here.
+struct bare_features {
+  static std::string feature(const std::string& number) {
+    return "<Float Name=\"f" + number + "\"/>";
+  }
+};
 
 class made_file {
  public:
-  explicit made_file(int features) {
-    char pattern[] = "/tmp/zrt4_bench_XXXXXX";
-    std::FILE* file = fdopen(mkstemp(pattern), "w");
-    if (file == nullptr) std::exit(1);
-    std::fputs("<?xml version=\"1.0\"?>\n<CameraDescription>\n", file);
-    for (int i = 0; i < features; ++i) {
-      std::fprintf(file,
-                   "  <Integer Name=\"Feature%d\" Access=\"RW\">\n"
-                   "    <PvRename>CAMERA.FEATURE_%d</PvRename>\n"
-                   "    <ToolTip>Sets feature %d</ToolTip>\n"
-                   "    <Description>Feature %d of the sensor, in its own units.</Description>\n"
-                   "    <Address>%d</Address>\n"
-                   "  </Integer>\n",
-                   i, i, i, i, i);
-    }
-    std::fputs("</CameraDescription>\n", file);
+  explicit made_file(const std::string& text) {
+    std::FILE* file = fdopen(mkstemp(path.data()), "w");
+    if (file == nullptr) std::abort();
+    std::fwrite(text.data(), 1, text.size(), file);
     std::fclose(file);
-    name = pattern;
   }
   made_file(const made_file&) = delete;
   made_file& operator=(const made_file&) = delete;
-  ~made_file() { std::remove(name.c_str()); }
+  ~made_file() { std::remove(path.c_str()); }
 
-  std::string name;
+  char* name() { return path.data(); }
+
+ private:
+  std::string path = "/tmp/zrt4_bench_XXXXXX";
 };
 
-template <class Code>
-double seconds(Code&& code) {
-  const auto start = std::chrono::steady_clock::now();
-  code();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+template <class Features>
+std::string document(int count) {
+  std::string text = "<?xml version=\"1.0\"?>\n<Camera>\n";
+  for (int n = 0; n < count; ++n) text += Features::feature(std::to_string(n));
+  return text + "</Camera>\n";
 }
 
-void bare_parse(const char* name) {
+clock_type::duration parse(const char* name) {
   using xercesc::XercesDOMParser;
+  const auto begin = clock_type::now();
   xercesc::XMLPlatformUtils::Initialize();
   {
     XercesDOMParser parser;
     parser.setValidationScheme(XercesDOMParser::Val_Never);
     parser.setDoNamespaces(false);
     parser.setDoSchema(false);
-    parser.setValidationSchemaFullChecking(false);
     parser.setCreateEntityReferenceNodes(false);
     parser.parse(name);
   }
   xercesc::XMLPlatformUtils::Terminate();
+  return clock_type::now() - begin;
 }
 
-void report(const char* what, std::vector<double> values, double scale, const char* unit) {
-  std::sort(values.begin(), values.end());
-  std::printf("%-20s median %10.3f %s  (%.3f .. %.3f)\n", what, values[values.size() / 2] * scale,
-              unit, values.front() * scale, values.back() * scale);
+clock_type::duration read(char* name, std::size_t expected, benchmark::State& state) {
+  std::vector<ZRT4GigEFeature*> features;
+  const auto begin = clock_type::now();
+  const bool failed = zrt4_fill_gige_descr(name, &features);
+  const auto end = clock_type::now();
+  if (failed || features.size() != expected) state.SkipWithError("not read");
+  zrt4_clean_gige_descr(&features);
+  return end - begin;
+}
+
+template <class Features>
+void read_features(benchmark::State& state) {
+  const int count = static_cast<int>(state.range(0));
+  made_file file(document<Features>(count));
+  clock_type::duration parsing{};
+  clock_type::duration reading{};
+  for (auto _ : state) {
+    parsing += parse(file.name());
+    const auto once = read(file.name(), static_cast<std::size_t>(count), state);
+    reading += once;
+    state.SetIterationTime(seconds(once));
+  }
+  state.SetComplexityN(count);
+  state.SetItemsProcessed(state.iterations() * count);
+  state.counters["ratio"] = seconds(reading) / seconds(parsing);
 }
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  const made_file made(argc > 1 ? 0 : 20000);
-  std::string name = argc > 1 ? argv[1] : made.name;
-  std::size_t found = 0;
-  std::vector<double> bare;
-  std::vector<double> read;
-  std::vector<double> ratio;
-  for (int round = 0; round < rounds; ++round) {
-    std::vector<ZRT4GigEFeature*> features;
-    bare.push_back(seconds([&] { bare_parse(name.c_str()); }));
-    read.push_back(seconds([&] { zrt4_fill_gige_descr(name.data(), &features); }));
-    ratio.push_back(read.back() / bare.back());
-    found = features.size();
-    zrt4_clean_gige_descr(&features);
-  }
-  std::vector<double> rate;
-  for (const double time : read) rate.push_back(static_cast<double>(found) / time);
-  std::printf("%zu features, %d rounds\n", found, rounds);
-  report("bare DOM parse", bare, 1e3, "ms");
-  report("read", read, 1e3, "ms");
-  report("features read", rate, 1e-3, "thousand/s");
-  report("read / bare", ratio, 1, "");
-}
+#define READ_FEATURES(...)              \
+  BENCHMARK(read_features<__VA_ARGS__>) \
+      ->RangeMultiplier(10)             \
+      ->Range(100, 100000)              \
+      ->UseManualTime()                 \
+      ->Unit(benchmark::kMillisecond)   \
+      ->Complexity(benchmark::oN)
+
+READ_FEATURES(full_features);
+READ_FEATURES(bare_features);

@@ -16,6 +16,7 @@ using zrt4::detail::decimal;
 using zrt4::detail::fixed;
 using zrt4::detail::general;
 using zrt4::detail::number_text;
+using zrt4::detail::read_plain_number;
 using zrt4::detail::scientific;
 
 namespace {
@@ -145,4 +146,84 @@ TEST(Numbers, FollowTheDecimalPointOfTheLocale) {
   EXPECT_EQ(text_of(fixed(-std::numeric_limits<double>::max())).size(), 317U);
   EXPECT_EQ(text_of(general(0.5)), "0.5");
   EXPECT_EQ(text_of(decimal(1234567)), "1234567");
+}
+
+namespace {
+
+// Whether the text was taken; then it was read as sscanf reads it, otherwise nothing was changed.
+bool taken(const std::string& text) {
+  float read = 123.0F;
+  const bool plain = read_plain_number(text.c_str(), read);
+  float expected = 123.0F;
+  if (plain) {
+    EXPECT_EQ(std::sscanf(text.c_str(), "%f", &expected), 1) << text;
+  }
+  EXPECT_EQ(std::memcmp(&read, &expected, sizeof read), 0) << text << " " << read;
+  return plain;
+}
+
+std::string random_number(std::mt19937_64& random) {
+  std::string text = random() % 2 != 0 ? "-" : "";
+  for (auto count = 1 + random() % 5; count > 0; --count) text += "00123456789"[random() % 11];
+  if (random() % 4 == 0) return text;
+  text += '.';
+  for (auto count = random() % 9; count > 0; --count) text += "0001234567895"[random() % 13];
+  return text;
+}
+
+}  // namespace
+
+TEST(ReadPlainNumber, TakesTheNumbersThatDictionariesHold) {
+  for (const char* text : {"0", "-0", "7", "0.5", "-0.5", "0.000000", "-0.000000", "0.010000",
+                           "12.345678", "100.000000", "-250.500000", "5.", "007", "16777216",
+                           "0.0000000001", "1.0000000000000000000000000"}) {
+    EXPECT_TRUE(taken(text)) << text;
+  }
+}
+
+TEST(ReadPlainNumber, LeavesEverythingElse) {
+  for (const char* text : {"",
+                           "-",
+                           ".",
+                           ".5",
+                           "-.5",
+                           "+1",
+                           " 1",
+                           "1 ",
+                           "1e5",
+                           "1e",
+                           "0x1",
+                           "inf",
+                           "nan",
+                           "1.5V",
+                           "1,5",
+                           "1..5",
+                           "1.5.5",
+                           "--1",
+                           "16777217",
+                           "1677721.60000001",
+                           "0.00000000001",
+                           "99999999999999999999999999",
+                           "0.12345678901234567890123"}) {
+    EXPECT_FALSE(taken(text)) << text;
+  }
+}
+
+TEST(ReadPlainNumber, ReadsAsScanfDoesInEveryRoundingDirection) {
+  std::mt19937_64 random(5);
+  int count = 0;
+  for (const int direction : {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
+    std::fesetround(direction);
+    for (int i = 0; i < 20000; ++i) count += taken(random_number(random)) ? 1 : 0;
+  }
+  std::fesetround(FE_TONEAREST);
+  EXPECT_GT(count, 40000);
+}
+
+TEST(ReadPlainNumber, LeavesAPointThatIsNotTheLocales) {
+  const test::comma_locale comma;
+  if (!comma.active()) GTEST_SKIP() << "no locale with a decimal comma can be made here";
+  EXPECT_FALSE(taken("0.5"));
+  EXPECT_FALSE(taken("0,5"));
+  EXPECT_TRUE(taken("5"));
 }

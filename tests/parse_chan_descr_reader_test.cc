@@ -145,6 +145,7 @@ TYPED_TEST(ReadChannels, NothingToReadIsOnePlusTheErrors) {
 }
 
 TYPED_TEST(ReadChannels, RecordsBeforeAnErrorStay) {
+  const deliberate_leak channel_without_property;
   const auto got = this->read("<CHANDESCRIPTIONS><CHANNEL><PROP>P</PROP></CHANNEL><CHANNEL>");
   EXPECT_EQ(got->result, 1);
   EXPECT_EQ(got->properties(), "P;");

@@ -2,6 +2,7 @@
 
 #include <vector>
 #include <xercesc/dom/DOM.hpp>
+#include <xercesc/dom/impl/DOMAttrImpl.hpp>
 #include <xercesc/dom/impl/DOMElementImpl.hpp>
 #include <xercesc/dom/impl/DOMTextImpl.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
@@ -63,6 +64,14 @@ class element_with_list : public xercesc::DOMElementImpl {
 class unreadable_text : public xercesc::DOMTextImpl {
  public:
   explicit unreadable_text(DOMDocument* document) : DOMTextImpl(document, u"text") {}
+  const XMLCh* getNodeValue() const override { throw DOMException(DOMException::NOT_FOUND_ERR); }
+};
+
+class unreadable_attribute : public xercesc::DOMAttrImpl {
+ public:
+  explicit unreadable_attribute(DOMDocument* document) : DOMAttrImpl(document, u"Name") {
+    setValue(u"n");
+  }
   const XMLCh* getNodeValue() const override { throw DOMException(DOMException::NOT_FOUND_ERR); }
 };
 
@@ -180,6 +189,30 @@ TEST_F(GigeWalk, EveryNameAttributeInMapOrder) {
   ASSERT_TRUE(xercesc::XMLString::equals(map.item(0)->getNodeValue(), u"c"));
   walk(*root->getChildNodes());
   EXPECT_EQ(shown(found), strings{"1|c|a|Unknown|Unknown"});
+}
+
+TEST_F(GigeWalk, ANameOfSeveralPartsIsOneName) {
+  auto* feature = add(root, u"Integer", u"one");
+  feature->getAttributeNode(u"Name")->appendChild(document->createTextNode(u"two"));
+  add(root, u"Float", u"");
+  auto* without_parts = document->createElement(u"Int64");
+  without_parts->setAttributeNode(document->createAttribute(u"Name"));
+  root->appendChild(without_parts);
+  walk(*root->getChildNodes());
+  EXPECT_THAT(shown(found),
+              ElementsAre("1|onetwo|Unknown|Unknown|Unknown", "2||Unknown|Unknown|Unknown",
+                          "8||Unknown|Unknown|Unknown"));
+}
+
+TEST_F(GigeWalk, AFailingNameEndsItsLevel) {
+  auto* feature = document->createElement(u"Integer");
+  auto* name = new unreadable_attribute(document);
+  feature->setAttributeNode(name);
+  node_list nodes{feature, element(u"Float", u"lost")};
+  EXPECT_EQ(walk(nodes, true), not_found);
+  EXPECT_EQ(shown(found), strings{"1|Unknown|Unknown|Unknown|Unknown"});
+  feature->removeAttributeNode(name);
+  delete name;
 }
 
 TEST_F(GigeWalk, ATextThatIsSplitFillsItsFirstPart) {

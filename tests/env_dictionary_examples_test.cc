@@ -1,0 +1,82 @@
+// The documents of docs/environment_dictionaries.md and examples/dictionaries, as they stand there.
+
+#include <set>
+
+#include "env_dictionary_support.hh"
+
+namespace {
+
+std::string example(const std::string& name) {
+  return ZRT4_SOURCE_DIR "/examples/dictionaries/" + name;
+}
+
+std::string content(const std::string& path) {
+  std::ostringstream text;
+  text << std::ifstream(path, std::ios::binary).rdbuf();
+  return text.str();
+}
+
+// The n-th block between lines of three back quotes, counted from 0.
+std::string block_of_the_document(int n) {
+  std::string rest = content(ZRT4_SOURCE_DIR "/docs/environment_dictionaries.md");
+  for (; n > 0; --n) rest.erase(0, rest.find("\n```\n", rest.find("\n```") + 4) + 5);
+  const std::size_t begin = rest.find('\n', rest.find("\n```") + 1) + 1;
+  return rest.substr(begin, rest.find("\n```\n", begin) + 1 - begin);
+}
+
+template <class Generation>
+test::owned_list<typename Generation::entry> read(std::string path) {
+  test::owned_list<typename Generation::entry> list;
+  EXPECT_EQ(Generation::readf(path.data(), &list), 0) << path;
+  return list;
+}
+
+template <class Generation>
+std::set<std::string> names(const std::vector<typename Generation::entry*>& list) {
+  std::set<std::string> result;
+  for (const auto* entry : list) result.insert(entry->data.env_prop);
+  return result;
+}
+
+template <class Generation>
+struct EnvDictionaryExamples : testing::Test {};
+using generations = testing::Types<test::older, test::y2010>;
+TYPED_TEST_SUITE(EnvDictionaryExamples, generations, test::titles);
+
+}  // namespace
+
+TYPED_TEST(EnvDictionaryExamples, TheDocumentsTextAndListingAreThoseOfItsXml) {
+  std::string xml = block_of_the_document(0);
+  test::temporary_file file("");
+  test::captured(
+      [&] { EXPECT_EQ(TypeParam::dump(xml.data(), file.name(), ENV_INDX_DUMP_TXT_FILE, -1), 0); });
+  EXPECT_EQ(file.content(), block_of_the_document(1));
+  const auto said = test::captured(
+      [&] { EXPECT_EQ(TypeParam::dump(xml.data(), nullptr, ENV_INDX_DUMP_TO_SCREEN, -1), 0); });
+  EXPECT_EQ(said.out, block_of_the_document(2));
+}
+
+TYPED_TEST(EnvDictionaryExamples, Small) {
+  const auto list = read<TypeParam>(example("small.xml"));
+  ASSERT_EQ(list.size(), 3U);
+  EXPECT_STREQ(list[1]->data.env_prop, "GUN.VACUUM/ION.PUMP/L0.01/PRESSURE");
+  EXPECT_EQ(list[1]->data.env_ch_rel_delta, 0.1F);
+  EXPECT_EQ(list[2]->index, 2);
+}
+
+TYPED_TEST(EnvDictionaryExamples, LinacIsAsTheLibraryWritesIt) {
+  auto list = read<TypeParam>(example("linac.xml"));
+  EXPECT_EQ(list.size(), 325U);
+  EXPECT_EQ(names<TypeParam>(list).size(), 325U);
+  std::string written;
+  EXPECT_EQ(TypeParam::dump(&list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &written), 0);
+  const std::string stands = content(example("linac.xml"));
+  const std::size_t after_date = stands.find("</isodate>");
+  EXPECT_EQ(written.substr(after_date), stands.substr(after_date));
+}
+
+TYPED_TEST(EnvDictionaryExamples, LongNamesNeedTheWiderRecord) {
+  const auto list = read<TypeParam>(example("long_names.xml"));
+  EXPECT_EQ(list.size(), 8U);
+  EXPECT_EQ(names<TypeParam>(list).size(), TypeParam::longest == 255 ? 8U : 3U);
+}
