@@ -7,18 +7,16 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
 #include <random>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "bare_scan.hh"
 #include "chan_selector.hh"
 
 namespace {
-
-using clock_type = std::chrono::steady_clock;
 
 // Divides half of every number of channels.
 constexpr std::size_t lookups_per_turn = 500;
@@ -87,29 +85,29 @@ void lookups(benchmark::State& state) {
   std::unordered_map<std::string_view, int> map;
   for (const std::string& name : names) map.emplace(name, 1);
 
-  clock_type::duration ours{};
-  clock_type::duration maps{};
+  double ours = 0;
+  double maps = 0;
   std::size_t first = 0;
   std::size_t found = 0;
   for (auto _ : state) {
-    const std::size_t last = first + lookups_per_turn;
-    const auto begin = clock_type::now();
-    for (std::size_t i = first; i < last; ++i) {
-      found += Query::look_up(selector, names[i].data()) ? 1U : 0U;
-    }
-    const auto middle = clock_type::now();
+    const double once = bench::seconds([&] {
+      for (std::size_t i = first; i < first + lookups_per_turn; ++i) {
+        found += Query::look_up(selector, names[i].data()) ? 1U : 0U;
+      }
+    });
     // Not the names just asked for: those are still in the nearest cache.
     const std::size_t other = (first + names.size() / 2) % names.size();
-    for (std::size_t i = other; i < other + lookups_per_turn; ++i) {
-      benchmark::DoNotOptimize(map.find(std::string_view(names[i].c_str()))->second);
-    }
-    ours += middle - begin;
-    maps += clock_type::now() - middle;
-    state.SetIterationTime(std::chrono::duration<double>(middle - begin).count());
-    first = last % names.size();
+    maps += bench::seconds([&] {
+      for (std::size_t i = other; i < other + lookups_per_turn; ++i) {
+        benchmark::DoNotOptimize(map.find(std::string_view(names[i].c_str()))->second);
+      }
+    });
+    ours += once;
+    state.SetIterationTime(once);
+    first = (first + lookups_per_turn) % names.size();
   }
   if (found == 0) state.SkipWithError("not found");
-  state.counters["ratio"] = static_cast<double>(ours.count()) / static_cast<double>(maps.count());
+  state.counters["ratio"] = ours / maps;
 }
 
 void sizes(benchmark::internal::Benchmark* bench) {

@@ -6,24 +6,13 @@
 
 #include <benchmark/benchmark.h>
 
-#include <chrono>
-#include <string>
 #include <vector>
-#include <xercesc/framework/MemBufInputSource.hpp>
-#include <xercesc/framework/XMLPScanToken.hpp>
-#include <xercesc/parsers/SAXParser.hpp>
-#include <xercesc/sax/HandlerBase.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
+#include "bare_scan.hh"
 #include "parse_chan_descr.hh"
 
 namespace {
-
-using clock_type = std::chrono::steady_clock;
-
-double seconds(clock_type::duration time) {
-  return std::chrono::duration<double>(time).count();
-}
 
 std::vector<chan_descr_2010*> records(int channels) {
   std::vector<chan_descr_2010*> list;
@@ -43,45 +32,31 @@ std::vector<chan_descr_2010*> records(int channels) {
   return list;
 }
 
-clock_type::duration scan(const std::string& text) {
-  using namespace xercesc;
-  const auto begin = clock_type::now();
-  SAXParser parser;
-  HandlerBase nothing;
-  parser.setDocumentHandler(&nothing);
-  parser.setErrorHandler(&nothing);
-  const MemBufInputSource source(reinterpret_cast<const XMLByte*>(text.data()), text.size(),
-                                 "benchmark");
-  XMLPScanToken token;
-  bool more = parser.parseFirst(source, token);
-  while (more) more = parser.parseNext(token);
-  return clock_type::now() - begin;
-}
-
 void dump_to_string(benchmark::State& state) {
   xercesc::XMLPlatformUtils::Initialize();
   const int channels = static_cast<int>(state.range(0));
   auto list = records(channels);
-  clock_type::duration scanning{};
-  clock_type::duration writing{};
+  const int dialect = static_cast<int>(state.range(1));
+  double scanning = 0;
+  double writing = 0;
   std::size_t bytes = 0;
   for (auto _ : state) {
     std::string document;
-    const auto begin = clock_type::now();
-    const int result = dump_chan_desr(&list, nullptr, DUMP_XML_FILE,
-                                      static_cast<int>(state.range(1)), -1, &document, nullptr);
-    const auto once = clock_type::now() - begin;
+    int result = 0;
+    const double once = bench::seconds([&] {
+      result = dump_chan_desr(&list, nullptr, DUMP_XML_FILE, dialect, -1, &document, nullptr);
+    });
     if (result != 0) state.SkipWithError("not written");
     writing += once;
-    scanning += scan(document);
+    scanning += bench::seconds([&] { bench::bare_scan(document); });
     bytes = document.size();
-    state.SetIterationTime(seconds(once));
+    state.SetIterationTime(once);
   }
   clean_chan_desr_list(&list);
-  state.counters["ratio"] = seconds(writing) / seconds(scanning);
+  state.counters["ratio"] = writing / scanning;
   state.counters["bytes_per_channel"] = static_cast<double>(bytes) / channels;
   state.counters["ns_per_channel"] =
-      benchmark::Counter(seconds(writing) * 1e9 / channels, benchmark::Counter::kAvgIterations);
+      benchmark::Counter(writing * 1e9 / channels, benchmark::Counter::kAvgIterations);
   xercesc::XMLPlatformUtils::Terminate();
 }
 
