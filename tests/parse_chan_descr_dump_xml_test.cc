@@ -526,6 +526,23 @@ TEST(SpectrumLeaves, AllFiveWhateverTheirValues) {
             "<DIM_GROUP_INC>0.000000e+00</DIM_GROUP_INC>\n</DIM>\n");
 }
 
+// The documented example
+
+TEST(WritingPage, ShowsWhatIsWritten) {
+  std::ifstream page(ZRT4_SOURCE_DIR "/docs/writing.md");
+  std::ostringstream text;
+  text << page.rdbuf();
+  const std::string fence = "```xml\n";
+  const std::size_t begin = text.str().find(fence) + fence.size();
+  const std::string shown = text.str().substr(begin, text.str().find("```", begin) - begin);
+
+  records from;
+  from.add_dim(from.add("P", "D"), 0, "time", "", "us");
+  spectrum one{0, 1, 2048, 1, 0};
+  parameters entry("D", 1, &one, nullptr);
+  EXPECT_EQ(dimensions(from, {&entry}), shown);
+}
+
 // The variable dialect
 
 TEST(VariableDialect, Float) {

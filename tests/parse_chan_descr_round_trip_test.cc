@@ -253,6 +253,24 @@ TEST(RoundTrip, DimensionParametersAreNotRead) {
   expect_element_channel(*back.list[0], *from.list[0]);
 }
 
+TEST(RoundTrip, AChannelWithoutPropertyIsNotListed) {
+  const test::kept_leak of_the_unlisted_channel;
+  for (const int format : {ZRT4_FORMAT, MORV_FORMAT}) {
+    test::records from;
+    from.add("", "D");
+    const read_back back(test::dumped(from, format), false, 0);
+    EXPECT_TRUE(back.list.empty());
+  }
+}
+
+TEST(RoundTrip, WhiteSpaceAloneComesBackEmpty) {
+  test::records from;
+  test::set(from.add("P", "D").prop_desc, "  ");
+  const read_back back(test::dumped(from, ZRT4_FORMAT), false, 0);
+  ASSERT_EQ(back.list.size(), 1U);
+  EXPECT_STREQ(back.list[0]->prop_desc, "");
+}
+
 TEST(RoundTrip, MarkupIsNotEscaped) {
   const test::kept_leak of_the_unlisted_channel;
   for (const int format : {ZRT4_FORMAT, MORV_FORMAT}) {
