@@ -17,6 +17,7 @@ CLI::App* add_show(CLI::App& app, arguments& given) {
       "show", "Print the listing of each document, recognised by its root element");
   command->add_option("FILE", given.files, "Documents to show; - is standard input")->required();
   command->add_option("--kind", given.kind, "Take every file as a document of this kind")
+      ->type_name("KIND")
       ->check(CLI::IsMember(kind_names()));
   command->footer("Known: " + known_kinds() + ".\nExample:\n  zrt4xml show events.xml");
   return command;
@@ -26,9 +27,11 @@ CLI::App* add_find(CLI::App& app, arguments& given) {
   CLI::App* command =
       app.add_subcommand("find", "Look a channel up in channel descriptions, as a DAQ client does");
   command->add_option("FILE", given.files, "Channel descriptions; - is standard input")->required();
-  command->add_option("--name", given.name, "DAQ name or property of the channel")->required();
-  command->add_option("--event", given.event, "Is it selected for this event type?")
-      ->type_name("NAME|NUMBER")
+  command->add_option("--name", given.name, "DAQ name or property of the channel")
+      ->required()
+      ->type_name("CHANNEL");
+  command->add_option("--event", given.event, "Is it selected for this event type, name or number?")
+      ->type_name("EVENT")
       ->check([](const std::string& text) -> std::string {
         return event_type_of(text) ? "" : "no such event type: " + text;
       });
@@ -39,18 +42,21 @@ CLI::App* add_find(CLI::App& app, arguments& given) {
 }
 
 void add_output(CLI::App* command, arguments& given) {
-  command->add_option("-o,--output", given.output,
-                      "File to write; replaced only when all went well. Default: standard output");
+  command
+      ->add_option("-o,--output", given.output,
+                   "File to write; replaced only when all went well. Default: standard output")
+      ->type_name("FILE");
 }
 
 CLI::App* add_convert(CLI::App& app, arguments& given) {
   CLI::App* command =
       app.add_subcommand("convert", "Write channel descriptions or a dictionary in another form");
   command->add_option("FILE", given.file, "Document to convert; - is standard input")->required();
-  command->add_option("--to", given.to, "xml, variables, text or short; dictionaries: xml or text")
+  command->add_option("--to", given.to, "Form to write; of a dictionary: xml or text")
       ->required()
       ->type_name("FORM")
-      ->transform(CLI::CheckedTransformer(channel_formats).description(""));
+      ->transform(
+          CLI::CheckedTransformer(channel_formats).description("{xml,variables,text,short}"));
   command->add_flag("--wide", given.wide, "Dictionaries: property names of up to 255 characters");
   add_output(command, given);
   command->footer("Example:\n  zrt4xml convert channels.xml --to variables -o variables.xml");
@@ -64,9 +70,10 @@ CLI::App* add_merge(CLI::App& app, arguments& given) {
       ->required()
       ->expected(2, CLI::detail::expected_max_vector_size);
   command->add_flag("--force", given.force, "What the others know replaces what the first knows");
-  command->add_option("--to", given.to, "xml, variables, text or short; default: as the first file")
+  command->add_option("--to", given.to, "Form to write; default: as the first file")
       ->type_name("FORM")
-      ->transform(CLI::CheckedTransformer(channel_formats).description(""));
+      ->transform(
+          CLI::CheckedTransformer(channel_formats).description("{xml,variables,text,short}"));
   add_output(command, given);
   command->footer("Example:\n  zrt4xml merge master.xml delivered.xml -o complete.xml");
   return command;
