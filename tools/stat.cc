@@ -63,7 +63,7 @@ std::string bar(int count, int largest) {
 
 void print(const counts_of_field& counts) {
   std::size_t width = 0;
-  int largest = 0;
+  int largest = 1;
   for (const auto& [value, of] : counts.values) {
     width = std::max(width, label_of(value, of).size());
     largest = std::max(largest, of.count);
