@@ -25,8 +25,10 @@ template <class Part>
 std::string document(const char* root, int parts, Part part) {
   std::string text = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n";
   text.append("<").append(root).append(">\n");
+  text.reserve(text.size() + static_cast<std::size_t>(parts + 1) * part(parts).size());
   for (int n = 0; n < parts; ++n) text += part(n);
-  return text.append("</").append(root).append(">\n");
+  text.append("</").append(root).append(">\n");
+  return text;
 }
 
 /// Channels as the library itself writes them: every element, one a line.
@@ -71,7 +73,8 @@ inline std::string dictionary(int entries) {
 inline std::string event_list(int events) {
   return document("BMR", events, [](int n) {
     std::string block = "<SBLOCK>LINAC.DAQ/BPM.SERVER\n<CHLIST>\n";
-    for (int channel = 0; channel < 4; ++channel) block += enclose("CHAN", daq_name(4 * n + channel));
+    for (int channel = 0; channel < 4; ++channel)
+      block += enclose("CHAN", daq_name(4 * n + channel));
     return "<EVENT>\n" + enclose("TYPE", std::to_string(n % 28)) + enclose("TMASK", "0x1f") +
            enclose("MINTIMESEC", "1") + enclose("MINTIMEUSEC", "500000") +
            enclose("PRIORITY", "3") + block + "</CHLIST>\n</SBLOCK>\n</EVENT>\n";
