@@ -23,7 +23,7 @@ class direct_scanner final : public xercesc::SAXParser {
                     const xercesc::RefVectorOf<xercesc::XMLAttr>& list, const XMLSize_t count,
                     const bool is_empty, const bool /*is_root*/) override {
     attributes.setVector(&list, count);
-    to.Handlers::startElement(element.getFullName(), attributes);
+    to.start_declared(element, attributes);
     if (is_empty) {
       to.Handlers::endElement(nullptr);
     } else {
