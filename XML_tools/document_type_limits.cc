@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bitset>
+#include <new>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -17,6 +18,9 @@ using xercesc::XMLString;
 namespace zrt4::detail {
 
 namespace {
+
+constexpr std::size_t room_for_block = alignof(std::max_align_t);
+static_assert(room_for_block >= 2 * sizeof(void*));
 
 using positions = std::bitset<content_model_particles>;
 
@@ -135,12 +139,35 @@ class automaton {
 
 }  // namespace
 
-document_type_limits::document_type_limits() {
-  references.setEntityExpansionLimit(entity_references);
+scanner_memory::~scanner_memory() {
+  while (held.next != &held) deallocate(reinterpret_cast<char*>(held.next) + room_for_block);
 }
 
-xercesc::MemoryManager* document_type_limits::getExceptionMemoryManager() {
+xercesc::MemoryManager* scanner_memory::getExceptionMemoryManager() {
   return XMLPlatformUtils::fgMemoryManager->getExceptionMemoryManager();
+}
+
+void* scanner_memory::allocate(XMLSize_t size) {
+  void* memory = XMLPlatformUtils::fgMemoryManager->allocate(room_for_block + size);
+  auto* added = new (memory) block;
+  added->previous = held.previous;
+  added->next = &held;
+  held.previous->next = added;
+  held.previous = added;
+  return static_cast<char*>(memory) + room_for_block;
+}
+
+void scanner_memory::deallocate(void* memory) {
+  if (memory == nullptr) return;
+  void* start = static_cast<char*>(memory) - room_for_block;
+  const block* released = static_cast<block*>(start);
+  released->previous->next = released->next;
+  released->next->previous = released->previous;
+  XMLPlatformUtils::fgMemoryManager->deallocate(start);
+}
+
+document_type_limits::document_type_limits() {
+  references.setEntityExpansionLimit(entity_references);
 }
 
 void* document_type_limits::allocate(XMLSize_t size) {
@@ -148,11 +175,7 @@ void* document_type_limits::allocate(XMLSize_t size) {
     allocated += size;
     if (allocated > declaration_memory) refuse("the declarations take too much memory");
   }
-  return XMLPlatformUtils::fgMemoryManager->allocate(size);
-}
-
-void document_type_limits::deallocate(void* memory) {
-  XMLPlatformUtils::fgMemoryManager->deallocate(memory);
+  return scanner_memory::allocate(size);
 }
 
 void document_type_limits::count(const DTDElementDecl& element) {

@@ -50,14 +50,33 @@ constexpr std::size_t entity_references = 50'000;
 constexpr std::size_t added_units = std::size_t{16} << 20;
 constexpr std::size_t units_of_node = 128;
 
-/// Counts what a document declares against the limits. It is the memory manager of its scanner.
-class document_type_limits : public xercesc::MemoryManager {
+/// The memory of one scanner. What the scanner has not released by itself is released with it: a
+/// scan that ends in the middle of a declaration forgets what it has built of it.
+class scanner_memory : public xercesc::MemoryManager {
  public:
-  document_type_limits();
+  scanner_memory() = default;
+  scanner_memory(const scanner_memory&) = delete;
+  scanner_memory& operator=(const scanner_memory&) = delete;
+  ~scanner_memory() override;
 
   xercesc::MemoryManager* getExceptionMemoryManager() override;
   void* allocate(XMLSize_t size) override;
   void deallocate(void* memory) override;
+
+ private:
+  struct block {
+    block* previous = this;
+    block* next = this;
+  };
+  block held;  // a ring through all blocks that are held
+};
+
+/// Counts what a document declares against the limits. It is the memory manager of its scanner.
+class document_type_limits : public scanner_memory {
+ public:
+  document_type_limits();
+
+  void* allocate(XMLSize_t size) override;
 
  protected:
   /// Reports the document as not well-formed, for `reason`, and ends its scan.
