@@ -53,6 +53,7 @@ const char* local_text::assign(const XMLCh* units, std::size_t length, code_page
 }
 
 const char* local_text::assign(const XMLCh* units, code_page& page) {
+  if (units == nullptr) return nullptr;
   return assign(units, XMLString::stringLen(units), page);
 }
 

@@ -165,6 +165,8 @@ class feature_walk {
     }
   }
 
+  template <class Walk>
+  bool ends_level(Walk walk);
   void element(std::string_view tag);
   void read_attributes(const xercesc::DOMNamedNodeMap& attributes);
   void fill_waiting(const DOMNode& node);
@@ -183,22 +185,27 @@ class feature_walk {
   zrt4::detail::code_page page;
 };
 
-bool feature_walk::run(DOMNodeList& nodes) {
-  bool entered = false;
-  for (;;) {
-    try {
-      if (!entered) enter(&nodes);
-      entered = true;
-      while (!levels.empty()) step();
-      return false;
-    } catch (const DOMException& exception) {
-      if (const auto known = known_text(exception)) {
-        std::printf("Message is:  %s\n", known->c_str());
-      }
-      if (!levels.empty()) levels.pop_back();
-      if (levels.empty()) return true;
-    }
+// True when a DOM exception ended the walk, and with it the level that it was in.
+template <class Walk>
+bool feature_walk::ends_level(Walk walk) {
+  try {
+    walk();
+    return false;
+  } catch (const DOMException& exception) {
+    if (const auto known = known_text(exception)) std::printf("Message is:  %s\n", known->c_str());
+    if (!levels.empty()) levels.pop_back();
+    return true;
   }
+}
+
+bool feature_walk::run(DOMNodeList& nodes) {
+  bool ended = ends_level([&] { enter(&nodes); });
+  while (!levels.empty()) {
+    ended = ends_level([&] {
+      while (!levels.empty()) step();
+    });
+  }
+  return ended;
 }
 
 void feature_walk::element(std::string_view tag) {

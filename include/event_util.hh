@@ -69,10 +69,12 @@ struct chan_descr_2010 {
 
 /// Dimension parameters of one channel, handed to a dump. The caller owns everything.
 struct dim_params {
-  char* name = nullptr;                          ///< DAQ name of the channel
-  std::int32_t num = 0;                          ///< number of elements in `params`
-  zrt4_spect_header_2010* params = nullptr;      ///< by dimension number; may be null
-  zrt4_image_ext_frame_head* iparams = nullptr;  ///< by dimension number; may be null
+  char* name = nullptr;                      ///< DAQ name of the channel
+  std::int32_t num = 0;                      ///< number of dimensions
+  zrt4_spect_header_2010* params = nullptr;  ///< by dimension number; may be null
+  /// By dimension number, or, for a channel without described dimensions, by the channel's position
+  /// in the dumped list; may be null.
+  zrt4_image_ext_frame_head* iparams = nullptr;
 };
 
 /// A channel description as a blob: 8 bytes of header in host byte order, then the XML text.

@@ -219,6 +219,12 @@ TYPED_TEST(ParseHandlers, GetAttrGivesTheFirstOfThatName) {
   EXPECT_EQ(this->handler.getAttr(missing), nullptr);
 }
 
+TYPED_TEST(ParseHandlers, AttributeWithoutValueStaysWithoutAndHidesLaterOnes) {
+  this->start(u"E", {{u"a", u"CDATA", nullptr}, {u"a", u"CDATA", u"2"}});
+  char a[] = "a";
+  EXPECT_EQ(this->handler.getAttr(a), nullptr);
+}
+
 TYPED_TEST(ParseHandlers, ManyAttributesKeepTheirTexts) {
   std::vector<std::u16string> names;
   for (int i = 0; i < 200; ++i) {
