@@ -6,6 +6,7 @@
 #include <unordered_set>
 #include <utility>
 #include <vector>
+#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLString.hpp>
 #include <xercesc/validators/common/ContentSpecNode.hpp>
@@ -140,6 +141,7 @@ class automaton {
 }  // namespace
 
 scanner_memory::~scanner_memory() {
+  keeps_all = false;
   while (held.next != &held) deallocate(reinterpret_cast<char*>(held.next) + room_for_block);
 }
 
@@ -148,7 +150,14 @@ xercesc::MemoryManager* scanner_memory::getExceptionMemoryManager() {
 }
 
 void* scanner_memory::allocate(XMLSize_t size) {
-  void* memory = XMLPlatformUtils::fgMemoryManager->allocate(room_for_block + size);
+  void* memory = nullptr;
+  try {
+    memory = XMLPlatformUtils::fgMemoryManager->allocate(room_for_block + size);
+  } catch (...) {
+    keep_all();
+    if (!ends) throw;
+    return from_reserve(size);
+  }
   auto* added = new (memory) block;
   added->previous = held.previous;
   added->next = &held;
@@ -157,8 +166,14 @@ void* scanner_memory::allocate(XMLSize_t size) {
   return static_cast<char*>(memory) + room_for_block;
 }
 
+void* scanner_memory::from_reserve(XMLSize_t size) {
+  const std::size_t rounded = (size + room_for_block - 1) / room_for_block * room_for_block;
+  if (rounded > sizeof(reserve) - reserve_used) throw xercesc::OutOfMemoryException();
+  return reserve + std::exchange(reserve_used, reserve_used + rounded);
+}
+
 void scanner_memory::deallocate(void* memory) {
-  if (memory == nullptr) return;
+  if (memory == nullptr || keeps_all) return;
   void* start = static_cast<char*>(memory) - room_for_block;
   const block* released = static_cast<block*>(start);
   released->previous->next = released->next;
@@ -173,7 +188,10 @@ document_type_limits::document_type_limits() {
 void* document_type_limits::allocate(XMLSize_t size) {
   if (declaring) {
     allocated += size;
-    if (allocated > declaration_memory) refuse("the declarations take too much memory");
+    if (allocated > declaration_memory) {
+      keep_all();
+      refuse("the declarations take too much memory");
+    }
   }
   return scanner_memory::allocate(size);
 }

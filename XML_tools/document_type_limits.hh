@@ -51,7 +51,8 @@ constexpr std::size_t added_units = std::size_t{16} << 20;
 constexpr std::size_t units_of_node = 128;
 
 /// The memory of one scanner. What the scanner has not released by itself is released with it: a
-/// scan that ends in the middle of a declaration forgets what it has built of it.
+/// scan that ends in the middle of a declaration forgets what it has built of it. After a request
+/// that failed nothing is released before: the scanner then releases some of its objects twice.
 class scanner_memory : public xercesc::MemoryManager {
  public:
   scanner_memory() = default;
@@ -63,12 +64,24 @@ class scanner_memory : public xercesc::MemoryManager {
   void* allocate(XMLSize_t size) override;
   void deallocate(void* memory) override;
 
+ protected:
+  void keep_all() { keeps_all = true; }
+  /// From here on requests are met from a reserve when there is no memory: the scanner asks for
+  /// some when it is destroyed, where it must not fail.
+  void prepare_end() { ends = true; }
+
  private:
+  void* from_reserve(XMLSize_t size);
+
   struct block {
     block* previous = this;
     block* next = this;
   };
   block held;  // a ring through all blocks that are held
+  bool keeps_all = false;
+  bool ends = false;
+  std::size_t reserve_used = 0;
+  alignas(void*) char reserve[2048];
 };
 
 /// Counts what a document declares against the limits. It is the memory manager of its scanner.
@@ -116,6 +129,12 @@ class limited_scanner : private document_type_limits, public Parser {
     scanner().setSecurityManager(&references);
     this->setDisableDefaultEntityResolution(true);
   }
+
+  limited_scanner(const limited_scanner&) = delete;
+  limited_scanner& operator=(const limited_scanner&) = delete;
+  ~limited_scanner() override { prepare_end(); }
+
+  xercesc::MemoryManager* memory() { return this; }
 
   void startIntSubset() override {
     begin_declarations();
