@@ -71,11 +71,7 @@ void write_text(std::FILE* file, const channels& list,
 }
 
 result deliver(std::string document, open_file& file, int fd, std::string* sout) {
-  if (file != nullptr) {
-    zrt4::detail::write_document(file.get(), document);
-    // So that the file has the document before the descriptor, which may be the same file.
-    (void)std::fflush(file.get());
-  }
+  if (file != nullptr) zrt4::detail::write_document(file.get(), document);
   if (fd != -1 && !zrt4::detail::write_document(fd, document)) {
     say(stdout, {"dump_chan_desr()  write failed\n"});
     // Deliberately left open: callers find the file as it was when the descriptor failed.

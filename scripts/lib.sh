@@ -3,8 +3,9 @@ set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
-build_packages="g++ cmake ninja-build pkg-config libxerces-c-dev libcli11-dev libgtest-dev libgmock-dev"
+build_packages="g++ cmake ninja-build pkg-config libxerces-c-dev libcli11-dev libgtest-dev libgmock-dev mandoc bsdextrautils"
 check_packages="clang clang-format clang-tidy libclang-rt-14-dev"
+package_packages="dpkg-dev file"
 
 say() { printf '%s\n' "$*" >&2; }
 
