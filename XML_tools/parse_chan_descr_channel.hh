@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <exception>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -41,6 +42,12 @@ enum class duplicates {
 class current_channel {
  public:
   explicit current_channel(std::vector<chan_descr_2010*>* into) : list(into) {}
+  current_channel(const current_channel&) = delete;
+  current_channel& operator=(const current_channel&) = delete;
+  ~current_channel() {
+    // Out of memory: what is not the list's is nobody's.
+    if (!listed && std::uncaught_exceptions() != 0) release_channel(channel);
+  }
 
   chan_descr_2010* record() const { return channel; }
 

@@ -125,11 +125,12 @@ int dump_chan_desr(std::vector<chan_descr_2010*>* chdscr_list, char* file_name, 
 
 int dump_chan_desr_from_xml(char* xml, char* file_name, int mode, int format, int fd) {
   channels list;
+  std::unique_ptr<channels, void (*)(channels*)> released(&list, clean_chan_desr_list);
   if (parse_descr_list_read(xml, &list, true, false) != 0) {
+    (void)released.release();
     std::printf("Failed to parse CHANDESCR list\n");
     // Deliberately not released: what a broken text described has always been left alone.
     return not_read;
   }
-  const std::unique_ptr<channels, void (*)(channels*)> released(&list, clean_chan_desr_list);
   return dump_chan_desr(&list, file_name, mode, format, fd, nullptr, nullptr);
 }
