@@ -6,12 +6,14 @@
 #include <xercesc/internal/VecAttrListImpl.hpp>
 #include <xercesc/parsers/SAXParser.hpp>
 
+#include "document_type_limits.hh"
+
 namespace zrt4::detail {
 
 /// A scanner that hands the events of a document to `Handlers` itself. The base class does the same
 /// through an interface of its own for each event, at several per cent of the time of a scan.
 template <class Handlers>
-class direct_scanner final : public xercesc::SAXParser {
+class direct_scanner final : public limited_scanner<xercesc::SAXParser> {
  public:
   explicit direct_scanner(Handlers& handlers) : to(handlers) {
     setDocumentHandler(&handlers);
@@ -22,8 +24,9 @@ class direct_scanner final : public xercesc::SAXParser {
                     const XMLCh* const /*prefix*/,
                     const xercesc::RefVectorOf<xercesc::XMLAttr>& list, const XMLSize_t count,
                     const bool is_empty, const bool /*is_root*/) override {
+    this->count_defaults(list, count);
     attributes.setVector(&list, count);
-    to.Handlers::startElement(element.getFullName(), attributes);
+    to.start_declared(element, attributes);
     if (is_empty) {
       to.Handlers::endElement(nullptr);
     } else {

@@ -27,10 +27,11 @@ struct rules<memory_variant> {
   static const MemParseHandlers& handler_of(const MemParseHandlers* handler) { return *handler; }
   static void delete_handler(MemParseHandlers* handler) { delete handler; }
 
-  static void create_source(xercesc::MemBufInputSource*& source, const char* text) {
+  static void create_source(xercesc::MemBufInputSource*& source, const char* text,
+                            xercesc::MemoryManager* memory) {
     const char* document = text != nullptr ? text : "";
     source = new xercesc::MemBufInputSource(reinterpret_cast<const XMLByte*>(document),
-                                            std::strlen(document), "my_mem_info");
+                                            std::strlen(document), "my_mem_info", false, memory);
     source->setCopyBufToStream(false);  // the caller keeps the text as long as the parser
   }
   static void delete_source(xercesc::MemBufInputSource* source) { delete source; }
@@ -51,7 +52,7 @@ struct rules<file_variant> {
   // Destroyed with the parser, after the XML library's end: its texts are in memory of our own.
   static void delete_handler(FileParseHandlers& /*embedded*/) {}
 
-  static void create_source(no_source&, const char* /*text*/) {}
+  static void create_source(no_source&, const char* /*text*/, xercesc::MemoryManager* /*memory*/) {}
   static void delete_source(no_source&) {}
 
   static bool scan_prolog(xercesc::SAXParser& scanner, const char* file, no_source&,
@@ -72,14 +73,13 @@ void pull_parser<Variant>::set_up(char* text) {
     XMLPlatformUtils::Initialize();
     rules<Variant>::create_handler(handler);
     parse_handlers<Variant>& handlers = rules<Variant>::handler_of(handler);
-    parser = new detail::direct_scanner<parse_handlers<Variant>>(handlers);
+    auto* scanner = new detail::direct_scanner<parse_handlers<Variant>>(handlers);
+    parser = scanner;
     parser->setValidationScheme(SAXParser::Val_Auto);
     parser->setDoNamespaces(false);
     parser->setDoSchema(false);
     parser->setValidationSchemaFullChecking(false);
-    // A document must not make its reader open files or the network.
-    parser->setDisableDefaultEntityResolution(true);
-    rules<Variant>::create_source(memBufIS, text);
+    rules<Variant>::create_source(memBufIS, text, scanner->memory());
     init = true;
   } catch (const xercesc::XMLException& exception) {
     detail::say(stderr, {"Error during initialization! Message:\n",
@@ -89,8 +89,8 @@ void pull_parser<Variant>::set_up(char* text) {
 
 template <class Variant>
 pull_parser<Variant>::~pull_parser() {
+  rules<Variant>::delete_source(memBufIS);  // which is in the memory of the scanner
   delete parser;
-  rules<Variant>::delete_source(memBufIS);
   rules<Variant>::delete_handler(handler);
   XMLPlatformUtils::Terminate();
 }

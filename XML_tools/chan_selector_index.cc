@@ -15,7 +15,7 @@ void channel_index::update(const std::vector<chan_descr_2010*>& descr) {
     const auto position = static_cast<std::uint32_t>(i);
     if (i == types.size()) {
       index_names(channel, position);
-      types.push_back({0, 0});
+      types.push_back({0, 0});  // no event type: never found by one
     }
     if (types[i].event != channel.ev_type) index_event(channel, position);
     types[i] = {channel.ev_type, channel.dtype};
@@ -33,7 +33,7 @@ void channel_index::index_event(const chan_descr_2010& channel, std::uint32_t po
     std::uint32_t& first = names[find_or_add(name) + first_with_event];
     first = std::min(first, position);
   };
-  if (channel.ev_type != 0) offer(channel.daq_name);
+  offer(channel.daq_name);
   if ((channel.ev_type & found_by_property) != 0) offer(channel.prop_name);
 }
 

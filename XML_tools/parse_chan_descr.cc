@@ -111,15 +111,17 @@ dim_descr* zrt4_clone_dim_descr(dim_descr* in) {
   return copy.release();
 }
 
+void zrt4::detail::release_channel(const chan_descr_2010* channel) {
+  if (channel == nullptr) return;
+  release_bits(*channel);
+  release_dims(*channel);
+  delete channel;
+}
+
 void clean_chan_desr_list(std::vector<chan_descr_2010*>* list) {
   if (list == nullptr) return;
   // A channel with two properties is listed twice in a row.
   list->erase(std::unique(list->begin(), list->end()), list->end());
-  for (const chan_descr_2010* channel : *list) {
-    if (channel == nullptr) continue;
-    release_bits(*channel);
-    release_dims(*channel);
-    delete channel;
-  }
+  for (const chan_descr_2010* channel : *list) zrt4::detail::release_channel(channel);
   list->clear();
 }

@@ -71,11 +71,7 @@ void write_text(std::FILE* file, const channels& list,
 }
 
 result deliver(std::string document, open_file& file, int fd, std::string* sout) {
-  if (file != nullptr) {
-    zrt4::detail::write_document(file.get(), document);
-    // So that the file has the document before the descriptor, which may be the same file.
-    (void)std::fflush(file.get());
-  }
+  if (file != nullptr) zrt4::detail::write_document(file.get(), document);
   if (fd != -1 && !zrt4::detail::write_document(fd, document)) {
     say(stdout, {"dump_chan_desr()  write failed\n"});
     // Deliberately left open: callers find the file as it was when the descriptor failed.
@@ -129,11 +125,12 @@ int dump_chan_desr(std::vector<chan_descr_2010*>* chdscr_list, char* file_name, 
 
 int dump_chan_desr_from_xml(char* xml, char* file_name, int mode, int format, int fd) {
   channels list;
+  std::unique_ptr<channels, void (*)(channels*)> released(&list, clean_chan_desr_list);
   if (parse_descr_list_read(xml, &list, true, false) != 0) {
+    (void)released.release();
     std::printf("Failed to parse CHANDESCR list\n");
     // Deliberately not released: what a broken text described has always been left alone.
     return not_read;
   }
-  const std::unique_ptr<channels, void (*)(channels*)> released(&list, clean_chan_desr_list);
   return dump_chan_desr(&list, file_name, mode, format, fd, nullptr, nullptr);
 }

@@ -23,6 +23,9 @@ void set_text(char (&field)[Size], const char* text) {
   if (field[length] != '\0') std::memset(field + length, 0, Size - length);
 }
 
+/// Releases a channel and all it holds; nothing when it is null.
+void release_channel(const chan_descr_2010* channel);
+
 /// Appends a record, a new one or `record`, and counts it. When memory runs out, `records` is as it
 /// was.
 template <class Record>

@@ -18,6 +18,7 @@ void end_document(std::string& document) {
 
 void write_document(std::FILE* file, const std::string& document) {
   (void)std::fputs(document.c_str(), file);
+  (void)std::fflush(file);
 }
 
 bool write_document(int descriptor, const std::string& document) {

@@ -42,7 +42,8 @@ std::string begin_document();
 /// Appends the empty line that every document ends with.
 void end_document(std::string& document);
 
-/// Writes the document to an open file. Nothing tells whether it arrived: callers never did.
+/// Writes the document to an open file, through to the system: a descriptor that comes next may be
+/// the same file. Nothing tells whether it arrived: callers never did.
 void write_document(std::FILE* file, const std::string& document);
 
 /// Writes the document to a descriptor, in as many pieces as it takes; false when a write fails.

@@ -18,6 +18,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLException.hpp>
 
+#include "document_type_limits.hh"
 #include "local_text.hh"
 #include "name_table.hh"
 
@@ -256,7 +257,7 @@ class library_use {
   ~library_use() { xercesc::XMLPlatformUtils::Terminate(); }
 };
 
-class feature_parser : public XercesDOMParser {
+class feature_parser : public zrt4::detail::limited_scanner<XercesDOMParser> {
  public:
   feature_parser() {
     setValidationScheme(Val_Never);
@@ -264,8 +265,6 @@ class feature_parser : public XercesDOMParser {
     setDoSchema(false);
     setValidationSchemaFullChecking(false);
     setCreateEntityReferenceNodes(false);
-    // A document must not make its reader open files or the network.
-    setDisableDefaultEntityResolution(true);
     // Unlike an error handler, a reporter only listens.
     getScanner()->setErrorReporter(this);
   }

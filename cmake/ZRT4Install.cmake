@@ -1,5 +1,6 @@
 # Installation: libraries, headers (one folder, found by bare name), the tool, the CMake package
-# and the pkg-config file.
+# and the pkg-config file. Three components, which are also the Debian packages: runtime (the
+# libraries), development and tool.
 include(CMakePackageConfigHelpers)
 
 set(ZRT4_INSTALL_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR}/zrt4xml)
@@ -11,8 +12,10 @@ if(ZRT4_EVUTL STREQUAL bundled)
 endif()
 install(TARGETS ${installed_targets} EXPORT ZRT4XMLTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-        FILE_SET HEADERS DESTINATION ${ZRT4_INSTALL_INCLUDEDIR})
-install(EXPORT ZRT4XMLTargets NAMESPACE ZRT4XML:: DESTINATION ${ZRT4_INSTALL_CMAKEDIR})
+                COMPONENT runtime NAMELINK_COMPONENT development
+        FILE_SET HEADERS DESTINATION ${ZRT4_INSTALL_INCLUDEDIR} COMPONENT development)
+install(EXPORT ZRT4XMLTargets NAMESPACE ZRT4XML:: DESTINATION ${ZRT4_INSTALL_CMAKEDIR}
+        COMPONENT development)
 
 configure_package_config_file(cmake/ZRT4XMLConfig.cmake.in
   ${PROJECT_BINARY_DIR}/ZRT4XMLConfig.cmake INSTALL_DESTINATION ${ZRT4_INSTALL_CMAKEDIR})
@@ -20,13 +23,14 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/ZRT4XMLConfigVersion.cmak
   COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/ZRT4XMLConfig.cmake
               ${PROJECT_BINARY_DIR}/ZRT4XMLConfigVersion.cmake
-        DESTINATION ${ZRT4_INSTALL_CMAKEDIR})
+        DESTINATION ${ZRT4_INSTALL_CMAKEDIR} COMPONENT development)
 
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
   BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig OUTPUT_VARIABLE ZRT4_PREFIX_FROM_PC)
 configure_file(cmake/zrt4xml.pc.in ${PROJECT_BINARY_DIR}/zrt4xml.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/zrt4xml.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES ${PROJECT_BINARY_DIR}/zrt4xml.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+        COMPONENT development)
 
 if(ZRT4_TOOL)
-  install(TARGETS zrt4xml RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(TARGETS zrt4xml RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
 endif()

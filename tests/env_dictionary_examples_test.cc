@@ -1,4 +1,4 @@
-// The documents of docs/environment_dictionaries.md and examples/dictionaries, as they stand there.
+// The documents of examples/dictionaries, as they stand there.
 
 #include <set>
 
@@ -14,14 +14,6 @@ std::string content(const std::string& path) {
   std::ostringstream text;
   text << std::ifstream(path, std::ios::binary).rdbuf();
   return text.str();
-}
-
-// The n-th block between lines of three back quotes, counted from 0.
-std::string block_of_the_document(int n) {
-  std::string rest = content(ZRT4_SOURCE_DIR "/docs/environment_dictionaries.md");
-  for (; n > 0; --n) rest.erase(0, rest.find("\n```\n", rest.find("\n```") + 4) + 5);
-  const std::size_t begin = rest.find('\n', rest.find("\n```") + 1) + 1;
-  return rest.substr(begin, rest.find("\n```\n", begin) + 1 - begin);
 }
 
 template <class Generation>
@@ -44,17 +36,6 @@ using generations = testing::Types<test::older, test::y2010>;
 TYPED_TEST_SUITE(EnvDictionaryExamples, generations, test::titles);
 
 }  // namespace
-
-TYPED_TEST(EnvDictionaryExamples, TheDocumentsTextAndListingAreThoseOfItsXml) {
-  std::string xml = block_of_the_document(0);
-  test::temporary_file file("");
-  test::captured(
-      [&] { EXPECT_EQ(TypeParam::dump(xml.data(), file.name(), ENV_INDX_DUMP_TXT_FILE, -1), 0); });
-  EXPECT_EQ(file.content(), block_of_the_document(1));
-  const auto said = test::captured(
-      [&] { EXPECT_EQ(TypeParam::dump(xml.data(), nullptr, ENV_INDX_DUMP_TO_SCREEN, -1), 0); });
-  EXPECT_EQ(said.out, block_of_the_document(2));
-}
 
 TYPED_TEST(EnvDictionaryExamples, Small) {
   const auto list = read<TypeParam>(example("small.xml"));

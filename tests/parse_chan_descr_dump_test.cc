@@ -4,8 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
-#include <regex>
 
 #include "channel_records.hh"
 #include "support.hh"
@@ -23,10 +23,18 @@ const std::string empty_elements =
     "<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?>\n<CHANDESCRIPTIONS>\n</CHANDESCRIPTIONS>\n\n";
 const std::string empty_variables =
     "<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?>\n<DAQvariables>\n</DAQvariables>\n\n";
-const std::string a_date = "\t<isodate>\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d</isodate>\n";
-
-std::string without_date(const std::string& document) {
-  return std::regex_replace(document, std::regex(a_date), "");
+/// The text without the date lines in it that have the right form.
+std::string without_date(std::string text) {
+  const std::string form = "\t<isodate>9999-99-99T99:99:99</isodate>\n";
+  const auto fits = [](char seen, char wanted) {
+    return wanted == '9' ? seen >= '0' && seen <= '9' : seen == wanted;
+  };
+  for (std::size_t at = 0; (at = text.find("\t<isodate>", at)) != std::string::npos;) {
+    const std::string line = text.substr(at, form.size());
+    if (!std::equal(line.begin(), line.end(), form.begin(), form.end(), fits)) break;
+    text.erase(at, form.size());
+  }
+  return text;
 }
 
 class pipe_pair {
@@ -337,11 +345,10 @@ TEST_F(ChanDescrDump, AnEmptyListIsAWholeDocument) {
 TEST_F(ChanDescrDump, TheDateStandsBehindTheRoot) {
   records none;
   dump(none, DUMP_XML_FILE);
-  EXPECT_TRUE(std::regex_match(
-      file.content(),
-      std::regex("<\\?xml version=\"1.0\" encoding=\"ISO-8859-1\" \\?>\n<CHANDESCRIPTIONS>\n" +
-                 a_date + "</CHANDESCRIPTIONS>\n\n")))
-      << file.content();
+  EXPECT_THAT(file.content(),
+              testing::StartsWith("<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?>\n"
+                                  "<CHANDESCRIPTIONS>\n\t<isodate>"));
+  EXPECT_EQ(without_date(file.content()).size() + 40, file.content().size());
 }
 
 TEST_F(ChanDescrDump, FileDescriptorAndStringReceiveOneDocument) {

@@ -532,7 +532,7 @@ TEST(WritingPage, ShowsWhatIsWritten) {
   std::ifstream page(ZRT4_SOURCE_DIR "/docs/writing.md");
   std::ostringstream text;
   text << page.rdbuf();
-  const std::string fence = "```xml\n";
+  const std::string fence = "```text\n";
   const std::size_t begin = text.str().find(fence) + fence.size();
   const std::string shown = text.str().substr(begin, text.str().find("```", begin) - begin);
 

@@ -1,0 +1,261 @@
+#include "document_type_limits.hh"
+
+#include <algorithm>
+#include <bitset>
+#include <new>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+#include <xercesc/util/OutOfMemoryException.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLString.hpp>
+#include <xercesc/validators/common/ContentSpecNode.hpp>
+
+using xercesc::ContentSpecNode;
+using xercesc::DTDElementDecl;
+using xercesc::XMLPlatformUtils;
+using xercesc::XMLString;
+
+namespace zrt4::detail {
+
+namespace {
+
+constexpr std::size_t room_for_block = alignof(std::max_align_t);
+static_assert(room_for_block >= 2 * sizeof(void*));
+
+using positions = std::bitset<content_model_particles>;
+
+bool is_repetition(const ContentSpecNode& node) {
+  const auto type = node.getType();
+  return type == ContentSpecNode::ZeroOrOne || type == ContentSpecNode::ZeroOrMore ||
+         type == ContentSpecNode::OneOrMore;
+}
+
+/// Elements and attributes in the text of an entity, or more.
+std::size_t nodes_in(const XMLCh* text, std::size_t length) {
+  return static_cast<std::size_t>(
+      std::count_if(text, text + length, [](XMLCh unit) { return unit == '<' || unit == '='; }));
+}
+
+/// Names and repetitions below `root`, counted up to one beyond the limit.
+std::size_t particles_of(const ContentSpecNode& root) {
+  std::vector<const ContentSpecNode*> open{&root};
+  std::size_t count = 0;
+  while (!open.empty() && count <= content_model_particles) {
+    const ContentSpecNode& node = *open.back();
+    open.pop_back();
+    if (node.getType() == ContentSpecNode::Leaf || is_repetition(node)) ++count;
+    if (node.getSecond() != nullptr) open.push_back(node.getSecond());
+    if (node.getFirst() != nullptr) open.push_back(node.getFirst());
+  }
+  return count;
+}
+
+/// The automaton that the scanner will make of a content model, as far as it takes to count its
+/// states: the positions of the model are its names, a state is a set of positions.
+class automaton {
+ public:
+  explicit automaton(const ContentSpecNode& root) { start = enter(root).first; }
+
+  /// Counts the states, up to one beyond `most`.
+  std::size_t states(std::size_t most) const {
+    std::unordered_set<positions> known{start};
+    std::vector<positions> open{start};
+    while (!open.empty() && known.size() <= most) {
+      positions left = open.back();
+      open.pop_back();
+      while (left.any()) {
+        const positions next = take(left);
+        if (known.insert(next).second) open.push_back(next);
+      }
+    }
+    return known.size();
+  }
+
+ private:
+  struct part {
+    positions first;
+    positions last;
+    bool optional = false;
+  };
+
+  part enter(const ContentSpecNode& node) {
+    if (node.getType() == ContentSpecNode::Leaf) return leaf(node);
+    part one = node.getFirst() != nullptr ? enter(*node.getFirst()) : part{};
+    if (is_repetition(node)) {
+      if (node.getType() != ContentSpecNode::ZeroOrOne) connect(one.last, one.first);
+      one.optional = one.optional || node.getType() != ContentSpecNode::OneOrMore;
+      return one;
+    }
+    if (node.getSecond() == nullptr) return one;
+    const part two = enter(*node.getSecond());
+    if (node.getType() == ContentSpecNode::Choice) {
+      return {one.first | two.first, one.last | two.last, one.optional || two.optional};
+    }
+    connect(one.last, two.first);
+    return {one.optional ? one.first | two.first : one.first,
+            two.optional ? one.last | two.last : two.last, one.optional && two.optional};
+  }
+
+  part leaf(const ContentSpecNode& node) {
+    const XMLCh* name = node.getElement()->getRawName();
+    const auto same = std::find_if(names.begin(), names.end(), [name](const auto& known) {
+      return XMLString::equals(known.first, name);
+    });
+    const std::size_t position = name_at.size();
+    name_at.push_back(static_cast<std::size_t>(same - names.begin()));
+    if (same == names.end()) names.emplace_back(name, positions());
+    names[name_at.back()].second.set(position);
+    follow.emplace_back();
+    part one;
+    one.first.set(position);
+    one.last = one.first;
+    return one;
+  }
+
+  void connect(const positions& from, const positions& to) {
+    for (std::size_t i = 0; i < follow.size(); ++i) {
+      if (from[i]) follow[i] |= to;
+    }
+  }
+
+  /// Where the name of the first of `left` leads; takes all positions of that name out of it.
+  positions take(positions& left) const {
+    std::size_t i = 0;
+    while (!left[i]) ++i;
+    const positions named = left & names[name_at[i]].second;
+    left &= ~named;
+    positions next;
+    for (; i < follow.size(); ++i) {
+      if (named[i]) next |= follow[i];
+    }
+    return next;
+  }
+
+  positions start;
+  std::vector<std::pair<const XMLCh*, positions>> names;
+  std::vector<std::size_t> name_at;
+  std::vector<positions> follow;
+};
+
+}  // namespace
+
+scanner_memory::~scanner_memory() {
+  keeps_all = false;
+  while (held.next != &held) deallocate(reinterpret_cast<char*>(held.next) + room_for_block);
+}
+
+xercesc::MemoryManager* scanner_memory::getExceptionMemoryManager() {
+  return XMLPlatformUtils::fgMemoryManager->getExceptionMemoryManager();
+}
+
+void* scanner_memory::allocate(XMLSize_t size) {
+  void* memory = nullptr;
+  try {
+    memory = XMLPlatformUtils::fgMemoryManager->allocate(room_for_block + size);
+  } catch (...) {
+    keep_all();
+    if (!ends) throw;
+    return from_reserve(size);
+  }
+  auto* added = new (memory) block;
+  added->previous = held.previous;
+  added->next = &held;
+  held.previous->next = added;
+  held.previous = added;
+  return static_cast<char*>(memory) + room_for_block;
+}
+
+void* scanner_memory::from_reserve(XMLSize_t size) {
+  const std::size_t rounded = (size + room_for_block - 1) / room_for_block * room_for_block;
+  if (rounded > sizeof(reserve) - reserve_used) throw xercesc::OutOfMemoryException();
+  return reserve + std::exchange(reserve_used, reserve_used + rounded);
+}
+
+void scanner_memory::deallocate(void* memory) {
+  if (memory == nullptr || keeps_all) return;
+  void* start = static_cast<char*>(memory) - room_for_block;
+  const block* released = static_cast<block*>(start);
+  released->previous->next = released->next;
+  released->next->previous = released->previous;
+  XMLPlatformUtils::fgMemoryManager->deallocate(start);
+}
+
+document_type_limits::document_type_limits() {
+  references.setEntityExpansionLimit(entity_references);
+}
+
+void* document_type_limits::allocate(XMLSize_t size) {
+  if (declaring) {
+    allocated += size;
+    if (allocated > declaration_memory) {
+      keep_all();
+      refuse("the declarations take too much memory");
+    }
+  }
+  return scanner_memory::allocate(size);
+}
+
+void document_type_limits::count(const DTDElementDecl& element) {
+  const ContentSpecNode* model = element.getContentSpec();
+  if (model == nullptr) return;
+  const std::size_t particles = particles_of(*model);
+  if (particles > content_model_particles) refuse("the content model of an element is too long");
+  if (element.getModelType() != DTDElementDecl::Children) return;
+  const std::size_t left = (content_model_states - states) / particles;
+  const std::size_t own = automaton(*model).states(left);
+  if (own > left) refuse("the content models are too ambiguous");
+  states += own * particles;
+}
+
+void document_type_limits::count(const DTDElementDecl& element,
+                                 const xercesc::DTDAttDef& attribute) {
+  if (element.hasAttDefs() && element.getAttDefList().getAttDefCount() > attributes_of_element) {
+    refuse("an element has too many attributes");
+  }
+  if (const XMLCh* words = attribute.getEnumeration()) {
+    const auto blanks = std::count(words, words + XMLString::stringLen(words), XMLCh{' '});
+    if (static_cast<std::size_t>(blanks) >= words_of_attribute) {
+      refuse("an attribute has too many values to choose from");
+    }
+  }
+  if (attribute.getValue() != nullptr) {
+    declares_defaults = true;
+    add(XMLString::stringLen(attribute.getValue()));
+  }
+}
+
+bool document_type_limits::count(const xercesc::DTDEntityDecl& entity, bool is_parameter) {
+  if (entity.getValue() == nullptr) return false;
+  const std::size_t length = XMLString::stringLen(entity.getValue());
+  if (is_parameter) {
+    if (length > parameter_entity_length) refuse("a parameter entity is too long");
+    return false;
+  }
+  if (XMLString::indexOf(entity.getValue(), '&') != -1 && ++nesting > nesting_entities) {
+    refuse("too many entities refer to others");
+  }
+  const std::size_t units = length + units_of_node * nodes_in(entity.getValue(), length);
+  if (units <= largest_entity) return false;
+  largest_entity = units;
+  const std::size_t most = std::clamp(added_units / units, std::size_t{1}, entity_references);
+  references.setEntityExpansionLimit(most);
+  return most < entity_references;
+}
+
+void document_type_limits::add(std::size_t units) {
+  added += units;
+  if (added > added_units) refuse("the defaults of attributes add too much to the document");
+}
+
+void document_type_limits::add_defaults(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
+                                        XMLSize_t count) {
+  for (XMLSize_t i = 0; i < count; ++i) {
+    const xercesc::XMLAttr& attribute = *attributes.elementAt(i);
+    if (!attribute.getSpecified()) {
+      add(units_of_node + XMLString::stringLen(attribute.getValue()));
+    }
+  }
+}
+
+}  // namespace zrt4::detail

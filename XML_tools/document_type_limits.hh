@@ -1,0 +1,201 @@
+#ifndef DOCUMENT_TYPE_LIMITS_HH
+#define DOCUMENT_TYPE_LIMITS_HH
+
+// What the document type declaration of a document may cost its reader. A few hundred bytes of
+// declarations can otherwise take hours, gigabytes or the whole stack, in the scanner itself.
+// The limits are far beyond what documents of the DAQ declare; docs/security.md has the figures.
+
+#include <cstddef>
+#include <iterator>
+#include <xercesc/framework/MemoryManager.hpp>
+#include <xercesc/framework/XMLAttr.hpp>
+#include <xercesc/framework/XMLErrorCodes.hpp>
+#include <xercesc/framework/XMLErrorReporter.hpp>
+#include <xercesc/internal/ReaderMgr.hpp>
+#include <xercesc/internal/XMLScanner.hpp>
+#include <xercesc/util/RefVectorOf.hpp>
+#include <xercesc/util/SecurityManager.hpp>
+#include <xercesc/util/XMLUni.hpp>
+#include <xercesc/validators/DTD/DTDAttDef.hpp>
+#include <xercesc/validators/DTD/DTDElementDecl.hpp>
+#include <xercesc/validators/DTD/DTDEntityDecl.hpp>
+
+namespace zrt4::detail {
+
+/// Names and repetitions in one content model. The scanner nests a call for each of them when it
+/// prepares to validate, and compares each child with each name. Large vocabularies have 150.
+constexpr std::size_t content_model_particles = 256;
+
+/// States of the automata of all content models, each times the particles of its model: what the
+/// scanner spends on them. An ambiguous model doubles its states with every name.
+constexpr std::size_t content_model_states = 1 << 20;
+
+/// Attributes of one element type, and words that an attribute may be one of: the scanner walks all
+/// of them at every start tag.
+constexpr std::size_t attributes_of_element = 256;
+constexpr std::size_t words_of_attribute = 256;
+
+/// Character units of a parameter entity, and bytes allocated while declarations are scanned. Every
+/// reference to a parameter entity takes 164 kB of them, and nothing else there takes much.
+constexpr std::size_t parameter_entity_length = 4096;
+constexpr std::size_t declaration_memory = std::size_t{128} << 20;
+
+/// General entities that refer to others: each level of nesting holds 164 kB.
+constexpr std::size_t nesting_entities = 1024;
+
+/// References to general entities, each about 10 microseconds, and character units that references
+/// and defaults may add to a document. An element or attribute counts as so many units more: it
+/// takes about as long, and 200 bytes, in a DOM tree.
+constexpr std::size_t entity_references = 50'000;
+constexpr std::size_t added_units = std::size_t{16} << 20;
+constexpr std::size_t units_of_node = 128;
+
+/// The memory of one scanner. What the scanner has not released by itself is released with it: a
+/// scan that ends in the middle of a declaration forgets what it has built of it. After a request
+/// that failed nothing is released before: the scanner then releases some of its objects twice.
+class scanner_memory : public xercesc::MemoryManager {
+ public:
+  scanner_memory() = default;
+  scanner_memory(const scanner_memory&) = delete;
+  scanner_memory& operator=(const scanner_memory&) = delete;
+  ~scanner_memory() override;
+
+  xercesc::MemoryManager* getExceptionMemoryManager() override;
+  void* allocate(XMLSize_t size) override;
+  void deallocate(void* memory) override;
+
+ protected:
+  void keep_all() { keeps_all = true; }
+  /// From here on requests are met from a reserve when there is no memory: the scanner asks for
+  /// some when it is destroyed, where it must not fail.
+  void prepare_end() { ends = true; }
+
+ private:
+  void* from_reserve(XMLSize_t size);
+
+  struct block {
+    block* previous = this;
+    block* next = this;
+  };
+  block held;  // a ring through all blocks that are held
+  bool keeps_all = false;
+  bool ends = false;
+  std::size_t reserve_used = 0;
+  alignas(void*) char reserve[2048];
+};
+
+/// Counts what a document declares against the limits. It is the memory manager of its scanner.
+class document_type_limits : public scanner_memory {
+ public:
+  document_type_limits();
+
+  void* allocate(XMLSize_t size) override;
+
+ protected:
+  /// Reports the document as not well-formed, for `reason`, and ends its scan.
+  [[noreturn]] virtual void refuse(const char* reason) = 0;
+
+  void begin_declarations() { declaring = true; }
+  void end_declarations() { declaring = false; }
+  void count(const xercesc::DTDElementDecl& element);
+  void count(const xercesc::DTDElementDecl& element, const xercesc::DTDAttDef& attribute);
+  /// True when the number of references that is left to the document has changed.
+  bool count(const xercesc::DTDEntityDecl& entity, bool is_parameter);
+  void count_defaults(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count) {
+    if (declares_defaults) add_defaults(attributes, count);
+  }
+
+  xercesc::SecurityManager references;
+
+ private:
+  void add(std::size_t units);
+  void add_defaults(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count);
+
+  bool declaring = false;
+  bool declares_defaults = false;
+  std::size_t allocated = 0;
+  std::size_t states = 0;
+  std::size_t nesting = 0;
+  std::size_t added = 0;
+  std::size_t largest_entity = 0;
+};
+
+/// A scanner within the limits, which opens nothing that a document names.
+template <class Parser>
+class limited_scanner : private document_type_limits, public Parser {
+ public:
+  limited_scanner() : Parser(nullptr, this) {
+    scanner().setDocTypeHandler(this);
+    scanner().setSecurityManager(&references);
+    this->setDisableDefaultEntityResolution(true);
+  }
+
+  limited_scanner(const limited_scanner&) = delete;
+  limited_scanner& operator=(const limited_scanner&) = delete;
+  ~limited_scanner() override { prepare_end(); }
+
+  xercesc::MemoryManager* memory() { return this; }
+
+  void startIntSubset() override {
+    begin_declarations();
+    Parser::startIntSubset();
+  }
+
+  void endIntSubset() override {
+    end_declarations();
+    Parser::endIntSubset();
+  }
+
+  void elementDecl(const xercesc::DTDElementDecl& element, const bool is_ignored) override {
+    if (!is_ignored) count(element);
+    Parser::elementDecl(element, is_ignored);
+  }
+
+  void attDef(const xercesc::DTDElementDecl& element, const xercesc::DTDAttDef& attribute,
+              const bool is_ignored) override {
+    count(element, attribute);
+    Parser::attDef(element, attribute, is_ignored);
+  }
+
+  void entityDecl(const xercesc::DTDEntityDecl& entity, const bool is_parameter,
+                  const bool is_ignored) override {
+    if (!is_ignored && count(entity, is_parameter)) scanner().setSecurityManager(&references);
+    Parser::entityDecl(entity, is_parameter, is_ignored);
+  }
+
+  void startElement(const xercesc::XMLElementDecl& element, const unsigned int uri,
+                    const XMLCh* const prefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& list,
+                    const XMLSize_t attributes, const bool is_empty, const bool is_root) override {
+    count_defaults(list, attributes);
+    Parser::startElement(element, uri, prefix, list, attributes, is_empty, is_root);
+  }
+
+ protected:
+  using document_type_limits::count_defaults;
+
+ private:
+  static xercesc::XMLScanner& writable(const xercesc::XMLScanner& own) {
+    return const_cast<xercesc::XMLScanner&>(own);  // the parser's own, which it shows as constant
+  }
+  static xercesc::XMLScanner& writable(xercesc::XMLScanner* own) { return *own; }
+  xercesc::XMLScanner& scanner() { return writable(this->getScanner()); }
+
+  void refuse(const char* reason) override {
+    end_declarations();
+    XMLCh text[128];
+    for (std::size_t i = 0; i < std::size(text); ++i) {
+      text[i] = static_cast<XMLCh>(reason[i]);
+      if (reason[i] == '\0') break;
+    }
+    xercesc::ReaderMgr::LastExtEntityInfo at;
+    scanner().getReaderMgr()->getLastExtEntityInfo(at);
+    constexpr auto code = xercesc::XMLErrs::XMLException_Fatal;
+    this->error(code, xercesc::XMLUni::fgXMLErrDomain, xercesc::XMLErrorReporter::ErrType_Fatal,
+                text, at.systemId, at.publicId, at.lineNumber, at.colNumber);
+    throw code;
+  }
+};
+
+}  // namespace zrt4::detail
+
+#endif

@@ -1,0 +1,264 @@
+#ifndef ZRT4XML_HH
+#define ZRT4XML_HH
+
+/// The library for new C++ code: lists that own their records, readers that take `std::string`, and
+/// a session that keeps the XML library ready. Header-only, over the exported functions.
+///
+///     const zrt4::xml_session session;
+///     zrt4::channel_list channels;
+///     if (channels.read_file("channels.xml") != 0) std::puts("not read cleanly");
+///     for (const chan_descr_2010& channel : channels) std::puts(channel.prop_name);
+///
+/// Readers append; each returns the number of errors met, 0 for none, and what was read before an
+/// error stays. What they print, and the locale that texts are in, are those of the function that
+/// they call. A list is moved, not copied; what would dangle after the statement (an element or an
+/// iterator of a temporary list) does not compile. One thread at a time, as everywhere.
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdlib>
+#include <iterator>
+#include <string>
+#include <utility>
+#include <vector>
+#include <xercesc/util/PlatformUtils.hpp>
+
+#include "parse_chan_descr.hh"
+#include "parse_env_index_dictionary.hh"
+#include "parse_ev_list.hh"
+#include "zrt4_gige_descr.hh"
+
+namespace zrt4 {
+
+/// Holds one use of the XML library for its lifetime. Every reader begins and ends a use of its
+/// own; only the first and the last are dear, so a program that reads many small documents keeps a
+/// session around them. Lists may outlive it. Throws what `XMLPlatformUtils::Initialize` throws.
+class xml_session {
+ public:
+  [[nodiscard]] xml_session() { xercesc::XMLPlatformUtils::Initialize(); }
+  xml_session(const xml_session&) = delete;
+  xml_session& operator=(const xml_session&) = delete;
+  ~xml_session() { xercesc::XMLPlatformUtils::Terminate(); }
+};
+
+/// Walks the records behind a vector of pointers.
+template <class Record, class Pointers>
+class record_iterator {
+ public:
+  using iterator_category = std::forward_iterator_tag;
+  using value_type = Record;
+  using difference_type = std::ptrdiff_t;
+  using pointer = Record*;
+  using reference = Record&;
+
+  record_iterator() = default;
+  explicit record_iterator(Pointers place) : at(place) {}
+  reference operator*() const { return **at; }
+  pointer operator->() const { return *at; }
+  record_iterator& operator++() {
+    ++at;
+    return *this;
+  }
+  record_iterator operator++(int) {
+    const record_iterator before = *this;
+    ++at;
+    return before;
+  }
+  friend bool operator==(record_iterator a, record_iterator b) { return a.at == b.at; }
+  friend bool operator!=(record_iterator a, record_iterator b) { return a.at != b.at; }
+
+ private:
+  Pointers at{};
+};
+
+/// What all lists share. `Kind::release_records(vector)` releases the records of a vector; what it
+/// leaves in the vector does not matter.
+template <class Record, class Kind>
+class owned_list {
+ public:
+  using value_type = Record;
+  using pointers = std::vector<Record*>;
+  using iterator = record_iterator<Record, typename pointers::const_iterator>;
+  using const_iterator = record_iterator<const Record, typename pointers::const_iterator>;
+
+  owned_list() = default;
+  /// Takes over the records of `from`, which were made by the library's functions or as they make
+  /// them.
+  explicit owned_list(pointers&& from) noexcept : records(std::move(from)) {}
+  owned_list(owned_list&& from) noexcept : records(std::exchange(from.records, {})) {}
+  owned_list& operator=(owned_list&& from) noexcept {
+    pointers taken = std::exchange(from.records, {});
+    clear();
+    records.swap(taken);
+    return *this;
+  }
+  ~owned_list() { clear(); }
+
+  std::size_t size() const noexcept { return records.size(); }
+  bool empty() const noexcept { return records.empty(); }
+
+  /// Records; the position has to be less than `size`. One record can stand at two places, one
+  /// behind the other, where its document names its key twice.
+  Record& operator[](std::size_t position) & { return *records[position]; }
+  const Record& operator[](std::size_t position) const& { return *records[position]; }
+  const Record& operator[](std::size_t position) const&& = delete;
+
+  iterator begin() & { return iterator(records.begin()); }
+  iterator end() & { return iterator(records.end()); }
+  const_iterator begin() const& { return const_iterator(records.begin()); }
+  const_iterator end() const& { return const_iterator(records.end()); }
+  const_iterator begin() const&& = delete;
+  const_iterator end() const&& = delete;
+
+  /// The list as the library's functions take it: `dump_chan_desr(channels.get(), ...)`. It stays
+  /// this list's.
+  pointers* get() & noexcept { return &records; }
+  pointers* get() const&& = delete;
+
+  /// Hands the records over: from now on the caller releases them.
+  [[nodiscard]] pointers release() noexcept { return std::exchange(records, {}); }
+
+  /// Releases the records.
+  void clear() noexcept {
+    Kind::release_records(records);
+    records.clear();
+  }
+
+ protected:
+  pointers records;
+};
+
+/// What the numbers of event types and data types become when channels are read: themselves, or the
+/// masks that `chan_selector` and the listing expect.
+enum class types { numbers, masks };
+
+/// Whether a channel whose property is in the list already is listed again, or merged where its
+/// reader can (see `parse_descr_list_readf`).
+enum class duplicates { keep, merge };
+
+/// Channel descriptions, either dialect.
+class channel_list : public owned_list<chan_descr_2010, channel_list> {
+ public:
+  using owned_list::owned_list;
+
+  [[nodiscard]] int read_file(const std::string& name, types as = types::numbers,
+                              duplicates when = duplicates::keep) {
+    return parse_descr_list_readf(const_cast<char*>(name.c_str()), &records, as == types::masks,
+                                  when == duplicates::merge);
+  }
+  /// `xml` ends at its first zero byte, as for all readers of texts.
+  [[nodiscard]] int read_text(const std::string& xml, types as = types::numbers,
+                              duplicates when = duplicates::keep) {
+    return parse_descr_list_read(const_cast<char*>(xml.c_str()), &records, as == types::masks,
+                                 when == duplicates::merge);
+  }
+
+  /// The first channel of that property, null when there is none.
+  chan_descr_2010* find(const std::string& property) & {
+    return find_chan_entry(&records, property.c_str());
+  }
+  const chan_descr_2010* find(const std::string& property) const& {
+    return find_chan_entry(const_cast<pointers*>(&records), property.c_str());
+  }
+  const chan_descr_2010* find(const std::string& property) const&& = delete;
+
+ private:
+  friend owned_list;
+  static void release_records(pointers& records) noexcept { clean_chan_desr_list(&records); }
+};
+
+/// Event lists.
+class event_list : public owned_list<zrt4_ev_entry, event_list> {
+ public:
+  using owned_list::owned_list;
+
+  [[nodiscard]] int read_file(const std::string& name) {
+    return zrt4_parse_ev_list_readf(const_cast<char*>(name.c_str()), &records);
+  }
+  [[nodiscard]] int read_text(const std::string& xml) {
+    return zrt4_parse_ev_list_read(const_cast<char*>(xml.c_str()), &records);
+  }
+
+ private:
+  friend owned_list;
+  // The library's release leaves two things to whoever made them, which is this list: entries
+  // without server-block vector, and empty channel vectors.
+  static void release_records(pointers& records) noexcept {
+    const auto full_events =
+        std::partition(records.begin(), records.end(),
+                       [](const zrt4_ev_entry* entry) { return entry->sb_list != nullptr; });
+    std::for_each(full_events, records.end(), [](const zrt4_ev_entry* entry) { delete entry; });
+    records.erase(full_events, records.end());
+    for (const zrt4_ev_entry* entry : records) {
+      for (zrt4_ev_sb_list* block : *entry->sb_list) {
+        if (block->ch_list == nullptr || !block->ch_list->empty()) continue;
+        delete block->ch_list;
+        block->ch_list = nullptr;
+      }
+    }
+    zrt4_clean_ev_list(&records);
+  }
+};
+
+/// The reading functions of the two record widths of dictionaries.
+template <class Entry>
+struct env_dictionary_readers;
+template <>
+struct env_dictionary_readers<zrt4_env_index_dictionary_entry> {
+  static constexpr auto* file = parse_env_index_dict_readf;
+  static constexpr auto* text = parse_env_index_dict_list_read;
+};
+template <>
+struct env_dictionary_readers<zrt4_env_index_dictionary_entry_2010> {
+  static constexpr auto* file = parse_env_index_dict_readf_2010;
+  static constexpr auto* text = parse_env_index_dict_list_read_2010;
+};
+
+/// Environment index dictionaries; `Entry` is the record of one of the two widths.
+template <class Entry>
+class basic_env_dictionary : public owned_list<Entry, basic_env_dictionary<Entry>> {
+ public:
+  using base = owned_list<Entry, basic_env_dictionary>;
+  using base::base;
+
+  [[nodiscard]] int read_file(const std::string& name) {
+    return env_dictionary_readers<Entry>::file(const_cast<char*>(name.c_str()), &this->records);
+  }
+  [[nodiscard]] int read_text(const std::string& xml) {
+    return env_dictionary_readers<Entry>::text(const_cast<char*>(xml.c_str()), &this->records);
+  }
+
+ private:
+  friend base;
+  static void release_records(typename base::pointers& records) noexcept {
+    const auto end = std::unique(records.begin(), records.end());
+    std::for_each(records.begin(), end, [](Entry* entry) { std::free(entry); });
+  }
+};
+
+using env_dictionary = basic_env_dictionary<zrt4_env_index_dictionary_entry>;
+using env_dictionary_2010 = basic_env_dictionary<zrt4_env_index_dictionary_entry_2010>;
+
+/// Features of a camera; there are only files of them.
+class camera_features : public owned_list<ZRT4GigEFeature, camera_features> {
+ public:
+  using owned_list::owned_list;
+
+  /// 0, or 1 when the file cannot be used. What damage hides is no error (see
+  /// `zrt4_fill_gige_descr`).
+  [[nodiscard]] int read_file(const std::string& name) {
+    camera_features found;
+    const bool failed = zrt4_fill_gige_descr(const_cast<char*>(name.c_str()), &found.records);
+    records.insert(records.end(), found.records.begin(), found.records.end());
+    found.records.clear();
+    return failed ? 1 : 0;
+  }
+
+ private:
+  friend owned_list;
+  static void release_records(pointers& records) noexcept { zrt4_clean_gige_descr(&records); }
+};
+
+}  // namespace zrt4
+
+#endif

@@ -1,0 +1,44 @@
+# Debian packages, one per component of the installation: libzrt4xml1 (the number is the SONAME's),
+# libzrt4xml-dev and zrt4xml. Made by scripts/package.
+
+set(library_package libzrt4xml${PROJECT_VERSION_MAJOR})
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME zrt4xml)
+set(CPACK_PACKAGE_VENDOR "ZRT4 DAQ")
+set(CPACK_PACKAGE_CONTACT "ZRT4 DAQ <root@localhost>")
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_COMPONENTS_ALL runtime development)
+if(ZRT4_TOOL)
+  list(APPEND CPACK_COMPONENTS_ALL tool)
+endif()
+
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
+  ${PROJECT_BINARY_DIR}/XML_tools ${PROJECT_BINARY_DIR}/event_util)
+
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${library_package})
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY >=)
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
+  "The shared libraries that programs load.")
+
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libzrt4xml-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
+  "${library_package} (= ${PROJECT_VERSION}), libxerces-c-dev (>= 3.2)")
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
+  "Headers, CMake package and pkg-config file, for building programs.")
+
+set(CPACK_DEBIAN_TOOL_PACKAGE_NAME zrt4xml)
+set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION})")
+set(CPACK_COMPONENT_TOOL_DESCRIPTION
+  "The command-line tool, with its manual page and completion.")
+
+include(CPack)

@@ -1,0 +1,357 @@
+#include "document_type_limits.hh"
+
+#include <pthread.h>
+#include <sys/resource.h>
+
+#include <ctime>
+#include <functional>
+#include <vector>
+
+#include "gige_support.hh"
+#include "pull_parser_support.hh"
+
+namespace limits = zrt4::detail;
+
+namespace {
+
+std::string times(std::size_t count, const std::string& text) {
+  std::string all;
+  for (std::size_t i = 0; i < count; ++i) all += text;
+  return all;
+}
+
+/// "<before>0<after><before>1<after>..."
+std::string numbered(std::size_t count, const std::string& before, const std::string& after) {
+  std::string all;
+  for (std::size_t i = 0; i < count; ++i) all += before + std::to_string(i) + after;
+  return all;
+}
+
+std::string with_declarations(const std::string& declarations, const std::string& content = "") {
+  return "<!DOCTYPE R [<!ELEMENT R ANY><!ELEMENT b EMPTY>" + declarations + "]><R>" + content +
+         "</R>";
+}
+
+std::string choice_of(std::size_t names) {
+  return with_declarations(numbered(names, "<!ELEMENT x", " EMPTY>") + "<!ELEMENT c (x0" +
+                               numbered(names, "|x", "").substr(3) + ")>",
+                           "<c><x1/></c>");
+}
+
+std::string ambiguous(std::size_t names) {
+  return with_declarations("<!ELEMENT c ((R|b)*,R" + times(names, ",(R|b)") + ")>");
+}
+
+std::string attributes(std::size_t count) {
+  return with_declarations("<!ATTLIST b" + numbered(count, " x", " CDATA #IMPLIED") + ">");
+}
+
+std::string words(std::size_t count) {
+  return with_declarations("<!ATTLIST b x (w0" + numbered(count, "|w", "").substr(3) + ") 'w1'>",
+                           "<b x='w0'/>");
+}
+
+std::string parameter_entity(std::size_t length) {
+  return with_declarations("<!ENTITY % p '" + std::string(length, ' ') + "'>%p;");
+}
+
+std::string parameter_references(std::size_t count) {
+  return with_declarations("<!ENTITY % p ' '>" + times(count, "%p;"));
+}
+
+std::string nested(std::size_t levels) {
+  std::string declarations = "<!ENTITY e0 'x'>";
+  for (std::size_t i = 1; i <= levels; ++i) {
+    declarations += "<!ENTITY e" + std::to_string(i) + " '&e" + std::to_string(i - 1) + ";'>";
+  }
+  return with_declarations(declarations, "&e" + std::to_string(levels) + ";");
+}
+
+std::string references(std::size_t count, const std::string& entity = "x") {
+  return with_declarations("<!ENTITY e '" + entity + "'>", times(count, "&e;"));
+}
+
+std::string defaults(std::size_t count, std::size_t length) {
+  return with_declarations("<!ATTLIST b x CDATA '" + std::string(length, 'x') + "'>",
+                           times(count, "<b/>"));
+}
+
+std::string doubling(std::size_t levels) {
+  std::string declarations = "<!ENTITY % e0 ''>";
+  for (std::size_t i = 1; i <= levels; ++i) {
+    const std::string below = "&#37;e" + std::to_string(i - 1) + ";";
+    declarations += "<!ENTITY % e" + std::to_string(i) + " '" + below + below + "'>";
+  }
+  return with_declarations(declarations + "%e" + std::to_string(levels) + ";");
+}
+
+std::string laughs(std::size_t levels) {
+  std::string declarations = "<!ENTITY e0 'lol'>";
+  for (std::size_t i = 1; i <= levels; ++i) {
+    declarations += "<!ENTITY e" + std::to_string(i) + " '" +
+                    times(10, "&e" + std::to_string(i - 1) + ";") + "'>";
+  }
+  return with_declarations(declarations, "&e" + std::to_string(levels) + ";");
+}
+
+std::string left_nested(std::size_t levels) {
+  return with_declarations(
+      "<!ELEMENT c " + std::string(levels, '(') + "b" + times(levels, ",b)") + ">", "<c/>");
+}
+
+/// "" for a document read without an error, otherwise the text of its first message.
+template <class Variant>
+std::string refusal(const std::string& document) {
+  const test::output written = test::captured([&] {
+    Variant variant(document);
+    if (!variant.start()) test::trace(variant.parser);
+  });
+  const std::size_t at = written.err.find("): ");
+  if (at == std::string::npos) return written.err;
+  const std::size_t prefix = written.err.find("Fatal Error at (file ");
+  if (prefix != 1) return written.err.substr(0, 200);
+  return written.err.substr(at + 3, written.err.find('\n', at) - at - 3);
+}
+
+}  // namespace
+
+template <class Variant>
+class DocumentTypeLimits : public testing::Test {};
+using both_variants = testing::Types<test::in_memory, test::in_file>;
+TYPED_TEST_SUITE(DocumentTypeLimits, both_variants);
+
+TYPED_TEST(DocumentTypeLimits, LengthOfAContentModel) {
+  EXPECT_EQ(refusal<TypeParam>(choice_of(limits::content_model_particles - 1)), "");
+  EXPECT_EQ(refusal<TypeParam>(choice_of(limits::content_model_particles)), "");
+  EXPECT_EQ(refusal<TypeParam>(choice_of(limits::content_model_particles + 1)),
+            "the content model of an element is too long");
+}
+
+TYPED_TEST(DocumentTypeLimits, RepetitionsCountInAContentModel) {
+  const auto repeated = [](std::size_t times) {
+    return with_declarations("<!ELEMENT c " + std::string(times, '(') + "b" + ::times(times, ")*") +
+                             ">");
+  };
+  EXPECT_EQ(refusal<TypeParam>(repeated(limits::content_model_particles - 1)), "");
+  EXPECT_EQ(refusal<TypeParam>(repeated(limits::content_model_particles)),
+            "the content model of an element is too long");
+}
+
+TYPED_TEST(DocumentTypeLimits, StatesOfContentModels) {
+  EXPECT_EQ(refusal<TypeParam>(ambiguous(13)), "");
+  EXPECT_EQ(refusal<TypeParam>(ambiguous(14)), "");  // 32 particles, 2^14 states: one half
+  EXPECT_EQ(refusal<TypeParam>(ambiguous(15)), "the content models are too ambiguous");
+  EXPECT_EQ(refusal<TypeParam>(ambiguous(100)), "the content models are too ambiguous");
+}
+
+TYPED_TEST(DocumentTypeLimits, StatesAddUpOverTheElements) {
+  const std::string half = "((R|b)*,R" + times(14, ",(R|b)") + ")>";
+  const std::string all = "<!ELEMENT c " + half + "<!ELEMENT d " + half;
+  EXPECT_EQ(refusal<TypeParam>(with_declarations(all)), "");
+  EXPECT_EQ(refusal<TypeParam>(with_declarations(all + "<!ELEMENT e EMPTY>")), "");
+  EXPECT_EQ(refusal<TypeParam>(with_declarations(all + "<!ELEMENT e (b)>")),
+            "the content models are too ambiguous");
+}
+
+TYPED_TEST(DocumentTypeLimits, AttributesOfAnElement) {
+  EXPECT_EQ(refusal<TypeParam>(attributes(limits::attributes_of_element - 1)), "");
+  EXPECT_EQ(refusal<TypeParam>(attributes(limits::attributes_of_element)), "");
+  EXPECT_EQ(refusal<TypeParam>(attributes(limits::attributes_of_element + 1)),
+            "an element has too many attributes");
+}
+
+TYPED_TEST(DocumentTypeLimits, WordsOfAnAttribute) {
+  EXPECT_EQ(refusal<TypeParam>(words(limits::words_of_attribute - 1)), "");
+  EXPECT_EQ(refusal<TypeParam>(words(limits::words_of_attribute)), "");
+  EXPECT_EQ(refusal<TypeParam>(words(limits::words_of_attribute + 1)),
+            "an attribute has too many values to choose from");
+}
+
+TYPED_TEST(DocumentTypeLimits, LengthOfAParameterEntity) {
+  EXPECT_EQ(refusal<TypeParam>(parameter_entity(limits::parameter_entity_length - 1)), "");
+  EXPECT_EQ(refusal<TypeParam>(parameter_entity(limits::parameter_entity_length)), "");
+  EXPECT_EQ(refusal<TypeParam>(parameter_entity(limits::parameter_entity_length + 1)),
+            "a parameter entity is too long");
+}
+
+TYPED_TEST(DocumentTypeLimits, MemoryOfTheDeclarations) {
+  // What a reference takes is the scanner's own matter; it differs with the word size.
+  EXPECT_EQ(refusal<TypeParam>(parameter_references(500)), "");
+  EXPECT_EQ(refusal<TypeParam>(parameter_references(1000)),
+            "the declarations take too much memory");
+}
+
+TYPED_TEST(DocumentTypeLimits, EntitiesThatReferToOthers) {
+  EXPECT_EQ(refusal<TypeParam>(nested(limits::nesting_entities - 1)), "");
+  EXPECT_EQ(refusal<TypeParam>(nested(limits::nesting_entities)), "");
+  EXPECT_EQ(refusal<TypeParam>(nested(limits::nesting_entities + 1)),
+            "too many entities refer to others");
+}
+
+TYPED_TEST(DocumentTypeLimits, EntityReferences) {
+  EXPECT_EQ(refusal<TypeParam>(references(limits::entity_references - 1)), "");
+  EXPECT_EQ(refusal<TypeParam>(references(limits::entity_references)), "");
+  EXPECT_EQ(refusal<TypeParam>(references(limits::entity_references + 1)),
+            "parser has encountered more than '50000' entity expansions in the document; this is "
+            "the limit imposed by the application");
+}
+
+TYPED_TEST(DocumentTypeLimits, PredefinedEntitiesAreNotCounted) {
+  EXPECT_EQ(refusal<TypeParam>("<R>" + times(limits::entity_references + 1, "&amp;&#65;") + "</R>"),
+            "");
+}
+
+TYPED_TEST(DocumentTypeLimits, TextThatReferencesAdd) {
+  const std::string entity(limits::added_units / 16, 'x');
+  EXPECT_EQ(refusal<TypeParam>(references(15, entity)), "");
+  EXPECT_EQ(refusal<TypeParam>(references(16, entity)), "");
+  EXPECT_EQ(refusal<TypeParam>(references(17, entity)),
+            "parser has encountered more than '16' entity expansions in the document; this is the "
+            "limit imposed by the application");
+}
+
+TYPED_TEST(DocumentTypeLimits, ElementsThatReferencesAdd) {
+  const std::string entity = times(1 << 10, "<b/>");
+  const std::size_t most = limits::added_units / (entity.size() + limits::units_of_node * 1024);
+  EXPECT_EQ(refusal<TypeParam>(references(most, entity)), "");
+  EXPECT_EQ(refusal<TypeParam>(references(most + 1, entity)),
+            "parser has encountered more than '" + std::to_string(most) +
+                "' entity expansions in the document; this is the limit imposed by the "
+                "application");
+}
+
+TYPED_TEST(DocumentTypeLimits, TextThatDefaultsAdd) {
+  constexpr std::size_t length = (1 << 14) - limits::units_of_node;
+  EXPECT_EQ(refusal<TypeParam>(defaults(1022, length)), "");
+  EXPECT_EQ(refusal<TypeParam>(defaults(1023, length)), "");  // and once in the declaration
+  EXPECT_EQ(refusal<TypeParam>(defaults(1024, length)),
+            "the defaults of attributes add too much to the document");
+}
+
+TYPED_TEST(DocumentTypeLimits, SpecifiedAttributesAreNoDefaults) {
+  EXPECT_EQ(refusal<TypeParam>(
+                with_declarations("<!ATTLIST b x CDATA 'd'>", times(200'000, "<b x='s'/>"))),
+            "");
+}
+
+TYPED_TEST(DocumentTypeLimits, RefusalIsAFatalError) {
+  TypeParam variant(choice_of(limits::content_model_particles + 1));
+  bool failed = false;
+  const test::output written = test::captured([&] { failed = variant.start(); });
+  EXPECT_TRUE(failed);
+  EXPECT_EQ(variant.parser.get_error_counter(), 1);
+  EXPECT_THAT(written.err, testing::StartsWith("\nFatal Error at (file " + variant.system_id() +
+                                               ", line 1, char "));
+  EXPECT_THAT(written.err, testing::EndsWith("): the content model of an element is too long\n"
+                                             "scanFirst() failed\n"));
+}
+
+TYPED_TEST(DocumentTypeLimits, RefusalBetweenElementsEndsTheDocument) {
+  TypeParam variant(defaults(1024, 1 << 14));
+  EXPECT_FALSE(variant.start());
+  std::string steps;
+  test::captured([&] { steps = test::trace(variant.parser); });
+  EXPECT_THAT(steps, testing::EndsWith("\n1 - -\n"));
+  EXPECT_EQ(test::step(variant.parser), "-1 - -");
+  EXPECT_EQ(variant.parser.get_error_counter(), 1);
+}
+
+namespace {
+
+#ifdef ZRT4_LEAK_CHECKED
+constexpr std::size_t stack_size = 1 << 20;  // the sanitizer's frames are larger
+constexpr double most_seconds = 20;
+#else
+constexpr std::size_t stack_size = 256 << 10;
+constexpr double most_seconds = 1;
+#endif
+
+double cpu_seconds() {
+  timespec now{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+void run(std::function<void()> code) {
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  pthread_attr_setstacksize(&attributes, stack_size);
+  pthread_t thread;
+  const auto call = [](void* argument) -> void* {
+    (*static_cast<std::function<void()>*>(argument))();
+    return nullptr;
+  };
+  ASSERT_EQ(pthread_create(&thread, &attributes, call, &code), 0);
+  pthread_join(thread, nullptr);
+  pthread_attr_destroy(&attributes);
+}
+
+std::vector<std::pair<const char*, std::string>> hostile_documents() {
+  return {
+      {"parameter entities", doubling(30)},
+      {"parameter entities without an end", doubling(900)},
+      {"declarations through parameter entities",
+       with_declarations("<!ENTITY % p '" + times(180, "<!ATTLIST b c CDATA \"\">") + "'>" +
+                         times(2000, "%p;"))},
+      {"ambiguous content model", ambiguous(14)},
+      {"very ambiguous content model", ambiguous(100)},
+      {"nested content model", left_nested(limits::content_model_particles - 1)},
+      {"deeply nested content model", left_nested(1'000'000)},
+      {"parentheses", with_declarations("<!ELEMENT c " + std::string(1'000'000, '('))},
+      {"entities", laughs(9)},
+      {"large entity", references(1000, std::string(100'000, 'x'))},
+      {"entity of elements", references(5000, times(1000, "<b/>"))},
+      {"entity of attributes", references(5000, "<b " + numbered(250, " x", "=\"\"") + "/>")},
+      {"nested entities", nested(limits::nesting_entities)},
+      {"deeply nested entities", nested(50'000)},
+      {"defaults", defaults(100'000, 4096)},
+      {"many defaults", with_declarations("<!ATTLIST b" + numbered(256, " x", " CDATA ''") + ">",
+                                          times(10'000, "<b/>"))},
+      {"many attributes",
+       with_declarations("<!ATTLIST b" + numbered(256, " x", " CDATA #IMPLIED") + ">",
+                         times(100'000, "<b/>"))},
+      {"many words",
+       with_declarations("<!ATTLIST b x (w0" + numbered(256, "|w", "").substr(3) + ") 'w0'>",
+                         times(50'000, "<b x='w255'/>"))},
+  };
+}
+
+}  // namespace
+
+TEST(HostileDeclarations, TakeLessThanASecondAndASmallStack) {
+  for (auto& [name, document] : hostile_documents()) {
+    SCOPED_TRACE(name);
+    double taken = 0;
+    test::captured([&, &text = document] {
+      run([&] {
+        const double before = cpu_seconds();
+        test::in_memory variant(text);
+        if (!variant.start()) test::trace(variant.parser);
+        taken = cpu_seconds() - before;
+      });
+    });
+    EXPECT_LT(taken, most_seconds);
+  }
+}
+
+TEST(HostileDeclarations, InCameraFiles) {
+  for (auto& [name, document] : hostile_documents()) {
+    SCOPED_TRACE(name);
+    const test::temporary_file file(document);
+    double taken = 0;
+    test::captured([&] {
+      run([&] {
+        const double before = cpu_seconds();
+        std::vector<ZRT4GigEFeature*> features;
+        std::string path = file.path();
+        zrt4_fill_gige_descr(path.data(), &features);
+        zrt4_clean_gige_descr(&features);
+        taken = cpu_seconds() - before;
+      });
+    });
+    EXPECT_LT(taken, most_seconds);
+  }
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  EXPECT_LT(usage.ru_maxrss, 1 << 20) << "more than a gigabyte";
+}

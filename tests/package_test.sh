@@ -1,0 +1,78 @@
+#!/usr/bin/env bash
+# Makes the Debian packages and installs them into a fresh Debian root; there, builds a client by
+# CMake and by pkg-config, runs it and the tool, and removes the packages without a trace. Takes
+# its Debian from the archives that this machine is set up for. Needs to be root.
+#   package_test.sh SOURCE_DIR
+set -euo pipefail
+source_dir=$1
+[ "$(id -u)" -eq 0 ] || { echo "a Debian root is made by root only"; exit 1; }
+scratch=$(mktemp -d)
+fresh=$scratch/root
+trap 'umount -q "$fresh/proc" || true; rm -rf --one-file-system "$scratch"' EXIT
+
+packages=$("$source_dir/scripts/package")
+[ "$(wc -l <<<"$packages")" -eq 3 ] || { echo "not three packages: $packages"; exit 1; }
+
+archive=$(apt-get indextargets --format '$(REPO_URI) $(RELEASE)' 'Created-By: Packages' |
+  awk -v release="$(. /etc/os-release && echo "$VERSION_CODENAME")" '$2 == release { print $1; exit }')
+debootstrap --variant=minbase "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$fresh" "$archive" \
+  >"$scratch/debootstrap.log" || { tail "$scratch/debootstrap.log"; exit 1; }
+rm -f "$fresh/etc/apt/sources.list"
+cp -r /etc/apt/sources.list* /etc/apt/apt.conf.d "$fresh/etc/apt/" 2>/dev/null || true
+rm -f "$fresh"/etc/apt/apt.conf.d/docker-*  # they empty the archive of downloads and the docs
+cp /etc/resolv.conf /etc/hosts "$fresh/etc/"
+mount -t proc proc "$fresh/proc"
+mkdir "$fresh/packages"
+cp $packages "$fresh/packages/"
+cp -r "$source_dir/examples" "$fresh/packages/"
+
+in_fresh() { chroot "$fresh" env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 \
+  DEBIAN_FRONTEND=noninteractive "$@"; }
+install() { in_fresh apt-get install -y -qq --no-install-recommends "$@" >>"$scratch/apt.log" 2>&1 ||
+  { tail -n 30 "$scratch/apt.log"; exit 1; }; }
+made() { (cd "$fresh" && printf '/%s' packages/"$1"_*.deb); }
+in_fresh apt-get update -qq
+install g++ cmake ninja-build pkg-config
+
+# Everything that stands in the root, without the package manager's own books and caches.
+content() {
+  (cd "$fresh" && find . -xdev \( -path ./proc -o -path ./tmp -o -path ./packages -o -path ./dev \
+    -o -path ./var/lib/dpkg -o -path ./var/lib/apt -o -path ./var/cache -o -path ./var/log \) \
+    -prune -o -print | LC_ALL=C sort)
+}
+content >"$scratch/before"
+
+echo "- the tool alone brings what it needs"
+install $(made libzrt4xml1) $(made zrt4xml)
+in_fresh zrt4xml show /packages/examples/event_lists/orbit_feedback.xml >"$scratch/shown"
+head -n 2 "$scratch/shown" | diff - <(printf 'Entry[0]\nEVENT TYPE:\tNORMAL\n')
+in_fresh sh -c 'test -s /usr/share/man/man1/zrt4xml.1'
+in_fresh bash -c 'compopt() { :; }; source /usr/share/bash-completion/completions/zrt4xml
+  COMP_WORDS=(zrt4xml find --event NOR) COMP_CWORD=3; _zrt4xml; [ "${COMPREPLY[*]}" = NORMAL ]'
+
+echo "- a client by CMake and by pkg-config"
+install $(made libzrt4xml-dev)
+cat >"$fresh/packages/expected" <<'TEXT'
+NORMAL LINAC.DAQ/BPM.SERVER.L1 LINAC.BPM/L1.03/X
+NORMAL LINAC.DAQ/BPM.SERVER.L1 LINAC.BPM/L1.03/Y
+NORMAL LINAC.DAQ/BPM.SERVER.L1 LINAC.BPM/L1.03/CHARGE
+NORMAL LINAC.DAQ/TOROID.SERVER (all channels)
+TEXT
+in_fresh sh -euc 'cd /packages
+  cmake -S examples/client -B client -G Ninja >client.log && cmake --build client >>client.log ||
+    { cat client.log; exit 1; }
+  g++ -std=c++17 examples/client/wanted_channels.cc $(pkg-config --cflags --libs zrt4xml) -o by_pkg_config
+  client/wanted_channels examples/event_lists/orbit_feedback.xml | diff expected -
+  ./by_pkg_config examples/event_lists/orbit_feedback.xml | diff expected -
+  for header in /usr/include/zrt4xml/*.hh; do
+    echo "#include \"${header##*/}\"" | g++ -std=c++17 -fsyntax-only $(pkg-config --cflags zrt4xml) -x c++ -
+  done'
+
+echo "- the library cannot be removed under the tool's feet"
+if in_fresh dpkg --remove libzrt4xml1 >/dev/null 2>&1; then echo "it was"; exit 1; fi
+
+echo "- removed without a trace"
+in_fresh apt-get purge -y -qq --auto-remove libzrt4xml1 libzrt4xml-dev zrt4xml >>"$scratch/apt.log" 2>&1
+content | diff "$scratch/before" - || { echo "something is left, or was taken along"; exit 1; }
+if in_fresh ldconfig -p | grep ZRT4; then exit 1; fi
+echo "packages installed, used and removed"

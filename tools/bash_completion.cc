@@ -1,0 +1,73 @@
+#include "event_util.hh"
+#include "pages.hh"
+
+namespace {
+
+std::string words(const std::vector<std::string>& list) {
+  std::string line = "_zrt4xml_words";
+  for (const std::string& word : list) line += " '" + word + "'";
+  return line;
+}
+
+std::string event_types() {
+  std::vector<std::string> names;
+  for (int type = 0; type < static_cast<int>(ZRT4_EV_EVMAX); ++type) {
+    std::string name = event_name_itoa(type);
+    if (name != std::to_string(type)) names.push_back(std::move(name));
+  }
+  return words(names);
+}
+
+// What completes the value of an option; nothing when it is free text.
+std::string completion_of(const option_page& option) {
+  if (!option.values.empty()) return words(option.values);
+  if (option.value == "FILE") return "_zrt4xml_files";
+  if (option.value == "EVENT") return event_types();
+  if (option.value == "CHANNEL") return "_zrt4xml_channels";
+  return ":";
+}
+
+std::string pattern(const std::string& command, const option_page& option) {
+  std::string alternatives;
+  for (const std::string& name : option.names) {
+    if (!alternatives.empty()) alternatives += " | ";
+    alternatives.append("'").append(command).append(" ").append(name).append("'");
+  }
+  return alternatives;
+}
+
+std::vector<std::string> option_names(const CLI::App& command) {
+  std::vector<std::string> names;
+  for (const option_page& option : pages_of(command)) {
+    names.insert(names.end(), option.names.begin(), option.names.end());
+  }
+  return names;
+}
+
+std::string function(const std::string& name, const std::string& body) {
+  return "\n" + name + "() {\n" + body + "}\n";
+}
+
+std::string choice(const std::string& rows) {
+  return "  case $1 in\n" + rows + "  esac\n";
+}
+
+}  // namespace
+
+std::string completion_tables(const CLI::App& app) {
+  std::vector<std::string> commands;
+  std::string values;
+  std::string options = "    '') " + words(option_names(app)) + " ;;\n";
+  for (const CLI::App* command : subcommands_of(app)) {
+    const std::string name = command->get_name();
+    commands.push_back(name);
+    options += "    '" + name + "') " + words(option_names(*command)) + " ;;\n";
+    for (const option_page& option : pages_of(*command)) {
+      if (option.names.empty() || option.value.empty()) continue;
+      values += "    " + pattern(name, option) + ") " + completion_of(option) + " ;;\n";
+    }
+  }
+  return function("_zrt4xml_commands", "  " + words(commands) + "\n") +
+         function("_zrt4xml_options", choice(options)) +
+         function("_zrt4xml_value", choice(values + "    *) return 1 ;;\n") + "  return 0\n");
+}
