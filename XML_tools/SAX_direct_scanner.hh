@@ -26,7 +26,7 @@ class direct_scanner final : public limited_scanner<xercesc::SAXParser> {
                     const bool is_empty, const bool /*is_root*/) override {
     this->count_defaults(list, count);
     attributes.setVector(&list, count);
-    to.Handlers::startElement(element.getFullName(), attributes);
+    to.start_declared(element, attributes);
     if (is_empty) {
       to.Handlers::endElement(nullptr);
     } else {

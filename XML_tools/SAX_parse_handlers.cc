@@ -1,11 +1,13 @@
 #include <cstddef>
 #include <cstring>
 #include <string>
+#include <xercesc/framework/XMLElementDecl.hpp>
 #include <xercesc/sax/AttributeList.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 
 #include "SAX_File_Parser.hh"
 #include "SAX_Memory_Parser.hh"
+#include "SAX_element_names.hh"
 #include "diagnostics.hh"
 #include "local_text.hh"
 
@@ -32,6 +34,7 @@ struct handler_texts {
 
   code_page page;
   local_text tag, value;
+  element_names names;
   std::vector<std::unique_ptr<held_attribute>> attributes;
 };
 
@@ -57,7 +60,18 @@ parse_handlers<Variant>::~parse_handlers() = default;
 template <class Variant>
 void parse_handlers<Variant>::startElement(const XMLCh* const name,
                                            xercesc::AttributeList& attributes) {
-  tag = texts->tag.assign(name, texts->page);
+  open(texts->tag.assign(name, texts->page), attributes);
+}
+
+template <class Variant>
+void parse_handlers<Variant>::start_declared(const xercesc::XMLElementDecl& element,
+                                             xercesc::AttributeList& attributes) {
+  open(texts->names.of(element, texts->page), attributes);
+}
+
+template <class Variant>
+void parse_handlers<Variant>::open(const char* name, const xercesc::AttributeList& attributes) {
+  tag = name;
   const std::size_t count = attributes.getLength();
   ++this->fElementCount;
   this->fAttrCount += static_cast<std::uint32_t>(count);
@@ -92,6 +106,7 @@ void parse_handlers<Variant>::resetDocument() {
   this->fSpaceCount = 0;
   error_count = 0;
   resetTagValue();
+  texts->names.forget();
 }
 
 template <class Variant>

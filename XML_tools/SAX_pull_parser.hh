@@ -26,6 +26,10 @@
 
 #include "zrt4_export.hh"
 
+XERCES_CPP_NAMESPACE_BEGIN
+class XMLElementDecl;
+XERCES_CPP_NAMESPACE_END
+
 struct attr;
 struct attrf;
 class MemParseHandlers;
@@ -36,7 +40,9 @@ namespace zrt4 {
 namespace detail {
 template <class Attribute>
 struct handler_texts;
-}
+template <class Handlers>
+class direct_scanner;
+}  // namespace detail
 
 /// What a handler counts since the start of its document.
 struct parse_counters {
@@ -127,6 +133,13 @@ class ZRT4_EXPORT parse_handlers : public xercesc::HandlerBase, protected Varian
   bool end_flag = false;
 
  private:
+  template <class Handlers>
+  friend class detail::direct_scanner;
+
+  /// As `startElement` with the name of `element`, which is converted once in a document.
+  ZRT4_INTERNAL void start_declared(const xercesc::XMLElementDecl& element,
+                                    xercesc::AttributeList& attributes);
+  ZRT4_INTERNAL void open(const char* name, const xercesc::AttributeList& attributes);
   void drop_attributes();
   void report(const char* kind, const xercesc::SAXParseException& exception);
 

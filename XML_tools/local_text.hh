@@ -33,6 +33,9 @@ class local_text {
   const char* assign(const XMLCh* units, std::size_t length, code_page& page);
   const char* assign(const XMLCh* units, code_page& page);
 
+  /// What the last call returned, unless that was null.
+  const char* held() const { return bytes.get(); }
+
  private:
   char* room_for(std::size_t size);
   const char* transcode(const XMLCh* units, std::size_t length);

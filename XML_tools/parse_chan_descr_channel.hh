@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <exception>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "event_util.hh"
@@ -16,14 +17,14 @@
 
 namespace zrt4::detail {
 
-/// A decimal number, wrapped into 32 bits. Nearly all are a few digits and nothing else.
+/// A decimal number, wrapped into 32 bits. Nearly all are a few digits, maybe with a line end.
 inline std::int32_t decimal(const char* text) {
   constexpr std::ptrdiff_t digits_that_fit = 9;
   std::int32_t number = 0;
   const char* digit = text;
   for (; *digit >= '0' && *digit <= '9' && digit - text < digits_that_fit; ++digit)
     number = 10 * number + (*digit - '0');
-  const bool complete = digit != text && *digit == '\0';
+  const bool complete = digit != text && !(*digit >= '0' && *digit <= '9');
   return complete ? number : static_cast<std::int32_t>(std::strtol(text, nullptr, 10));
 }
 
@@ -59,16 +60,17 @@ class current_channel {
 
   /// Puts the channel into the list under `property`, once more when it has one already; or merges
   /// it into the record that the list has, which ends it: the rest of its elements is ignored.
-  void join(const char* property, duplicates treatment) {
-    chan_descr_2010* known =
-        treatment != duplicates::listed ? index.find(*list, property) : nullptr;
+  void join(std::string_view property, duplicates treatment) {
+    const bool search = treatment != duplicates::listed;
+    chan_descr_2010* known = search ? index.find(*list, property) : nullptr;
     if (known != nullptr) {
       merge_into(*known, treatment);
       return;
     }
-    set_text(channel->prop_name, property);
+    set_text(channel->prop_name, property.data());
     list->push_back(channel);
     listed = true;
+    if (search && property.size() < sizeof channel->prop_name) index.appended_missing(*list);
   }
 
  private:

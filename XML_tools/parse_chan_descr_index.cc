@@ -20,12 +20,20 @@ chan_descr_2010* property_index::find(const std::vector<chan_descr_2010*>& list,
   catch_up(list);
   const std::uint32_t hash = hash_of(property);
   const std::size_t mask = slots.size() - 1;
-  for (std::size_t i = hash & mask; slots[i].order != 0; i = (i + 1) & mask) {
+  std::size_t i = hash & mask;
+  for (; slots[i].order != 0; i = (i + 1) & mask) {
     if (slots[i].hash != hash) continue;
     chan_descr_2010* const record = list[slots[i].order - 1];
     if (record->prop_name == property) return record;
   }
+  missing_hash = hash;
+  missing_slot = i;
   return nullptr;
+}
+
+void property_index::appended_missing(const std::vector<chan_descr_2010*>& list) {
+  indexed = list.size();
+  slots[missing_slot] = {missing_hash, static_cast<std::uint32_t>(indexed)};
 }
 
 void property_index::catch_up(const std::vector<chan_descr_2010*>& list) {

@@ -18,6 +18,10 @@ class property_index {
  public:
   chan_descr_2010* find(const std::vector<chan_descr_2010*>& list, std::string_view property);
 
+  /// Saves the next lookup from indexing the list's last record, which was appended, with exactly
+  /// that property, after a lookup that did not find it.
+  void appended_missing(const std::vector<chan_descr_2010*>& list);
+
  private:
   struct slot {
     std::uint32_t hash;   // of the property
@@ -30,6 +34,8 @@ class property_index {
 
   std::vector<slot> slots;  // open addressing, a power of two
   std::size_t indexed = 0;  // how much of the list is in
+  std::uint32_t missing_hash = 0;
+  std::size_t missing_slot = 0;
 };
 
 }  // namespace zrt4::detail

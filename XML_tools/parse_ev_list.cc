@@ -1,5 +1,7 @@
 #include "parse_ev_list.hh"
 
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -32,8 +34,34 @@ constexpr number_element number_elements[] = {
     {"PRIORITY", [](zrt4_ev_entry& e) -> std::uint32_t& { return e.priority; }},
 };
 
+constexpr unsigned no_digit = 16;
+
+constexpr unsigned digit_of(char c) {
+  if (c >= '0' && c <= '9') return static_cast<unsigned>(c - '0');
+  if (c >= 'a' && c <= 'f') return static_cast<unsigned>(c - 'a') + 10;
+  if (c >= 'A' && c <= 'F') return static_cast<unsigned>(c - 'A') + 10;
+  return no_digit;
+}
+
+// Reads a text that is wholly digits, few enough to fit in any case.
+bool read_digits(const char* text, unsigned base, std::ptrdiff_t longest, std::uint32_t& field) {
+  std::uint32_t number = 0;
+  const char* at = text;
+  for (; digit_of(*at) < base; ++at) number = base * number + digit_of(*at);
+  if (at == text || at - text > longest || *at != '\0') return false;
+  field = number;
+  return true;
+}
+
+// What nearly all numbers look like, read as the general rule below would.
+bool read_plain(const char* text, std::uint32_t& field) {
+  if (text[0] == '0' && text[1] == 'x') return read_digits(text + 2, 16, 8, field);
+  return read_digits(text, 10, 9, field);
+}
+
 // A text that is no number leaves the field as it was. Only a lower-case x makes it hexadecimal.
 void read_number(const char* text, std::uint32_t& field) {
+  if (read_plain(text, field)) return;
   if (std::strchr(text, 'x') != nullptr) {
     std::sscanf(text, " 0x%X ", &field);
   } else {
@@ -104,7 +132,7 @@ class ev_list_reader {
     if (entry == nullptr) return;
     auto channels = std::make_unique<std::vector<char*>>();
     auto created = std::make_unique<zrt4_ev_sb_list>();
-    std::strncpy(created->sb_list, name, longest_block_name);
+    std::memcpy(created->sb_list, name, strnlen(name, longest_block_name));
     created->ch_list = channels.get();
     entry->sb_list->push_back(created.get());
     (void)channels.release();

@@ -3,7 +3,6 @@
 
 // The yardstick of the readers: what the XML scanner alone needs for a document.
 
-#include <ctime>
 #include <string>
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/framework/XMLPScanToken.hpp>
@@ -12,31 +11,26 @@
 
 namespace bench {
 
-inline double processor_seconds() {
-  timespec now{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
-
-/// Processor time that `code` takes: other programs on the machine do not count.
-template <class Code>
-double seconds(Code&& code) {
-  const double begin = processor_seconds();
-  code();
-  return processor_seconds() - begin;
-}
-
-inline void bare_scan(const std::string& text) {
+/// `source` is whatever the scanner takes: an input source or a file name.
+template <class Source>
+void scan_source(const Source& source) {
   using namespace xercesc;
   SAXParser parser;
   HandlerBase nothing;
   parser.setDocumentHandler(&nothing);
   parser.setErrorHandler(&nothing);
-  const MemBufInputSource source(reinterpret_cast<const XMLByte*>(text.data()), text.size(),
-                                 "benchmark");
   XMLPScanToken token;
   bool more = parser.parseFirst(source, token);
   while (more) more = parser.parseNext(token);
+}
+
+inline void bare_scan(const std::string& text) {
+  scan_source(xercesc::MemBufInputSource(reinterpret_cast<const XMLByte*>(text.data()), text.size(),
+                                         "benchmark"));
+}
+
+inline void bare_scan_of_file(const char* name) {
+  scan_source(name);
 }
 
 }  // namespace bench

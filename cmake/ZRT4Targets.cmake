@@ -21,6 +21,7 @@ function(zrt4_shared_library target)
   target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
   target_link_options(${target} PRIVATE
     -Wl,--no-undefined,--as-needed
+    -Wl,-Bsymbolic-functions  # calls inside the library take no detour through the symbol table
     -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map)
   if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
     # The sanitizers' own run-time symbols are found in the program, not in the library.

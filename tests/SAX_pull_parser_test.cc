@@ -54,6 +54,32 @@ struct PullParser : testing::Test {
 using Variants = testing::Types<test::in_memory, test::in_file>;
 TYPED_TEST_SUITE(PullParser, Variants);
 
+TYPED_TEST(PullParser, EachOfManyNamesIsReportedEachTime) {
+  std::string document;
+  std::string expected = "0 'ROOT' -\n";
+  for (int round = 0; round < 3; ++round) {
+    for (int n = 0; n < 300; ++n) {
+      const std::string name = "E" + std::to_string(n);
+      document += "<" + name + ">5</" + name + ">";
+      expected += "0 '" + name + "' -\n0 '" + name + "' '5'\n0 - -\n";
+    }
+  }
+  EXPECT_EQ(this->steps("<ROOT>" + document + "</ROOT>"), expected + "0 - -\n0 - -\n-1 - -\n");
+}
+
+TEST(PullParserFile, AnotherDocumentHasItsOwnNames) {
+  test::temporary_file first("<A><B/><C/></A>");
+  test::temporary_file second("<X><Y/><Z/></X>");
+  SAX_File_Parser parser;
+  ASSERT_FALSE(parser.start(first.name()));
+  EXPECT_EQ(step(parser), "0 'A' -");
+  EXPECT_EQ(step(parser), "0 'B' -");
+  ASSERT_FALSE(parser.start(second.name()));
+  EXPECT_EQ(step(parser), "0 'X' -");
+  EXPECT_EQ(step(parser), "0 'Y' -");
+  EXPECT_EQ(step(parser), "0 'Z' -");
+}
+
 TYPED_TEST(PullParser, TextElementYieldsTagThenTextThenNothing) {
   EXPECT_EQ(this->steps("<ELEM>5</ELEM>\n"),
             "0 'ELEM' -\n"

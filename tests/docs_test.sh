@@ -62,7 +62,7 @@ run_command() {
     wrong "$1" "the command before fails with $before: $command"
   fi
   status=0
-  ( (exit "$before"); eval "$command") >found 2>&1 </dev/null || status=$?
+  (set +o pipefail; (exit "$before"); eval "$command") >found 2>&1 </dev/null || status=$?
   diff expected found >difference || wrong "$1" "prints something else: $command" difference
   : >expected
 }

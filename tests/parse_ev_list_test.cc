@@ -228,6 +228,28 @@ TYPED_TEST(EvListNumber, NoNumberLeavesZero) {
 TYPED_TEST(EvListNumber, AllBits) {
   EXPECT_EQ(this->number("4294967295"), 4294967295U);
 }
+TYPED_TEST(EvListNumber, AsManyDigitsAsFit) {
+  EXPECT_EQ(this->number("999999999"), 999999999U);
+  EXPECT_EQ(this->number("0000000000000000031"), 31U);
+  EXPECT_EQ(this->number("0xFFFFFFFF"), 4294967295U);
+  EXPECT_EQ(this->number("0xdeadBEEF"), 0xdeadbeefU);
+  EXPECT_EQ(this->number("0x000000001F"), 31U);
+}
+TYPED_TEST(EvListNumber, StopsAtTheFirstOtherCharacter) {
+  EXPECT_EQ(this->number("12;"), 12U);
+  EXPECT_EQ(this->number("12 34"), 12U);
+  EXPECT_EQ(this->number("12a"), 12U);
+  EXPECT_EQ(this->number("0x1g"), 1U);
+  EXPECT_EQ(this->number("0x1x2"), 1U);
+}
+TYPED_TEST(EvListNumber, PrefixMayComeTwiceAndWithASign) {
+  EXPECT_EQ(this->number("0x0x1F"), 31U);
+  EXPECT_EQ(this->number("0x-1"), 4294967295U);
+}
+TYPED_TEST(EvListNumber, PrefixAloneLeavesZero) {
+  EXPECT_EQ(this->number("0x"), 0U);
+  EXPECT_EQ(this->number("0xx"), 0U);
+}
 TYPED_TEST(EvListNumber, NegativeWrapsAround) {
   EXPECT_EQ(this->number("-1"), 4294967295U);
 }
