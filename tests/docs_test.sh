@@ -26,7 +26,7 @@ cp examples/event_lists/orbit_feedback.xml events.xml
 cp examples/channels/channels.xml examples/cameras/minimal.xml examples/dictionaries/small.xml .
 # The scripts build first, which is what led to this test; then they do this.
 printf '#!/bin/sh\nexec zrt4xml "${@:---help}"\n' >scripts/run
-for script in test check package docs; do
+for script in test check package docs bench; do
   printf '#!/bin/sh\nexec bash -n "%s"\n' "$source_dir/scripts/$script" >scripts/$script
 done
 chmod +x scripts/*
