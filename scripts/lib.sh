@@ -3,7 +3,7 @@ set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
-build_packages="g++ cmake ninja-build pkg-config libxerces-c-dev libcli11-dev libgtest-dev libgmock-dev mandoc bsdextrautils"
+build_packages="g++ cmake ninja-build pkg-config libxerces-c-dev libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev mandoc bsdextrautils python3-jsonschema locales"
 check_packages="clang clang-format clang-tidy libclang-rt-14-dev"
 speed_packages="valgrind"
 bench_packages="libbenchmark-dev libxml2-dev libpugixml-dev libtinyxml2-dev libexpat1-dev"

@@ -26,7 +26,7 @@ cp examples/event_lists/orbit_feedback.xml events.xml
 cp examples/channels/channels.xml examples/cameras/minimal.xml examples/dictionaries/small.xml .
 # The scripts build first, which is what led to this test; then they do this.
 printf '#!/bin/sh\nexec zrt4xml "${@:---help}"\n' >scripts/run
-for script in test check package docs; do
+for script in test check bench package docs; do
   printf '#!/bin/sh\nexec bash -n "%s"\n' "$source_dir/scripts/$script" >scripts/$script
 done
 chmod +x scripts/*
@@ -62,7 +62,7 @@ run_command() {
     wrong "$1" "the command before fails with $before: $command"
   fi
   status=0
-  ( (exit "$before"); eval "$command") >found 2>&1 </dev/null || status=$?
+  (set +o pipefail; (exit "$before"); eval "$command") >found 2>&1 </dev/null || status=$?
   diff expected found >difference || wrong "$1" "prints something else: $command" difference
   : >expected
 }

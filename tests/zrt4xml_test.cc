@@ -1,28 +1,15 @@
 // The command-line tool, run as a user runs it.
 
-#include <sys/wait.h>
+#include "tool_support.hh"
 
-#include "support.hh"
+using test::channel;
+using test::one_event;
+using test::run;
+using test::run_result;
+using test::variable;
 
 namespace {
 
-struct run_result {
-  int code = -1;
-  std::string out;
-  std::string err;
-};
-
-/// Runs "zrt4xml ARGUMENTS" in a shell, with ">" and "<" as the caller writes them.
-run_result run(const std::string& arguments, const std::string& before = "") {
-  const test::temporary_file out("");
-  const test::temporary_file err("");
-  const std::string command = before + "LC_ALL=C.UTF-8 " ZRT4_TOOL " " + arguments;
-  const std::string redirected = "{ " + command + "\n} >" + out.path() + " 2>" + err.path();
-  const int status = std::system(redirected.c_str());
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, out.content(), err.content()};
-}
-
-const std::string one_event = "<BMR><EVENT><TYPE>1</TYPE></EVENT></BMR>";
 const std::string one_event_listing =
     "Entry[0]\n"
     "EVENT TYPE:\tNORMAL\n"
@@ -154,20 +141,6 @@ TEST(Tool, ShowsTheExamples) {
   EXPECT_EQ(result.code, 0);
   EXPECT_EQ(result.err, "");
 }
-
-namespace {
-
-/// Documents with one channel, type NORMAL, in both dialects.
-std::string channel(const std::string& more = "") {
-  return "<CHANDESCRIPTIONS><CHANNEL><EVTYPE>1</EVTYPE><DTYPE>41</DTYPE><PROP>A/B/C</PROP>"
-         "<NAME>A.C</NAME>" +
-         more + "</CHANNEL></CHANDESCRIPTIONS>";
-}
-const std::string variable =
-    "<DAQvariables><DaqBits><evType>1</evType><vindo>A/B/C</vindo><daqName>A.C</daqName>"
-    "<bitTitle bit='3'>on</bitTitle></DaqBits></DAQvariables>";
-
-}  // namespace
 
 TEST(Tool, ShowsEventTypesOfBothDialectsAsMasks) {
   for (const std::string& document : {channel(), variable}) {

@@ -7,10 +7,19 @@
 
 /// A document that cannot be used, with the reason for a person (exit code 1).
 struct bad_document : std::runtime_error {
-  explicit bad_document(const std::string& reason, std::string where = {})
-      : std::runtime_error(reason), place(std::move(where)) {}
+  bad_document(std::string of, const std::string& reason, std::string where = {})
+      : std::runtime_error(reason), file(std::move(of)), place(std::move(where)) {}
 
+  std::string file;
   std::string place;  ///< ":LINE:COLUMN" where known
+};
+
+/// A file that cannot be opened, read or written (exit code 2).
+struct file_error : std::runtime_error {
+  file_error(std::string name, const std::string& reason)
+      : std::runtime_error(reason), file(std::move(name)) {}
+
+  std::string file;
 };
 
 /// Something asked for that cannot be done (exit code 2).

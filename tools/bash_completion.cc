@@ -30,7 +30,8 @@ std::string completion_of(const option_page& option) {
 std::string pattern(const std::string& command, const option_page& option) {
   std::string alternatives;
   for (const std::string& name : option.names) {
-    alternatives += (alternatives.empty() ? "'" : " | '") + command + " " + name + "'";
+    if (!alternatives.empty()) alternatives += " | ";
+    alternatives.append("'").append(command).append(" ").append(name).append("'");
   }
   return alternatives;
 }

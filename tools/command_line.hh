@@ -9,11 +9,13 @@
 #include <vector>
 
 #include "convert.hh"
+#include "look.hh"
 
 /// What the subcommands were given.
 struct arguments {
   std::vector<std::string> files;
   std::string file;
+  std::string other;
   std::string kind;
   std::string name;
   std::string event;
@@ -21,18 +23,21 @@ struct arguments {
   output_format to = output_format::same;
   bool wide = false;
   bool force = false;
+  bool dry_run = false;
+  bool as_json = false;
+  bool quiet = false;
+
+  look wanted() const { return as_json ? look::json : quiet ? look::nothing : look::text; }
 };
 
 struct command_line {
   command_line();
 
   arguments given;
-  CLI::App app{"Shows and converts the XML documents through which the DAQ describes itself.",
-               "zrt4xml"};
-  CLI::App* show = nullptr;
-  CLI::App* find = nullptr;
-  CLI::App* convert = nullptr;
-  CLI::App* merge = nullptr;
+  CLI::App app{
+      "Shows, checks, compares and converts the XML documents through which the DAQ describes "
+      "itself.",
+      "zrt4xml"};
 };
 
 #endif

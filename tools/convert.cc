@@ -1,11 +1,13 @@
 #include "convert.hh"
 
-#include <cstring>
+#include <algorithm>
+#include <deque>
 #include <string_view>
 #include <unordered_map>
 
 #include "bad_document.hh"
 #include "descriptor.hh"
+#include "diff.hh"
 #include "document_kind.hh"
 #include "documents.hh"
 #include "input_file.hh"
@@ -138,6 +140,28 @@ void add(channel_list& base, channel_list& from, bool force) {
   from.channels = std::move(merged);
 }
 
+// The first file read chooses what `same` means.
+exit_code read_to_merge(channel_list& list, const std::string& name, output_format& to) {
+  input_file file(name);
+  const int dialect = dialect_of(kind_of(file));
+  if (to == output_format::same) to = own_format(dialect);
+  const int errors = list.read(file, dialect, types_for(to));
+  if (errors == 0) return exit_fine;
+  complain_of_errors(file.name(), errors, "what could be read is merged");
+  return exit_bad_document;
+}
+
+exit_code add_all_but_first(channel_list& base, const std::vector<std::string>& files, bool force,
+                            output_format to) {
+  exit_code result = exit_fine;
+  for (std::size_t i = 1; i < files.size(); ++i) {
+    channel_list from;
+    result = std::max(result, read_to_merge(from, files[i], to));
+    add(base, from, force);
+  }
+  return result;
+}
+
 }  // namespace
 
 exit_code convert(const std::string& file_name, output_format to, bool wide,
@@ -158,21 +182,20 @@ exit_code convert(const std::string& file_name, output_format to, bool wide,
 exit_code merge(const std::vector<std::string>& files, bool force, output_format to,
                 const std::string& output) {
   channel_list base;
-  exit_code result = exit_fine;
-  for (const std::string& name : files) {
-    input_file file(name);
-    const int dialect = dialect_of(kind_of(file));
-    if (to == output_format::same) to = own_format(dialect);
-    channel_list from;
-    if (const int errors = from.read(file, dialect, types_for(to)); errors != 0) {
-      complain_of_errors(file.name(), errors, "what could be read is merged");
-      result = exit_bad_document;
-    }
-    if (&name == &files.front()) {
-      base.channels.swap(from.channels);
-    } else {
-      add(base, from, force);
-    }
-  }
-  return std::max(result, write_channels(files.front(), base, to, output));
+  const exit_code first = read_to_merge(base, files.front(), to);
+  const exit_code others = add_all_but_first(base, files, force, to);
+  return std::max({first, others, write_channels(files.front(), base, to, output)});
+}
+
+exit_code merge_dry_run(const std::vector<std::string>& files, bool force) {
+  channel_list base;
+  output_format to = output_format::same;
+  const exit_code first = read_to_merge(base, files.front(), to);
+  std::vector<row> before = rows_of(base);
+  std::deque<std::string> texts;
+  detach(before, texts);
+  const exit_code others = add_all_but_first(base, files, force, to);
+  std::vector<row> after = rows_of(base);
+  print_differences(files.front(), "merged", differences(before, after, "channel"));
+  return std::max(first, others);
 }

@@ -18,4 +18,7 @@ exit_code convert(const std::string& file, output_format to, bool wide, const st
 exit_code merge(const std::vector<std::string>& files, bool force, output_format to,
                 const std::string& output);
 
+/// `zrt4xml merge --dry-run`: prints the differences that merging would make to the first file.
+exit_code merge_dry_run(const std::vector<std::string>& files, bool force);
+
 #endif

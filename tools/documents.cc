@@ -3,6 +3,7 @@
 #include <string>
 
 #include "input_file.hh"
+#include "progress.hh"
 #include "quiet_output.hh"
 
 event_list::~event_list() {
@@ -18,10 +19,12 @@ event_list::~event_list() {
 }
 
 int event_list::read(input_file& file) {
+  const progress shown(file.name());
   return zrt4_parse_ev_list_readf(file.path(), &entries);
 }
 
 int channel_list::read(input_file& file, int dialect, types wanted) {
+  const progress shown(file.name());
   const bool shift = wanted == types::masks;
   if (dialect != MORV_FORMAT || !shift) {
     return parse_descr_list_readf(file.path(), &channels, shift, false);
@@ -35,14 +38,17 @@ int channel_list::read(input_file& file, int dialect, types wanted) {
 
 template <>
 int dictionary<zrt4_env_index_dictionary_entry>::read(input_file& file) {
+  const progress shown(file.name());
   return parse_env_index_dict_readf(file.path(), &entries);
 }
 
 template <>
 int dictionary<zrt4_env_index_dictionary_entry_2010>::read(input_file& file) {
+  const progress shown(file.name());
   return parse_env_index_dict_readf_2010(file.path(), &entries);
 }
 
 int camera_features::read(input_file& file) {
+  const progress shown(file.name());
   return zrt4_fill_gige_descr(file.path(), &features) ? 1 : 0;
 }

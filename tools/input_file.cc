@@ -7,6 +7,9 @@
 #include <cerrno>
 #include <utility>
 
+#include "bad_document.hh"
+#include "progress.hh"
+
 namespace {
 
 int open_to_read(const std::string& path) {
@@ -23,16 +26,17 @@ bool is_regular(int fd) {
 }  // namespace
 
 input_file::input_file(const std::string& name) : shown(name), readable(name) {
-  if (name == "-") {
-    shown = "standard input";
-    copy_from(descriptor(dup(STDIN_FILENO)));
-    return;
+  if (name == "-") shown = "standard input";
+  try {
+    descriptor opened(name == "-" ? dup(STDIN_FILENO) : open_to_read(name));
+    if (name == "-" || !is_regular(opened.get())) copy_from(std::move(opened));
+  } catch (const std::runtime_error& reason) {
+    throw file_error(shown, reason.what());
   }
-  descriptor opened(open_to_read(name));
-  if (!is_regular(opened.get())) copy_from(std::move(opened));
 }
 
 void input_file::copy_from(descriptor source) {
+  const progress waiting(shown);
   copy.emplace(memory_file());
   copy->write_all(source.read_all());
   readable = copy->path();

@@ -10,14 +10,14 @@
 /// input as "-", a pipe, a device) is first copied into memory.
 class input_file {
  public:
-  /// Throws `std::runtime_error` with the reason when the file cannot be read.
+  /// Throws `file_error` when the file cannot be read.
   explicit input_file(const std::string& name);
 
   /// The name to show to a person.
   const std::string& name() const { return shown; }
   /// The path to read, writable because the library's readers declare it so.
   char* path() { return readable.data(); }
-  /// Everything that stands in it. Throws as the constructor.
+  /// Everything that stands in it. Throws `std::runtime_error` with the reason.
   std::string content() const;
 
  private:

@@ -4,18 +4,24 @@
 
 #include <cerrno>
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <exception>
 #include <string>
+#include <vector>
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include "bad_document.hh"
+#include "check.hh"
 #include "command_line.hh"
 #include "convert.hh"
+#include "diff.hh"
+#include "document_kind.hh"
 #include "find.hh"
 #include "message.hh"
 #include "show.hh"
+#include "stat.hh"
 
 namespace {
 
@@ -38,7 +44,36 @@ struct xml_library {
 exit_code flushed(exit_code result) {
   errno = 0;
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return result;
-  complain("standard output", errno != 0 ? std::strerror(errno) : "write error");
+  insist("standard output", errno != 0 ? std::strerror(errno) : "write error");
+  return exit_no_use;
+}
+
+exit_code execute(const std::string& subcommand, const arguments& given) {
+  if (subcommand == "show") {
+    return (given.as_json ? show_json : show)(given.files, given.kind);
+  }
+  if (subcommand == "find") {
+    return find(given.files, given.name, event_type_of(given.event), given.wanted());
+  }
+  if (subcommand == "check") return check(given.files, given.wanted());
+  if (subcommand == "diff") return diff(given.file, given.other, given.wanted());
+  if (subcommand == "stat") return stat(given.files, given.wanted());
+  if (subcommand == "convert") return convert(given.file, given.to, given.wide, given.output);
+  if (given.dry_run) return merge_dry_run(given.files, given.force);
+  return merge(given.files, given.force, given.to, given.output);
+}
+
+exit_code executed(const std::string& subcommand, const arguments& given) {
+  try {
+    return execute(subcommand, given);
+  } catch (const bad_document& reason) {
+    complain(reason.file + reason.place, reason.what());
+    return exit_bad_document;
+  } catch (const file_error& reason) {
+    insist(reason.file, reason.what());
+  } catch (const std::runtime_error& reason) {
+    insist(given.files.empty() ? given.file : given.files.front(), reason.what());
+  }
   return exit_no_use;
 }
 
@@ -51,25 +86,12 @@ int run(int argc, char** argv) {
     return line.app.exit(error) == 0 ? flushed(exit_fine) : exit_no_use;
   }
 
+  if (given.quiet) be_quiet();
+  // A reader that went away is no error, however this process was started.
+  std::signal(SIGPIPE, SIG_DFL);
   choose_code_page();
   const xml_library in_use;
-  const std::string& first = given.files.empty() ? given.file : given.files.front();
-  try {
-    if (line.show->parsed()) return flushed(show(given.files, given.kind));
-    if (line.find->parsed()) {
-      return flushed(find(given.files, given.name, event_type_of(given.event)));
-    }
-    if (line.convert->parsed()) {
-      return flushed(convert(given.file, given.to, given.wide, given.output));
-    }
-    return flushed(merge(given.files, given.force, given.to, given.output));
-  } catch (const bad_document& reason) {
-    complain(first + reason.place, reason.what());
-    return exit_bad_document;
-  } catch (const std::runtime_error& reason) {
-    complain(first, reason.what());
-    return exit_no_use;
-  }
+  return flushed(executed(line.app.get_subcommands().front()->get_name(), given));
 }
 
 }  // namespace
@@ -78,9 +100,9 @@ int main(int argc, char** argv) {
   try {
     return run(argc, argv);
   } catch (const std::exception& exception) {
-    complain("error", exception.what());
+    insist("error", exception.what());
   } catch (...) {
-    complain("error", "out of memory");
+    insist("error", "out of memory");
   }
   return exit_no_use;
 }

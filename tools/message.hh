@@ -1,19 +1,20 @@
 #ifndef MESSAGE_HH
 #define MESSAGE_HH
 
-#include <cstdio>
+// Lines on standard error: "zrt4xml: FILE: text".
+
 #include <string>
 
-/// One line on standard error: "zrt4xml: FILE: text".
-inline void complain(const std::string& file, const std::string& text) {
-  std::fflush(stdout);
-  std::fprintf(stderr, "zrt4xml: %s: %s\n", file.c_str(), text.c_str());
-}
+/// About a document.
+void complain(const std::string& file, const std::string& text);
+
+/// About what makes the exit code 2. Told even when the tool was asked to be quiet.
+void insist(const std::string& file, const std::string& text);
 
 /// Tells that `errors` were met while reading `file`, and what becomes of the rest.
-inline void complain_of_errors(const std::string& file, int errors, const std::string& rest) {
-  complain(file, "not read cleanly (" + std::to_string(errors) +
-                     (errors == 1 ? " error" : " errors") + "); " + rest);
-}
+void complain_of_errors(const std::string& file, int errors, const std::string& rest);
+
+/// From now on nothing but `insist` writes to standard error, the library's messages included.
+void be_quiet();
 
 #endif

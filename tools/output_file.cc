@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "bad_document.hh"
 #include "descriptor.hh"
 
 namespace {
@@ -66,7 +67,6 @@ void write_output(const std::string& name, const std::string& content) {
       replace(place.string(), content);
     }
   } catch (const std::runtime_error& reason) {
-    throw std::runtime_error((to_standard_output ? "standard output" : name) + ": " +
-                             reason.what());
+    throw file_error(to_standard_output ? "standard output" : name, reason.what());
   }
 }

@@ -5,7 +5,7 @@
 
 /// Writes `content` to the file `name`, or to standard output when it is empty or "-". A file is
 /// written beside its place and then renamed, so that a failure leaves the old one whole. Throws
-/// `std::runtime_error` with file and reason.
+/// `file_error`.
 void write_output(const std::string& name, const std::string& content);
 
 #endif

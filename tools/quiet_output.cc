@@ -5,16 +5,15 @@
 
 #include <cstdio>
 
-quiet_output::quiet_output() {
+quiet_output::quiet_output(int fd) : stream(fd), original(dup(fd)) {
   std::fflush(stdout);
-  original = dup(STDOUT_FILENO);
   const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-  dup2(nowhere, STDOUT_FILENO);
+  dup2(nowhere, stream);
   close(nowhere);
 }
 
 quiet_output::~quiet_output() {
   std::fflush(stdout);
-  dup2(original, STDOUT_FILENO);
+  dup2(original, stream);
   close(original);
 }

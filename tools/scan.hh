@@ -5,6 +5,16 @@
 // library must be in use.
 
 #include <string>
+#include <xercesc/parsers/SAXParser.hpp>
+#include <xercesc/sax/HandlerBase.hpp>
+
+/// Runs the document past `handler`; only what stands before the root's start tag when not `whole`.
+/// Returns what the XML library threw, or nothing.
+std::string scan_document(const char* path, xercesc::HandlerBase& handler,
+                          xercesc::SAXParser::ValSchemes validation, bool whole);
+
+/// A text of the XML library in the local code page.
+std::string to_local(const XMLCh* text);
 
 /// An XML error.
 struct damage {

@@ -1,30 +1,47 @@
 #include "show.hh"
 
-#include <algorithm>
 #include <cstdio>
+#include <nlohmann/json.hpp>
 
-#include "bad_document.hh"
 #include "document_kind.hh"
-#include "input_file.hh"
-#include "message.hh"
+#include "each_file.hh"
+#include "json.hh"
+
+namespace {
+
+exit_code told(const input_file& file, int errors) {
+  if (errors == 0) return exit_fine;
+  complain_of_errors(file.name(), errors, "what could be read is shown");
+  return exit_bad_document;
+}
+
+}  // namespace
 
 exit_code show(const std::vector<std::string>& files, const std::string& kind) {
-  exit_code worst = exit_fine;
-  for (const std::string& name : files) {
-    try {
-      input_file file(name);
-      if (files.size() > 1) std::printf("==> %s <==\n", file.name().c_str());
-      const int errors = kind_of(file, kind).show(file);
-      if (errors == 0) continue;
-      complain_of_errors(file.name(), errors, "what could be read is shown");
-      worst = std::max(worst, exit_bad_document);
-    } catch (const bad_document& reason) {
-      complain(name + reason.place, reason.what());
-      worst = std::max(worst, exit_bad_document);
-    } catch (const std::runtime_error& reason) {
-      complain(name, reason.what());
-      worst = exit_no_use;
-    }
-  }
-  return worst;
+  return for_each_file(
+      files,
+      [&](input_file& file) {
+        if (files.size() > 1) std::printf("==> %s <==\n", file.name().c_str());
+        return told(file, kind_of(file, kind).show(file));
+      },
+      [](const unusable_file&) {});
+}
+
+exit_code show_json(const std::vector<std::string>& files, const std::string& kind) {
+  json result = json_head("show");
+  json& documents = result["documents"] = json::array();
+  const exit_code code = for_each_file(
+      files,
+      [&](input_file& file) {
+        const document_kind& found = kind_of(file, kind);
+        const loaded_document document = found.load(file);
+        json shown = json_of_file(file.name(), found.name);
+        shown["errors"] = document.errors;
+        shown["records"] = to_json(document.rows);
+        documents.push_back(std::move(shown));
+        return told(file, document.errors);
+      },
+      [&](const unusable_file& file) { documents.push_back(json_of_unusable(file)); });
+  print_json(result);
+  return code;
 }

@@ -1,0 +1,286 @@
+// `check`.
+
+#include "tool_support.hh"
+
+using test::one_event;
+using test::prints_valid_json;
+using test::run;
+using test::run_on_terminal;
+using test::run_result;
+
+namespace {
+
+/// What "check" prints about the document, with "F" for the file's name.
+run_result checked(const std::string& document, const std::string& before = "") {
+  const test::temporary_file file(document);
+  run_result result = run("check " + file.path(), before);
+  for (std::size_t at = 0; (at = result.out.find(file.path(), at)) != result.out.npos;) {
+    result.out.replace(at, file.path().size(), "F");
+  }
+  return result;
+}
+
+std::string channels(const std::string& all) {
+  return "<CHANDESCRIPTIONS>\n" + all + "\n</CHANDESCRIPTIONS>";
+}
+
+/// A channel "A" of name "N" with more elements on a line of their own.
+std::string channel_with(const std::string& more) {
+  return channels("<CHANNEL><PROP>A</PROP><NAME>N</NAME>\n" + more + "</CHANNEL>");
+}
+
+std::string variable_with(const std::string& kind, const std::string& more) {
+  return "<DAQvariables><" + kind + "><vindo>A</vindo><daqName>N</daqName>\n" + more + "</" + kind +
+         "></DAQvariables>";
+}
+
+const std::string one_channel = "F: channel descriptions, element dialect, 1 channel, 0 errors\n";
+const std::string one_variable = "F: channel descriptions, variable dialect, 1 channel, 0 errors\n";
+
+}  // namespace
+
+TEST(ToolCheck, ExamplesAreFine) {
+  const run_result result =
+      run("check " ZRT4_SOURCE_DIR "/examples/c*/*.xml " ZRT4_SOURCE_DIR
+          "/examples/event_lists/*.xml " ZRT4_SOURCE_DIR
+          "/examples/dictionaries/small.xml " ZRT4_SOURCE_DIR "/examples/dictionaries/linac.xml");
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.err, "");
+  EXPECT_THAT(result.out, testing::HasSubstr("/cameras/minimal.xml: camera features, 4 features, "
+                                             "0 errors\n"));
+  EXPECT_THAT(result.out, testing::HasSubstr("/dictionaries/small.xml: environment index "
+                                             "dictionary, 3 entries, 0 errors\n"));
+  EXPECT_THAT(result.out, testing::HasSubstr("/event_lists/orbit_feedback.xml: event list, 2 "
+                                             "events, 0 errors\n"));
+  EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 10);
+}
+
+TEST(ToolCheck, WhatTheToolWritesIsFine) {
+  const std::string original = ZRT4_SOURCE_DIR "/examples/channels/linac.xml";
+  for (const char* const form : {"xml", "variables"}) {
+    const test::temporary_file written("");
+    EXPECT_EQ(run("convert " + original + " --to " + form + " -o " + written.path()).code, 0);
+    EXPECT_EQ(run("check " + written.path()).code, 0) << form;
+  }
+}
+
+TEST(ToolCheck, DuplicateProperties) {
+  const run_result result =
+      checked(channels("<CHANNEL><PROP>A</PROP><NAME>1</NAME></CHANNEL>\n"
+                       "<CHANNEL><PROP>B</PROP><NAME>2</NAME></CHANNEL>\n"
+                       "<CHANNEL><PROP>A</PROP><NAME>3</NAME></CHANNEL>"));
+  EXPECT_EQ(result.code, 1);
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(result.out,
+            "F: channel descriptions, element dialect, 3 channels, 0 errors\n"
+            "F:2:16: property 'A' stands here 2 times\n");
+}
+
+TEST(ToolCheck, DuplicatesThatTheReaderMerges) {
+  const std::string variable = "<DaqFloat><vindo>A</vindo><daqName>N</daqName></DaqFloat>";
+  EXPECT_EQ(checked("<DAQvariables>" + variable + variable + "</DAQvariables>").out,
+            one_variable + "F:1:32: property 'A' stands here 2 times\n");
+}
+
+TEST(ToolCheck, DuplicatesInDictionariesAndCameras) {
+  const std::string entry = "<CHANNEL><INDEX>1</INDEX><PROP>P</PROP></CHANNEL>";
+  EXPECT_EQ(checked("<ENVINDEXDICT>" + entry + entry + "</ENVINDEXDICT>").out,
+            "F: environment index dictionary, 2 entries, 0 errors\n"
+            "F:1:46: property 'P' stands here 2 times\n");
+  EXPECT_EQ(checked("<C><Integer Name='W'/><Float Name='W'/><Float Name='G'/></C>").out,
+            "F: camera features, 3 features, 0 errors\n"
+            "F: feature 'W' stands here 2 times\n");
+}
+
+TEST(ToolCheck, ChannelWithoutName) {
+  EXPECT_EQ(checked(channels("<CHANNEL><PROP>A</PROP></CHANNEL>")).out,
+            one_channel + "F:2:16: channel 'A' has no name\n");
+  EXPECT_EQ(checked("<DAQvariables><DaqFloat><vindo>A</vindo></DaqFloat></DAQvariables>").out,
+            one_variable + "F:1:32: channel 'A' has no name\n");
+}
+
+TEST(ToolCheck, TextsCutAtTheRecordsLimit) {
+  const struct {
+    const char* element;
+    std::size_t limit;
+  } texts[] = {{"NAME", 255},     {"SB_NAME", 255},  {"DESC", 255},     {"SUBSYSTEM", 63},
+               {"UNITS", 15},     {"BIT_NAME", 63},  {"BIT_DESCR", 79}, {"DIM_NAME", 63},
+               {"DIM_DESCR", 79}, {"DIM_UNITS", 15}, {"STAT_NAME", 63}, {"STAT_DESCR", 79},
+               {"STAT_UNITS", 15}};
+  for (const auto& [element, limit] : texts) {
+    const std::string name = element;
+    const std::string kept(limit, 'x');
+    const auto holding = [&](const std::string& text) {
+      return channel_with("<" + name + ">" + text + "</" + name + ">");
+    };
+    EXPECT_EQ(checked(holding(kept)).out, one_channel) << name;
+    EXPECT_EQ(checked(holding(kept + "x")).out,
+              one_channel + "F:3:" + std::to_string(name.size() + 3) + ": " + name + " has " +
+                  std::to_string(limit + 1) + " bytes; the record keeps " + std::to_string(limit) +
+                  ": '" + kept + "'\n");
+  }
+}
+
+TEST(ToolCheck, TextsCutInTheVariableDialect) {
+  const std::string text(80, 'x');
+  EXPECT_EQ(checked(variable_with("DaqFloatMatrix", "<description>" + text + "</description>")).out,
+            one_variable);
+  EXPECT_EQ(checked(variable_with("DaqFloatMatrix", "<dimension id='0'><description>" + text +
+                                                        "</description></dimension>"))
+                .out,
+            one_variable + "F:2:32: description has 80 bytes; the record keeps 79: '" +
+                text.substr(1) + "'\n");
+  EXPECT_THAT(checked(variable_with("DaqBits", "<bitTitle bit='1'>" + text + "</bitTitle>")).out,
+              testing::HasSubstr("bitTitle has 80 bytes; the record keeps 63"));
+}
+
+TEST(ToolCheck, TextsCutInEventListsAndDictionaries) {
+  const std::string block(254, 'b');
+  const auto list = [](const std::string& name) {
+    return "<BMR><EVENT><TYPE>1</TYPE><SBLOCK>" + name + "</SBLOCK></EVENT></BMR>";
+  };
+  EXPECT_EQ(checked(list(block)).code, 0);
+  EXPECT_THAT(checked(list(block + "b")).out,
+              testing::HasSubstr("F:1:35: SBLOCK has 255 bytes; the record keeps 254: 'bbb"));
+  const run_result long_names =
+      run("check " ZRT4_SOURCE_DIR "/examples/dictionaries/long_names.xml");
+  EXPECT_EQ(long_names.code, 1);
+  EXPECT_THAT(long_names.out,
+              testing::HasSubstr("long_names.xml:7:11: PROP has 89 bytes; the record keeps 79: "
+                                 "'EXPERIMENT.HALL"));
+}
+
+TEST(ToolCheck, TextIsMeasuredInBytesOfTheCodePage) {
+  const std::string micros = "\xc2\xb5\xc2\xb5\xc2\xb5\xc2\xb5\xc2\xb5\xc2\xb5\xc2\xb5";
+  EXPECT_EQ(checked(channel_with("<UNITS>" + micros + "</UNITS>")).code, 0);
+  EXPECT_EQ(checked(channel_with("<UNITS>" + micros + "\xc2\xb5</UNITS>")).code, 1);
+}
+
+TEST(ToolCheck, TypesWithoutAName) {
+  EXPECT_EQ(checked(channel_with("<EVTYPE>28</EVTYPE><DTYPE>59</DTYPE>")).out,
+            one_channel +
+                "F:3:9: event type 28 has no name\n"
+                "F:3:27: data type 59 has no name\n");
+  EXPECT_EQ(checked(channel_with("<EVTYPE>27</EVTYPE><DTYPE>60</DTYPE>")).out, one_channel);
+  EXPECT_EQ(checked(variable_with("DaqFloat", "<evType>33</evType>")).out,
+            one_variable + "F:2:9: event type 33 has no name\n");
+  EXPECT_EQ(checked("<BMR><EVENT><TYPE>40</TYPE></EVENT></BMR>").out,
+            "F: event list, 0 events, 0 errors\nF:1:19: event type 40 has no name\n");
+}
+
+TEST(ToolCheck, ElementsThatNoReaderKnows) {
+  EXPECT_EQ(checked(channel_with("<FOO/>\n<Prop/><FOO>1</FOO>")).out,
+            one_channel +
+                "F:3:7: no reader knows the element 'FOO' (2 times)\n"
+                "F:4:8: no reader knows the element 'Prop' (1 time)\n");
+  EXPECT_EQ(checked("<C><Group><Integer Name='W'/></Group></C>").code, 0);
+}
+
+TEST(ToolCheck, InterruptedTexts) {
+  for (const char* const text : {"x&amp;y", "x&#937;", "x<!-- c -->y", "x<![CDATA[y]]>"}) {
+    EXPECT_EQ(checked(channel_with("<DESC>" + std::string(text) + "</DESC>")).out,
+              one_channel +
+                  "F:3:7: DESC is interrupted by a reference or a comment: only one piece of its "
+                  "text counts\n")
+        << text;
+  }
+  EXPECT_EQ(checked(channel_with("<DESC>&amp;y</DESC><DIM>0<!-- c --> </DIM>")).out, one_channel);
+}
+
+TEST(ToolCheck, CharactersThatTheLocaleLacks) {
+  char folder[] = "/tmp/zrt4_locale_XXXXXX";
+  ASSERT_NE(mkdtemp(folder), nullptr);
+  const std::string place = folder;
+  ASSERT_EQ(
+      std::system(("localedef -i en_US -f ISO-8859-1 " + place + "/latin1 2>/dev/null").c_str()),
+      0);
+  const test::temporary_file file(channel_with("<UNITS>&#181;m</UNITS>\n<DESC>&#937;</DESC>"));
+  const std::string lost = ":4:7: DESC holds U+03A9, which the code page of this locale lacks\n";
+  const std::string command =
+      "LOCPATH=" + place + " LC_ALL=latin1 " ZRT4_TOOL " check " + file.path();
+  const test::temporary_file out("");
+  EXPECT_NE(std::system((command + " >" + out.path()).c_str()), 0);
+  EXPECT_THAT(out.content(), testing::HasSubstr(file.path() + lost));
+  EXPECT_THAT(out.content(), testing::Not(testing::HasSubstr("UNITS")));
+  EXPECT_EQ(run("check " + file.path()).code, 0);
+  std::filesystem::remove_all(folder);
+}
+
+TEST(ToolCheck, MissingAttributes) {
+  EXPECT_EQ(checked(variable_with("DaqBits", "<bitTitle>on</bitTitle>")).out,
+            "F: channel descriptions, variable dialect, 1 channel, 2 errors\n"
+            "F:2:11: bitTitle without the attribute bit\n");
+  EXPECT_THAT(checked(variable_with("DaqFloatMatrix", "<dimension/>")).out,
+              testing::HasSubstr("F:2:13: dimension without the attribute id\n"));
+}
+
+TEST(ToolCheck, DamageIsNamedWithItsPlace) {
+  const run_result result = checked("<BMR>\n<EVENT><TYPE>1</TYPE></EVENT>\n<X></Y></BMR>");
+  EXPECT_EQ(result.code, 1);
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(result.out,
+            "F: event list, 1 event, 1 error\n"
+            "F:3:4: no reader knows the element 'X' (1 time)\n"
+            "F:3:6: expected end of tag 'X'\n");
+  EXPECT_EQ(checked("<C><Integer Name='W'/>\n<Float></C>").out,
+            "F: camera features, 2 features, 1 error\nF:2:10: expected end of tag 'Float'\n");
+}
+
+TEST(ToolCheck, WhatCannotBeUsedIsToldAndTheRestChecked) {
+  const test::temporary_file good(one_event);
+  const test::temporary_file bad("<html/>");
+  const run_result result = run("check " + bad.path() + " /nonexistent " + good.path());
+  EXPECT_EQ(result.code, 2);
+  EXPECT_EQ(result.out, good.path() + ": event list, 1 event, 0 errors\n");
+  EXPECT_THAT(result.err, testing::StartsWith("zrt4xml: " + bad.path() + ": unknown kind"));
+  EXPECT_THAT(result.err, testing::EndsWith("zrt4xml: /nonexistent: No such file or directory\n"));
+}
+
+TEST(ToolCheck, StandardInputAndQuiet) {
+  const test::temporary_file good(one_event);
+  const test::temporary_file odd("<BMR><X/></BMR>");
+  EXPECT_EQ(run("check - <" + good.path()).out, "standard input: event list, 1 event, 0 errors\n");
+  const run_result quiet = run("check -q " + odd.path());
+  EXPECT_EQ(quiet.code, 1);
+  EXPECT_EQ(quiet.out + quiet.err, "");
+}
+
+TEST(ToolCheck, AsJson) {
+  const test::temporary_file odd("<BMR>\n<X/></BMR>");
+  const run_result result = run("check --json " + odd.path());
+  EXPECT_EQ(result.code, 1);
+  EXPECT_THAT(result.out, testing::HasSubstr(R"json("kind": "events",
+      "errors": 0,
+      "record_count": 0,
+      "findings": [
+        {
+          "finding": "unknown_element",
+          "line": 2,
+          "column": 5,
+          "text": "no reader knows the element 'X' (1 time)"
+        }
+      ])json"));
+  for (const std::string& example : test::examples()) {
+    EXPECT_TRUE(prints_valid_json("check --json " + example));
+  }
+  EXPECT_TRUE(prints_valid_json("check --json /nonexistent " + odd.path()));
+}
+
+TEST(ToolCheck, ColourOnlyOnATerminal) {
+  const test::temporary_file good(one_event);
+  const test::temporary_file odd("<BMR><X/></BMR>");
+  const test::temporary_file bad("<BMR>");
+  EXPECT_EQ(run_on_terminal("check " + good.path()),
+            good.path() + ": \033[32mevent list, 1 event, 0 errors\033[0m\r\n");
+  EXPECT_THAT(run_on_terminal("check " + odd.path()),
+              testing::HasSubstr(": \033[33mevent list, 0 events, 0 errors\033[0m\r\n"));
+  EXPECT_THAT(run_on_terminal("check " + bad.path()),
+              testing::HasSubstr(": \033[31mevent list, 0 events, 1 error\033[0m\r\n"));
+}
+
+TEST(ToolCheck, FullDeviceAndWrongUsage) {
+  const test::temporary_file good(one_event);
+  EXPECT_EQ(run("check " + good.path() + " >/dev/full").code, 2);
+  EXPECT_EQ(run("check").code, 2);
+  EXPECT_EQ(run("check --kind events " + good.path()).code, 2);
+}

@@ -1,0 +1,104 @@
+// `stat`.
+
+#include "tool_support.hh"
+
+using test::one_event;
+using test::prints_valid_json;
+using test::run;
+using test::run_on_terminal;
+using test::run_result;
+
+namespace {
+
+const std::string three_channels =
+    "<CHANDESCRIPTIONS>"
+    "<CHANNEL><EVTYPE>1</EVTYPE><DTYPE>41</DTYPE><SUBSYSTEM>RF</SUBSYSTEM><PROP>A</PROP></CHANNEL>"
+    "<CHANNEL><EVTYPE>1</EVTYPE><DTYPE>41</DTYPE><STREAM>4</STREAM><PROP>B</PROP></CHANNEL>"
+    "<CHANNEL><EVTYPE>20</EVTYPE><SUBSYSTEM>RF</SUBSYSTEM><PROP>C</PROP></CHANNEL>"
+    "</CHANDESCRIPTIONS>";
+
+}  // namespace
+
+TEST(ToolStat, CountsChannels) {
+  const test::temporary_file file(three_channels);
+  const run_result result = run("stat " + file.path());
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(result.out, file.path() +
+                            ": channel descriptions, element dialect, 3 channels\n"
+                            "event type\n"
+                            "  1 NORMAL        2\n"
+                            "  20 LLRF_ML      1\n"
+                            "data type\n"
+                            "  0 UNKNOWN          1\n"
+                            "  41 1CHAN_2010      2\n"
+                            "subsystem\n"
+                            "  (none)      1\n"
+                            "  RF          2\n"
+                            "stream\n"
+                            "  0      2\n"
+                            "  4      1\n");
+}
+
+TEST(ToolStat, CountsWhatTheOtherKindsHave) {
+  EXPECT_EQ(run("stat - <" ZRT4_SOURCE_DIR "/examples/event_lists/orbit_feedback.xml").out,
+            "standard input: event list, 2 events\n"
+            "event type\n"
+            "  1 NORMAL      1\n"
+            "  4 ENV         1\n");
+  EXPECT_EQ(run("stat - <" ZRT4_SOURCE_DIR "/examples/dictionaries/small.xml").out,
+            "standard input: environment index dictionary, 3 entries\n");
+  EXPECT_EQ(run("stat - <" ZRT4_SOURCE_DIR "/examples/cameras/minimal.xml").out,
+            "standard input: camera features, 4 features\n"
+            "type\n"
+            "  1 Integer          1\n"
+            "  2 Float            1\n"
+            "  3 Enumeration      1\n"
+            "  6 Command          1\n");
+}
+
+TEST(ToolStat, BarsOnATerminal) {
+  const test::temporary_file file(three_channels);
+  const std::string shown = run_on_terminal("stat " + file.path(), "NO_COLOR=1");
+  EXPECT_THAT(shown, testing::HasSubstr("  1 NORMAL        2  " + std::string(40, '#') + "\r\n"));
+  EXPECT_THAT(shown, testing::HasSubstr("  20 LLRF_ML      1  " + std::string(20, '#') + "\r\n"));
+  EXPECT_THAT(run_on_terminal("stat " + file.path()),
+              testing::HasSubstr("\033[32m" + std::string(40, '#') + "\033[0m\r\n"));
+}
+
+TEST(ToolStat, AsJson) {
+  const test::temporary_file file(three_channels);
+  const run_result result = run("stat --json " + file.path());
+  EXPECT_EQ(result.code, 0);
+  EXPECT_THAT(result.out, testing::HasSubstr(R"("record_count": 3,
+      "counts": {
+        "event_type": [
+          {
+            "value": 1,
+            "name": "NORMAL",
+            "count": 2
+          },)"));
+  for (const std::string& example : test::examples()) {
+    EXPECT_TRUE(prints_valid_json("stat --json " + example));
+  }
+}
+
+TEST(ToolStat, BrokenDocumentIsCountedAsFarAsItGoes) {
+  const test::temporary_file file("<BMR><EVENT><TYPE>1</TYPE></EVENT>");
+  const run_result result = run("stat " + file.path());
+  EXPECT_EQ(result.code, 1);
+  EXPECT_THAT(result.out, testing::EndsWith("  1 NORMAL      1\n"));
+  EXPECT_THAT(result.err,
+              testing::EndsWith(": not read cleanly (1 error); what could be read is counted\n"));
+  EXPECT_EQ(run("stat -q " + file.path()).err, "");
+}
+
+TEST(ToolStat, FullDeviceClosedPipeAndWrongUsage) {
+  const test::temporary_file file(one_event);
+  EXPECT_EQ(run("stat " + file.path() + " >/dev/full").code, 2);
+  const run_result closed = run("stat " + file.path() + " " + file.path() + " | head -n 1");
+  EXPECT_EQ(closed.out, file.path() + ": event list, 1 event\n");
+  EXPECT_EQ(closed.err, "");
+  EXPECT_EQ(run("stat").code, 2);
+  EXPECT_EQ(run("stat /nonexistent").code, 2);
+}

@@ -1,0 +1,84 @@
+#include "check.hh"
+
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+#include "each_file.hh"
+#include "findings.hh"
+#include "json.hh"
+#include "progress.hh"
+#include "quiet_output.hh"
+#include "terminal.hh"
+
+namespace {
+
+struct checked {
+  const document_kind& kind;
+  std::size_t records;
+  int errors;
+  std::vector<finding> found;
+
+  bool is_fine() const { return errors == 0 && found.empty(); }
+};
+
+// What the readers say on their way is said again below, with file, line and column.
+checked read_and_look(input_file& file) {
+  const document_kind& kind = kind_of(file);
+  const progress shown(file.name());
+  const quiet_output remarks;
+  const quiet_output errors(STDERR_FILENO);
+  const loaded_document document = kind.load(file);
+  return {kind, document.rows.size(), document.errors, findings_of(file, kind, document)};
+}
+
+void print(const std::string& file, const checked& result) {
+  const std::string line =
+      std::string(result.kind.description) + ", " + records_of(result.kind, result.records) + ", " +
+      std::to_string(result.errors) + (result.errors == 1 ? " error" : " errors");
+  const colour hue = result.is_fine()     ? colour::green
+                     : result.errors == 0 ? colour::yellow
+                                          : colour::red;
+  std::printf("%s: %s\n", file.c_str(), coloured(hue, line).c_str());
+  for (const finding& each : result.found) {
+    std::string place;
+    if (each.line != 0) {
+      place = ":" + std::to_string(each.line) + ":" + std::to_string(each.column);
+    }
+    std::printf("%s%s: %s\n", file.c_str(), place.c_str(), each.text.c_str());
+  }
+}
+
+json to_json(const std::string& file, const checked& result) {
+  json shown = json_of_file(file, result.kind.name);
+  shown["errors"] = result.errors;
+  shown["record_count"] = result.records;
+  json& list = shown["findings"] = json::array();
+  for (const finding& each : result.found) {
+    json place = {{"finding", each.what}, {"line", nullptr}, {"column", nullptr}};
+    if (each.line != 0) {
+      place["line"] = each.line;
+      place["column"] = each.column;
+    }
+    place["text"] = to_utf8(each.text);
+    list.push_back(std::move(place));
+  }
+  return shown;
+}
+
+}  // namespace
+
+exit_code check(const std::vector<std::string>& files, look wanted) {
+  json result = json_head("check");
+  json& documents = result["documents"] = json::array();
+  const exit_code code = for_each_file(
+      files,
+      [&](input_file& file) {
+        const checked one = read_and_look(file);
+        if (wanted == look::text) print(file.name(), one);
+        if (wanted == look::json) documents.push_back(to_json(file.name(), one));
+        return one.is_fine() ? exit_fine : exit_bad_document;
+      },
+      [&](const unusable_file& file) { documents.push_back(json_of_unusable(file)); });
+  if (wanted == look::json) print_json(result);
+  return code;
+}

@@ -1,0 +1,14 @@
+#ifndef CHECK_HH
+#define CHECK_HH
+
+#include <string>
+#include <vector>
+
+#include "exit_code.hh"
+#include "look.hh"
+
+/// `zrt4xml check`: reads each document and tells in one line what it is, then what a person wants
+/// to know about it; exit code 1 when there is anything.
+exit_code check(const std::vector<std::string>& files, look wanted);
+
+#endif

@@ -1,0 +1,123 @@
+#include "diff.hh"
+
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+#include "bad_document.hh"
+#include "document_kind.hh"
+#include "input_file.hh"
+#include "json.hh"
+#include "message.hh"
+#include "terminal.hh"
+
+namespace {
+
+std::string shown(const row::field& field) {
+  struct {
+    std::string operator()(std::int64_t number) const { return std::to_string(number); }
+    std::string operator()(threshold value) const { return text_of(value); }
+    std::string operator()(std::string_view text) const { return '"' + printable(text) + '"'; }
+  } to_text;
+  std::string result = std::visit(to_text, field.value);
+  if (!field.says.empty()) result.append(" ").append(field.says);
+  return result;
+}
+
+std::string headline(const difference& each) {
+  std::string line(each.one_name);
+  const row::field& key = each.record->key();
+  if (const auto* name = std::get_if<std::string_view>(&key.value)) {
+    return line + " " + printable(*name);
+  }
+  return line + " " + shown(key);
+}
+
+void print(const difference& each, const std::string& indent) {
+  static constexpr struct {
+    const char* sign;
+    colour hue;
+  } looks[] = {{"+ ", colour::green}, {"- ", colour::red}, {"~ ", colour::yellow}};
+  const auto& look = looks[static_cast<std::size_t>(each.what)];
+  std::printf("%s%s\n", indent.c_str(), coloured(look.hue, look.sign + headline(each)).c_str());
+  for (const difference::field& field : each.fields) {
+    std::printf("%s    %s: %s -> %s\n", indent.c_str(), std::string(field.before->name).c_str(),
+                shown(*field.before).c_str(), shown(*field.after).c_str());
+  }
+  for (const difference& inner : each.inside) print(inner, indent + "    ");
+}
+
+json to_json(const std::vector<difference>& found);
+
+json to_json(const difference& each) {
+  static constexpr const char* names[] = {"added", "removed", "changed"};
+  json result{{"change", names[static_cast<std::size_t>(each.what)]},
+              {"type", each.one_name},
+              {"key", to_json(each.record->key().value)}};
+  if (each.what != difference::kind::changed) {
+    result["record"] = to_json(*each.record);
+    return result;
+  }
+  json& fields = result["fields"] = json::array();
+  for (const difference::field& field : each.fields) {
+    fields.push_back({{"name", field.before->name},
+                      {"before", to_json(field.before->value)},
+                      {"after", to_json(field.after->value)}});
+  }
+  result["inside"] = to_json(each.inside);
+  return result;
+}
+
+json to_json(const std::vector<difference>& found) {
+  json array = json::array();
+  for (const difference& each : found) array.push_back(to_json(each));
+  return array;
+}
+
+struct side {
+  std::string name;
+  const document_kind* kind = nullptr;
+  loaded_document document;
+};
+
+side load(const std::string& file_name) {
+  input_file file(file_name);
+  const document_kind& kind = kind_of(file);
+  side result{file.name(), &kind, kind.load(file)};
+  if (const int errors = result.document.errors; errors != 0) {
+    complain_of_errors(file.name(), errors, "what could be read is compared");
+  }
+  return result;
+}
+
+}  // namespace
+
+exit_code diff(const std::string& before, const std::string& after, look wanted) {
+  side old_one = load(before);
+  side new_one = load(after);
+  const std::string_view type = old_one.kind->record_name;
+  if (type != new_one.kind->record_name) {
+    throw wrong_usage("cannot be compared: one is " + std::string(old_one.kind->description) +
+                      ", the other " + std::string(new_one.kind->description));
+  }
+  const auto found = differences(old_one.document.rows, new_one.document.rows, type);
+  if (wanted == look::text) print_differences(old_one.name, new_one.name, found);
+  if (wanted == look::json) {
+    json result = json_head("diff");
+    result["before"] = to_utf8(old_one.name);
+    result["after"] = to_utf8(new_one.name);
+    result["equal"] = found.empty();
+    result["differences"] = to_json(found);
+    print_json(result);
+  }
+  const bool all_well =
+      found.empty() && old_one.document.errors == 0 && new_one.document.errors == 0;
+  return all_well ? exit_fine : exit_bad_document;
+}
+
+void print_differences(const std::string& before, const std::string& after,
+                       const std::vector<difference>& found) {
+  if (found.empty()) return;
+  std::printf("%s\n%s\n", coloured(colour::bold, "--- " + before).c_str(),
+              coloured(colour::bold, "+++ " + after).c_str());
+  for (const difference& each : found) print(each, "");
+}

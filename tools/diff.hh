@@ -1,0 +1,19 @@
+#ifndef DIFF_HH
+#define DIFF_HH
+
+#include <string>
+#include <vector>
+
+#include "difference.hh"
+#include "exit_code.hh"
+#include "look.hh"
+
+/// `zrt4xml diff`: what two documents of one kind have not in common, record by record; exit code 1
+/// when there is anything.
+exit_code diff(const std::string& before, const std::string& after, look wanted);
+
+/// The differences for a person, under the names of both sides; nothing when there are none.
+void print_differences(const std::string& before, const std::string& after,
+                       const std::vector<difference>& found);
+
+#endif

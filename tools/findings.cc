@@ -1,0 +1,246 @@
+#include "findings.hh"
+
+#include <algorithm>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cwchar>
+#include <map>
+#include <tuple>
+#include <unordered_map>
+#include <xercesc/sax/AttributeList.hpp>
+#include <xercesc/sax/Locator.hpp>
+#include <xercesc/sax/SAXParseException.hpp>
+
+#include "event_util.hh"
+#include "input_file.hh"
+#include "scan.hh"
+#include "terminal.hh"
+
+namespace {
+
+/// Where something was first met, and how often it was.
+struct met {
+  std::uint64_t line = 0;
+  std::uint64_t column = 0;
+  int times = 0;
+};
+
+std::string times(int count) {
+  return std::to_string(count) + (count == 1 ? " time" : " times");
+}
+
+std::string quoted(std::string_view text) {
+  return "'" + printable(text) + "'";
+}
+
+bool is_blank(std::string_view text) {
+  return text.find_first_not_of(" \t\n") == text.npos;
+}
+
+bool names_an_event_type(int number) {
+  const int type = get_event_struct_type(number);
+  return type != ZRT4_EV_STRUCT_UNKNOWN && type != ZRT4_EV_STRUCT_UNDEF;
+}
+
+bool names_a_data_type(int number) {
+  return std::string_view(block_name_itoa(number)) != "UNKNOWN";
+}
+
+/// One pass over the elements of a document.
+class element_pass : public xercesc::HandlerBase {
+ public:
+  explicit element_pass(const known_elements& all) : known(all) {}
+
+  void setDocumentLocator(const xercesc::Locator* const given) override { locator = given; }
+  void startElement(const XMLCh* const name, xercesc::AttributeList& attributes) override;
+  void endElement(const XMLCh* const name) override;
+  void characters(const XMLCh* const chars, const XMLSize_t length) override;
+  void warning(const xercesc::SAXParseException& exception) override { error(exception); }
+  void error(const xercesc::SAXParseException& exception) override;
+  void fatalError(const xercesc::SAXParseException& exception) override { error(exception); }
+
+  /// What becomes clear only at the end.
+  void finish();
+
+  std::vector<finding> found;
+  std::unordered_map<std::string, met> properties;
+
+ private:
+  struct element {
+    std::string name;
+    const known_element* meaning;
+    std::uint64_t line, column;
+  };
+
+  const known_element* meaning_of(const std::string& name) const;
+  void meet(met& thing) const;
+  void add(std::string_view what, std::string text) {
+    found.push_back({what, std::move(text), open.back().line, open.back().column});
+  }
+  void look_at_characters(const XMLCh* chars, XMLSize_t length);
+  void end_text();
+  void look_at_text(const known_element& meaning);
+
+  const known_elements& known;
+  const xercesc::Locator* locator = nullptr;
+  std::vector<element> open;
+  std::vector<std::string> pieces;  // of the text at hand
+  std::map<std::string, met> unknown;
+};
+
+const known_element* element_pass::meaning_of(const std::string& name) const {
+  for (const known_element& each : known) {
+    if (each.name != name) continue;
+    if (each.parent.empty() || (!open.empty() && open.back().name == each.parent)) return &each;
+  }
+  return nullptr;
+}
+
+void element_pass::meet(met& thing) const {
+  if (thing.times++ != 0) return;
+  thing.line = open.back().line;
+  thing.column = open.back().column;
+}
+
+void element_pass::startElement(const XMLCh* const name, xercesc::AttributeList& attributes) {
+  end_text();
+  std::string local_name = to_local(name);
+  const known_element* meaning = meaning_of(local_name);
+  open.push_back(
+      {std::move(local_name), meaning, locator->getLineNumber(), locator->getColumnNumber()});
+  const element& here = open.back();
+  if (meaning == nullptr && !known.empty()) meet(unknown[here.name]);
+  if (meaning != nullptr && meaning->attribute != nullptr &&
+      attributes.getValue(meaning->attribute) == nullptr) {
+    add("missing_attribute", here.name + " without the attribute " + meaning->attribute);
+  }
+}
+
+void element_pass::endElement(const XMLCh* const /*name*/) {
+  end_text();
+  open.pop_back();
+}
+
+void element_pass::characters(const XMLCh* const chars, const XMLSize_t length) {
+  pieces.push_back(to_local(std::basic_string<XMLCh>(chars, length).c_str()));
+  look_at_characters(chars, length);
+}
+
+// The first character that the local code page lacks.
+void element_pass::look_at_characters(const XMLCh* chars, XMLSize_t length) {
+  for (XMLSize_t i = 0; i < length; ++i) {
+    std::uint32_t code = chars[i];
+    if (code < 0x80) continue;
+    const bool is_pair = code >= 0xd800 && code < 0xdc00 && i + 1 < length;
+    if (is_pair) code = 0x10000 + ((code - 0xd800) << 10) + (chars[++i] - 0xdc00U);
+    std::mbstate_t state{};
+    char bytes[MB_LEN_MAX];
+    if (std::wcrtomb(bytes, static_cast<wchar_t>(code), &state) != static_cast<std::size_t>(-1)) {
+      continue;
+    }
+    char shown[sizeof "U+10FFFF"];
+    std::snprintf(shown, sizeof shown, "U+%04X", code);
+    add("character_lost",
+        open.back().name + " holds " + shown + ", which the code page of this locale lacks");
+    return;
+  }
+}
+
+void element_pass::error(const xercesc::SAXParseException& exception) {
+  found.push_back({"damage", to_local(exception.getMessage()), exception.getLineNumber(),
+                   exception.getColumnNumber()});
+}
+
+void element_pass::end_text() {
+  if (!open.empty() && open.back().meaning != nullptr) look_at_text(*open.back().meaning);
+  pieces.clear();
+}
+
+void element_pass::look_at_text(const known_element& meaning) {
+  if (meaning.role == text_role::none) return;
+  pieces.erase(std::remove_if(pieces.begin(), pieces.end(), is_blank), pieces.end());
+  if (pieces.empty()) return;
+  if (pieces.size() > 1) {
+    add("interrupted_text", open.back().name +
+                                " is interrupted by a reference or a comment: only "
+                                "one piece of its text counts");
+    return;
+  }
+  const std::string& text = pieces.front();
+  const auto number = static_cast<int>(std::strtol(text.c_str(), nullptr, 10));
+  if (meaning.role == text_role::event_type && !names_an_event_type(number)) {
+    add("unknown_event_type", "event type " + std::to_string(number) + " has no name");
+  }
+  if (meaning.role == text_role::data_type && !names_a_data_type(number)) {
+    add("unknown_data_type", "data type " + std::to_string(number) + " has no name");
+  }
+  if (meaning.role == text_role::property) meet(properties[text]);
+  if (meaning.limit != 0 && text.size() > meaning.limit) {
+    add("text_cut", open.back().name + " has " + std::to_string(text.size()) +
+                        " bytes; the record keeps " + std::to_string(meaning.limit) + ": " +
+                        quoted(std::string_view(text).substr(0, meaning.limit)));
+  }
+}
+
+void element_pass::finish() {
+  for (const auto& [name, place] : unknown) {
+    found.push_back(
+        {"unknown_element",
+         "no reader knows the element " + quoted(name) + " (" + times(place.times) + ")",
+         place.line, place.column});
+  }
+  for (const auto& [property, place] : properties) {
+    if (place.times == 1) continue;
+    found.push_back({"duplicate_property",
+                     "property " + quoted(property) + " stands here " + times(place.times),
+                     place.line, place.column});
+  }
+}
+
+std::string_view text_in(const row& record, std::string_view name) {
+  for (const row::field& field : record.fields) {
+    if (field.name == name) return std::get<std::string_view>(field.value);
+  }
+  return {};
+}
+
+void look_at_channels(const std::vector<row>& records, element_pass& pass) {
+  for (const row& channel : records) {
+    if (!text_in(channel, "name").empty()) continue;
+    const std::string property(text_in(channel, "property"));
+    const auto place = pass.properties.find(property);
+    const met where = place != pass.properties.end() ? place->second : met{};
+    pass.found.push_back({"channel_without_name", "channel " + quoted(property) + " has no name",
+                          where.line, where.column});
+  }
+}
+
+void look_at_features(const std::vector<row>& records, element_pass& pass) {
+  std::map<std::string_view, int> names;
+  for (const row& feature : records) ++names[text_in(feature, "name")];
+  for (const auto& [name, count] : names) {
+    if (count == 1 || name.empty()) continue;
+    pass.found.push_back(
+        {"duplicate_feature", "feature " + quoted(name) + " stands here " + times(count)});
+  }
+}
+
+}  // namespace
+
+std::vector<finding> findings_of(input_file& file, const document_kind& kind,
+                                 const loaded_document& document) {
+  const bool is_camera = kind.record_name == "feature";
+  element_pass pass(kind.elements);
+  const std::string thrown =
+      scan_document(file.path(), pass,
+                    is_camera ? xercesc::SAXParser::Val_Never : xercesc::SAXParser::Val_Auto, true);
+  if (!thrown.empty()) pass.found.push_back({"damage", thrown});
+  pass.finish();
+  if (kind.record_name == "channel") look_at_channels(document.rows, pass);
+  if (is_camera) look_at_features(document.rows, pass);
+  std::stable_sort(pass.found.begin(), pass.found.end(), [](const finding& a, const finding& b) {
+    return std::tie(a.line, a.column) < std::tie(b.line, b.column);
+  });
+  return std::move(pass.found);
+}

@@ -1,0 +1,40 @@
+#ifndef KNOWN_ELEMENTS_HH
+#define KNOWN_ELEMENTS_HH
+
+#include <cstddef>
+#include <string_view>
+
+/// What the text of an element is for.
+enum class text_role { none, number, name, property, event_type, data_type };
+
+/// An element that a reader of the library knows, or that a writer of it makes.
+struct known_element {
+  std::string_view name;
+  text_role role = text_role::none;
+  std::size_t limit = 0;            ///< bytes that a record keeps of its text; 0: all
+  std::string_view parent = {};     ///< only directly in this one
+  const char* attribute = nullptr;  ///< without which it is an error
+};
+
+/// All that a kind of document has; none when its other elements only group.
+struct known_elements {
+  constexpr known_elements() = default;
+  template <std::size_t Count>
+  constexpr known_elements(const known_element (&table)[Count]) : first(table), count(Count) {}
+
+  bool empty() const { return count == 0; }
+  const known_element* begin() const { return first; }
+  const known_element* end() const { return first + count; }
+
+ private:
+  const known_element* first = nullptr;
+  std::size_t count = 0;
+};
+
+extern const known_elements event_elements;
+extern const known_elements channel_elements;
+extern const known_elements variable_elements;
+extern const known_elements dictionary_elements;
+extern const known_elements camera_elements;
+
+#endif

@@ -1,0 +1,45 @@
+#include "progress.hh"
+
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// Shorter work needs no word.
+constexpr auto patience = 500ms;
+constexpr auto refreshed_every = 200ms;
+
+}  // namespace
+
+progress::progress(const std::string& file) {
+  if (isatty(STDERR_FILENO) != 1) return;
+  terminal = dup(STDERR_FILENO);
+  watch = std::thread([this, file] { show(file); });
+}
+
+progress::~progress() {
+  if (!watch.joinable()) return;
+  {
+    const std::lock_guard lock(guard);
+    at_end = true;
+  }
+  ended.notify_one();
+  watch.join();
+  close(terminal);
+}
+
+void progress::show(const std::string& file) {
+  const auto begin = std::chrono::steady_clock::now();
+  const auto is_over = [this] { return at_end; };
+  std::unique_lock lock(guard);
+  if (ended.wait_for(lock, patience, is_over)) return;
+  do {
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - begin;
+    dprintf(terminal, "\r\033[Kzrt4xml: reading %s ... %.1f s", file.c_str(), elapsed.count());
+  } while (!ended.wait_for(lock, refreshed_every, is_over));
+  dprintf(terminal, "\r\033[K");
+}

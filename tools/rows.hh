@@ -1,0 +1,66 @@
+#ifndef ROWS_HH
+#define ROWS_HH
+
+// Every record as a row of named values: what JSON shows and what documents are compared by. A
+// field of a record has its one home in the tables of rows.cc; the first of each is the key.
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "documents.hh"
+
+/// A threshold as the records hold it. Compared by its bits, so that even what is no number has its
+/// place in an order.
+struct threshold {
+  float value;
+};
+bool operator==(threshold a, threshold b);
+bool operator<(threshold a, threshold b);
+/// The shortest decimal that reads back as the same value.
+std::string text_of(threshold value);
+
+using cell = std::variant<std::int64_t, threshold, std::string_view>;
+
+struct row;
+
+/// Rows inside a row, as the bits of a channel.
+struct row_group {
+  std::string_view name;      ///< of all, as in JSON
+  std::string_view one_name;  ///< of one, for a person
+  std::vector<row> rows;
+
+  friend bool operator==(const row_group& a, const row_group& b);
+  friend bool operator<(const row_group& a, const row_group& b);
+};
+
+/// The values refer to the record, which must live as long.
+struct row {
+  struct field {
+    std::string_view name;
+    cell value;
+    std::string_view says;  ///< what a number is called; empty when it has no names
+
+    friend bool operator==(const field& a, const field& b) { return a.value == b.value; }
+    friend bool operator<(const field& a, const field& b) { return a.value < b.value; }
+  };
+  std::vector<field> fields;
+  std::vector<row_group> groups;
+
+  const field& key() const { return fields.front(); }
+};
+bool operator==(const row& a, const row& b);
+bool operator<(const row& a, const row& b);
+
+std::vector<row> rows_of(const event_list& list);
+std::vector<row> rows_of(const channel_list& list);
+std::vector<row> rows_of(const dictionary<zrt4_env_index_dictionary_entry_2010>& list);
+std::vector<row> rows_of(const camera_features& list);
+
+/// Makes `rows` refer to copies of their texts, kept in `texts`, instead of the records.
+void detach(std::vector<row>& rows, std::deque<std::string>& texts);
+
+#endif

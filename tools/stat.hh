@@ -1,0 +1,14 @@
+#ifndef STAT_HH
+#define STAT_HH
+
+#include <string>
+#include <vector>
+
+#include "exit_code.hh"
+#include "look.hh"
+
+/// `zrt4xml stat`: counts the records of each document by event type, data type, subsystem and
+/// stream, features by type; with bars on a terminal.
+exit_code stat(const std::vector<std::string>& files, look wanted);
+
+#endif

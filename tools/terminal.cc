@@ -1,0 +1,56 @@
+#include "terminal.hh"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+bool colours_are_wanted() {
+  const char* refused = std::getenv("NO_COLOR");
+  if (refused != nullptr && *refused != '\0') return false;
+  const char* terminal = std::getenv("TERM");
+  return output_is_terminal() && terminal != nullptr && std::strcmp(terminal, "dumb") != 0;
+}
+
+const char* code_of(colour wanted) {
+  switch (wanted) {
+    case colour::red:
+      return "31";
+    case colour::green:
+      return "32";
+    case colour::yellow:
+      return "33";
+    case colour::bold:
+      break;
+  }
+  return "1";
+}
+
+}  // namespace
+
+bool output_is_terminal() {
+  return isatty(STDOUT_FILENO) == 1;
+}
+
+std::string coloured(colour wanted, const std::string& text) {
+  if (!colours_are_wanted()) return text;
+  return std::string("\033[") + code_of(wanted) + "m" + text + "\033[0m";
+}
+
+std::string printable(std::string_view text) {
+  std::string shown;
+  for (const char c : text) {
+    const auto unit = static_cast<unsigned char>(c);
+    if (unit >= 0x20 && unit != 0x7f) {
+      shown += c;
+    } else {
+      char escaped[sizeof "\\x00"];
+      std::snprintf(escaped, sizeof escaped, "\\x%02x", static_cast<unsigned>(unit));
+      shown += escaped;
+    }
+  }
+  return shown;
+}
