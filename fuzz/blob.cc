@@ -11,7 +11,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   constexpr std::size_t header = offsetof(zrt4_xml_chan_descr_header, xml);
   const std::size_t room = std::max(size, header);
   const auto memory = std::make_unique<std::uint32_t[]>(room / sizeof(std::uint32_t) + 1);
-  std::memcpy(memory.get(), data, size);
+  if (size != 0) std::memcpy(memory.get(), data, size);
   auto* blob = reinterpret_cast<zrt4_xml_chan_descr_header*>(memory.get());
   if (blob->length > static_cast<std::int32_t>(room)) {
     blob->length = static_cast<std::int32_t>(room);
