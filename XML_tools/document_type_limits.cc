@@ -142,7 +142,8 @@ class automaton {
 
 scanner_memory::~scanner_memory() {
   keeps_all = false;
-  while (held.next != &held) deallocate(reinterpret_cast<char*>(held.next) + room_for_block);
+  while (held.next != &held)
+    scanner_memory::deallocate(reinterpret_cast<char*>(held.next) + room_for_block);
 }
 
 xercesc::MemoryManager* scanner_memory::getExceptionMemoryManager() {
@@ -201,7 +202,7 @@ void document_type_limits::count(const DTDElementDecl& element) {
   if (model == nullptr) return;
   const std::size_t particles = particles_of(*model);
   if (particles > content_model_particles) refuse("the content model of an element is too long");
-  if (element.getModelType() != DTDElementDecl::Children) return;
+  if (particles == 0 || element.getModelType() != DTDElementDecl::Children) return;
   const std::size_t left = (content_model_states - states) / particles;
   const std::size_t own = automaton(*model).states(left);
   if (own > left) refuse("the content models are too ambiguous");

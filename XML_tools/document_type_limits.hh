@@ -192,7 +192,7 @@ class limited_scanner : private document_type_limits, public Parser {
     constexpr auto code = xercesc::XMLErrs::XMLException_Fatal;
     this->error(code, xercesc::XMLUni::fgXMLErrDomain, xercesc::XMLErrorReporter::ErrType_Fatal,
                 text, at.systemId, at.publicId, at.lineNumber, at.colNumber);
-    throw code;
+    throw xercesc::XMLErrs::Codes{code};
   }
 };
 
