@@ -212,7 +212,7 @@ void fail_every_request(bool for_ever) {
       each.run();
     });
     EXPECT_EQ(leaks, "");
-    EXPECT_GT(n, 50) << each.name;
+    EXPECT_GT(n, 25) << each.name;
   }
   xercesc::XMLPlatformUtils::Terminate();
 }
