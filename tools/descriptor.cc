@@ -1,5 +1,6 @@
 #include "descriptor.hh"
 
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -45,6 +46,11 @@ std::string descriptor::read_all() {
   }
 }
 
+std::string descriptor::read_from_start() {
+  if (lseek(fd, 0, SEEK_SET) == -1) fail(errno);
+  return read_all();
+}
+
 void descriptor::close() {
   if (::close(std::exchange(fd, -1)) == -1) fail(errno);
 }
@@ -55,4 +61,11 @@ void fail(int reason) {
 
 int memory_file() {
   return memfd_create("zrt4xml", MFD_CLOEXEC);
+}
+
+void occupy_closed_streams() {
+  for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+    if (fcntl(stream, F_GETFD) != -1) continue;
+    (void)open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
 }

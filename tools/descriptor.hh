@@ -19,6 +19,7 @@ class descriptor {
   void write_all(const std::string& content);
   /// Everything from here to the end.
   std::string read_all();
+  std::string read_from_start();
   /// Closes now: only then it is known that everything was written.
   void close();
 
@@ -31,5 +32,9 @@ class descriptor {
 
 /// A file in memory.
 int memory_file();
+
+/// Keeps a file that is opened later from becoming, by chance, a standard stream that was closed.
+/// Using the stream still fails.
+void occupy_closed_streams();
 
 #endif
