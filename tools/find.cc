@@ -142,7 +142,7 @@ exit_code find(const std::vector<std::string>& files, const std::string& name,
   const exit_code loaded = for_each_file(
       files, [&](input_file& file) { return load(selector, file); }, [](const unusable_file&) {});
   const answer found = ask(selector, name, event);
-  if (!found.channel && wanted != look::nothing && selector.size() != 0) {
+  if (!found.channel && wanted == look::text && selector.size() != 0) {
     complain(name, "no channel has this DAQ name or property");
   }
   if (wanted == look::text) print(found);
