@@ -25,7 +25,7 @@ need() {
       say "You are not root and there is no sudo. As root, run: apt-get install$missing"
       exit 1
     fi
-    as_root=sudo
+    as_root="sudo env DEBIAN_FRONTEND=noninteractive"  # sudo drops the environment
   fi
   say "Installing:$missing"
   export DEBIAN_FRONTEND=noninteractive

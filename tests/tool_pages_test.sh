@@ -37,7 +37,7 @@ compopt() { offered=files; }
 source "$pages/zrt4xml"
 # completed WORD...: completes the last word
 completed() {
-  local COMP_WORDS=("$@") COMP_CWORD=$(($# - 1)) COMPREPLY=() offered=""
+  local COMP_LINE="$*" COMP_WORDS=("$@") COMP_CWORD=$(($# - 1)) COMPREPLY=() offered=""
   _zrt4xml
   [ "$offered" = "" ] || echo "<files>"
   [ ${#COMPREPLY[@]} -eq 0 ] || printf '%s\n' "${COMPREPLY[@]}"
@@ -65,9 +65,13 @@ for command in $commands; do
   same "description of $command in the manual page" 1 \
     "$(section "$command" | tr -s ' \n' ' ' | grep -c -F "$description." || true)"
 done
+same "date in the manual page" "$(sed -n 's/^set(ZRT4_VERSION_DATE \([0-9-]*\)).*/\1/p' "$source_dir/CMakeLists.txt")" \
+  "$(tail -n 1 page.txt | grep -o '[0-9]\{4\}-[0-9][0-9]-[0-9][0-9]')"
 same "version in the manual page" 1 "$(grep -c "$(zrt4xml --version)" page.txt)"
-same "what mandoc finds" "" \
-  "$(mandoc -Tlint -Wwarning "$pages/zrt4xml.1" | grep -v 'missing date' || true)"
+same "what mandoc finds" "" "$(mandoc -Tlint -Wwarning "$pages/zrt4xml.1" || true)"
+same "sections of the manual page" \
+  "$(printf '%s\n' NAME SYNOPSIS DESCRIPTION OPTIONS COMMANDS EXAMPLES 'EXIT STATUS' ENVIRONMENT NOTES)" \
+  "$(sed -n 's/^\([A-Z][A-Z ]*\)$/\1/p' page.txt)"
 
 # --- values
 channels=$source_dir/examples/channels/channels.xml
@@ -76,8 +80,9 @@ same "event types" "$(printf '%s\n' BEAM_ENERGY BEAM_ENERGY_BYPASS)" \
 same "after =" NORMAL "$(completed zrt4xml find "$channels" --event = NOR)"
 same "just after =" 28 "$(completed zrt4xml find --event = | wc -l)"
 while read -r event; do
-  zrt4xml find --name X --event "$event" "$channels" >/dev/null 2>error.txt || true
-  same "completed event type" "" "$(cat error.txt)"
+  code=0
+  zrt4xml find --name X --event "$event" "$channels" >/dev/null 2>&1 || code=$?
+  same "completed event type $event: not found rather than wrong usage" 1 "$code"
 done < <(completed zrt4xml find --event '')
 same "kinds" camera "$(completed zrt4xml show --kind cam)"
 same "forms" "$(printf '%s\n' xml variables text short)" "$(completed zrt4xml convert x --to '')"
@@ -98,5 +103,69 @@ XML
 same "names are quoted" "$(printf '%s\n' '\$\(touch\ expanded\)\`touch\ expanded\`' 'a\ b')" \
   "$(completed zrt4xml find hostile.xml --name '')"
 same "names are not expanded" "" "$(find . -name expanded)"
+
+# completed_line TEXT: completes at the end of the line, as bash cuts it at blanks and colons
+completed_line() {
+  local COMP_LINE=$1 COMP_WORDS=() COMP_CWORD COMPREPLY=() offered="" rest=$1 word
+  while [[ $rest =~ ^[[:blank:]]*(\"[^\"]*\"?|\'[^\']*\'?|:+|([^[:blank:]:\\]|\\.)+) ]]; do
+    COMP_WORDS+=("${BASH_REMATCH[1]}")
+    rest=${rest#"${BASH_REMATCH[0]}"}
+  done
+  [[ -z $rest ]] || COMP_WORDS+=("")
+  COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+  _zrt4xml
+  [ ${#COMPREPLY[@]} -eq 0 ] || printf '%s\n' "${COMPREPLY[@]}"
+}
+mkdir 'home folder'
+cat >'home folder/colons.xml' <<'XML'
+<CHANDESCRIPTIONS><CHANNEL><PROP>LINAC:RF:AMPL</PROP><NAME>RF::A</NAME></CHANNEL>
+<CHANNEL><PROP>LINAC:RF:PHASE</PROP><NAME>a b:c</NAME></CHANNEL>
+<CHANNEL><PROP>RF/$HOME</PROP></CHANNEL></CHANDESCRIPTIONS>
+XML
+cp 'home folder/colons.xml' .
+# What bash puts behind the last colon that was typed.
+same "a name up to a colon" "$(printf '%s\n' LINAC:RF:AMPL LINAC:RF:PHASE)" \
+  "$(completed_line 'zrt4xml find colons.xml --name LIN')"
+same "a name behind a colon" "$(printf '%s\n' RF:AMPL RF:PHASE)" \
+  "$(completed_line 'zrt4xml find colons.xml --name LINAC:R')"
+same "a name behind two colons" PHASE "$(completed_line 'zrt4xml find colons.xml --name LINAC:RF:P')"
+same "a name just behind a colon" "$(printf '%s\n' AMPL PHASE)" \
+  "$(completed_line 'zrt4xml find colons.xml --name LINAC:RF:')"
+same "a name behind a pair of colons" A "$(completed_line 'zrt4xml find colons.xml --name RF::')"
+same "a name with a blank and a colon" c "$(completed_line 'zrt4xml find colons.xml --name a\ b:')"
+same "a name in double quotes" "$(printf '%s\n' LINAC:RF:AMPL LINAC:RF:PHASE)" \
+  "$(completed_line 'zrt4xml find colons.xml --name "LINAC:R')"
+same "a name in double quotes, with a blank" 'a b:c' "$(completed_line 'zrt4xml find colons.xml --name "a b')"
+same "a name that double quotes would expand" 'RF::A' "$(completed_line 'zrt4xml find colons.xml --name "RF')"
+same "a name that single quotes do not expand" "$(printf '%s\n' 'RF/$HOME' RF::A)" \
+  "$(completed_line "zrt4xml find colons.xml --name 'RF")"
+same "a name where colons cut no words" LINAC:RF:PHASE \
+  "$(COMP_WORDBREAKS=" " completed zrt4xml find colons.xml --name LINAC:RF:P)"
+for file in 'home\ folder/colons.xml' '"home folder/colons.xml"' "'home folder/colons.xml'" '~/colons.xml'; do
+  same "a file named as $file" PHASE \
+    "$(HOME=$PWD/home\ folder completed_line "zrt4xml find $file --name LINAC:RF:P")"
+done
+
+# --- an interactive bash does with it what the words above say
+cat >bashrc <<TEXT
+PS1='> '
+bind 'set bell-style none'
+bind 'set enable-bracketed-paste off'
+PATH=$PWD/bin:\$PATH
+source "$pages/zrt4xml"
+zrt4xml_arguments() { printf 'got:%s\n' "\$*"; }
+zrt4xml() { [ "\$1" = convert ] && "$tool" "\$@" || zrt4xml_arguments "\$@"; }
+TEXT
+typed() { # LINE: what the command gets after a TAB at its end
+  { sleep 1; printf '%s\t' "$1"; sleep 0.5; printf '\nexit\n'; sleep 0.5; } |
+    TERM=dumb script -qec "bash --noprofile --rcfile bashrc -i" /dev/null | tr -d '\r' |
+    sed -n 's/^got://p'
+}
+same "typed: a name behind a colon" "find colons.xml --name LINAC:RF:PHASE" \
+  "$(typed 'zrt4xml find colons.xml --name LINAC:RF:P')"
+same "typed: a name in quotes" "find colons.xml --name LINAC:RF:PHASE" \
+  "$(typed 'zrt4xml find colons.xml --name "LINAC:RF:P')"
+same "typed: an event type" "find --event NORMAL" "$(typed 'zrt4xml find --event=NOR' | tr = ' ')"
+same "typed: a subcommand" "stat" "$(typed 'zrt4xml sta')"
 
 [ "$failures" -eq 0 ] && echo "they agree"
