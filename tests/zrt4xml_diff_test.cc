@@ -345,6 +345,47 @@ TEST(ToolMergeDryRun, PrintsWhatMergingWouldChange) {
   EXPECT_EQ(base.content(), channel());
 }
 
+TEST(ToolMergeDryRun, AsJson) {
+  const test::temporary_file base(channel());
+  const test::temporary_file from(channel("<UNITS>mm</UNITS>"));
+  const std::string arguments = "merge --json --dry-run - " + from.path() + " <" + base.path();
+  const run_result result = run(arguments);
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.out, R"({
+  "format_version": 1,
+  "subcommand": "merge",
+  "before": "standard input",
+  "after": "merged",
+  "equal": false,
+  "differences": [
+    {
+      "change": "changed",
+      "type": "channel",
+      "key": "A/B/C",
+      "fields": [
+        {
+          "name": "units",
+          "before": "",
+          "after": "mm"
+        }
+      ],
+      "inside": []
+    }
+  ]
+}
+)");
+  EXPECT_TRUE(prints_valid_json(arguments));
+  EXPECT_EQ(run("merge --json " + base.path() + " " + from.path()).code, 2);
+}
+
+TEST(ToolMergeDryRun, QuietPrintsNothing) {
+  const test::temporary_file base(channel());
+  const test::temporary_file from(channel("<UNITS>mm</UNITS>"));
+  const run_result result = run("-q merge --dry-run " + base.path() + " " + from.path());
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.out, "");
+}
+
 TEST(ToolMergeDryRun, NothingToChangeIsNothingToPrint) {
   const test::temporary_file base(channel());
   const run_result result = run("merge --dry-run " + base.path() + " " + base.path());

@@ -23,8 +23,8 @@ CLI::Option* add_form(CLI::App* command, arguments& given, const std::string& de
       ->check(CLI::IsMember(names));
 }
 
-void add_json(CLI::App* command, arguments& given) {
-  command->add_flag("--json", given.as_json, "Print JSON, for programs");
+CLI::Option* add_json(CLI::App* command, arguments& given) {
+  return command->add_flag("--json", given.as_json, "Print JSON, for programs");
 }
 
 void add_show(CLI::App& app, arguments& given) {
@@ -96,6 +96,7 @@ void add_merge(CLI::App& app, arguments& given) {
   command->add_flag("--dry-run", given.dry_run, "Only print what would change, as diff does")
       ->excludes("--to")
       ->excludes("--output");
+  add_json(command, given)->needs("--dry-run");
   command->footer(
       "Channels that the first file lacks are added; --dry-run has exit code 0 also when it finds "
       "changes.\n"
@@ -175,8 +176,9 @@ command_line::command_line() {
     }
   });
   app.fallthrough();
-  app.add_flag("-q,--quiet", given.quiet,
-               "No messages but those of exit code 2; find, check and diff print nothing either");
+  app.add_flag(
+      "-q,--quiet", given.quiet,
+      "No messages but those of exit code 2; find, check, diff and dry runs print nothing either");
   app.footer(
       "Example:\n"
       "  zrt4xml show events.xml\n"

@@ -195,10 +195,10 @@ exit_code merge(const std::vector<std::string>& files, bool force, output_format
   zrt4::channel_list base;
   const exit_code first = read_to_merge(base, files.front(), to);
   const exit_code others = add_all_but_first(base, files, force, to);
-  return write_channels(std::max(first, others), files.front(), base, to, output);
+  return write_channels(std::max(first, others), shown_name(files.front()), base, to, output);
 }
 
-exit_code merge_dry_run(const std::vector<std::string>& files, bool force) {
+exit_code merge_dry_run(const std::vector<std::string>& files, bool force, look wanted) {
   zrt4::channel_list base;
   output_format to = output_format::same;
   const exit_code first = read_to_merge(base, files.front(), to);
@@ -207,6 +207,7 @@ exit_code merge_dry_run(const std::vector<std::string>& files, bool force) {
   detach(before, texts);
   const exit_code others = add_all_but_first(base, files, force, to);
   std::vector<row> after = rows_of(base);
-  print_differences(files.front(), "merged", differences(before, after, "channel"));
+  print_differences("merge", shown_name(files.front()), "merged",
+                    differences(before, after, "channel"), wanted);
   return std::max(first, others);
 }

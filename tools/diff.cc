@@ -46,6 +46,14 @@ void print(const difference& each, const std::string& indent) {
   for (const difference& inner : each.inside) print(inner, indent + "    ");
 }
 
+void print(const std::string& before, const std::string& after,
+           const std::vector<difference>& found) {
+  if (found.empty()) return;
+  std::printf("%s\n%s\n", coloured(colour::bold, "--- " + before).c_str(),
+              coloured(colour::bold, "+++ " + after).c_str());
+  for (const difference& each : found) print(each, "");
+}
+
 json to_json(const std::vector<difference>& found);
 
 json to_json(const difference& each) {
@@ -101,24 +109,22 @@ exit_code diff(const std::string& before, const std::string& after, look wanted)
                                        std::string(old_one.kind->description) + ")");
   }
   const auto found = differences(old_one.document.rows, new_one.document.rows, type);
-  if (wanted == look::text) print_differences(old_one.name, new_one.name, found);
-  if (wanted == look::json) {
-    json result = json_head("diff");
-    result["before"] = to_utf8(old_one.name);
-    result["after"] = to_utf8(new_one.name);
-    result["equal"] = found.empty();
-    result["differences"] = to_json(found);
-    print_json(result);
-  }
+  print_differences("diff", old_one.name, new_one.name, found, wanted);
   const bool all_well =
       found.empty() && old_one.document.errors == 0 && new_one.document.errors == 0;
   return all_well ? exit_fine : exit_bad_document;
 }
 
-void print_differences(const std::string& before, const std::string& after,
-                       const std::vector<difference>& found) {
-  if (found.empty()) return;
-  std::printf("%s\n%s\n", coloured(colour::bold, "--- " + before).c_str(),
-              coloured(colour::bold, "+++ " + after).c_str());
-  for (const difference& each : found) print(each, "");
+void print_differences(std::string_view subcommand, const std::string& before,
+                       const std::string& after, const std::vector<difference>& found,
+                       look wanted) {
+  if (wanted == look::text) print(before, after, found);
+  if (wanted == look::json) {
+    json result = json_head(subcommand);
+    result["before"] = to_utf8(before);
+    result["after"] = to_utf8(after);
+    result["equal"] = found.empty();
+    result["differences"] = to_json(found);
+    print_json(result);
+  }
 }

@@ -2,6 +2,7 @@
 #define DIFF_HH
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "difference.hh"
@@ -12,8 +13,8 @@
 /// when there is anything.
 exit_code diff(const std::string& before, const std::string& after, look wanted);
 
-/// The differences for a person, under the names of both sides; nothing when there are none.
-void print_differences(const std::string& before, const std::string& after,
-                       const std::vector<difference>& found);
+/// The differences under the names of both sides; for a person nothing when there are none.
+void print_differences(std::string_view subcommand, const std::string& before,
+                       const std::string& after, const std::vector<difference>& found, look wanted);
 
 #endif

@@ -25,8 +25,11 @@ bool is_regular(int fd) {
 
 }  // namespace
 
-input_file::input_file(const std::string& name) : shown(name), readable(name) {
-  if (name == "-") shown = "standard input";
+std::string shown_name(const std::string& name) {
+  return name == "-" ? "standard input" : name;
+}
+
+input_file::input_file(const std::string& name) : shown(shown_name(name)), readable(name) {
   try {
     descriptor opened(name == "-" ? dup(STDIN_FILENO) : open_to_read(name));
     if (name == "-" || !is_regular(opened.get())) copy_from(std::move(opened));

@@ -6,6 +6,9 @@
 
 #include "descriptor.hh"
 
+/// The name of a file to show to a person.
+std::string shown_name(const std::string& name);
+
 /// A file named on the command line, readable more than once: what is no regular file (standard
 /// input as "-", a pipe, a device) is first copied into memory.
 class input_file {
@@ -13,7 +16,6 @@ class input_file {
   /// Throws `file_error` when the file cannot be read.
   explicit input_file(const std::string& name);
 
-  /// The name to show to a person.
   const std::string& name() const { return shown; }
   /// The path to read, writable because the library's readers declare it so.
   char* path() { return readable.data(); }

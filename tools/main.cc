@@ -53,7 +53,7 @@ exit_code execute(const std::string& subcommand, const arguments& given) {
   if (subcommand == "diff") return diff(given.file, given.other, given.wanted());
   if (subcommand == "stat") return stat(given.files, given.wanted());
   if (subcommand == "convert") return convert(given.file, given.to(), given.wide, given.output);
-  if (given.dry_run) return merge_dry_run(given.files, given.force);
+  if (given.dry_run) return merge_dry_run(given.files, given.force, given.wanted());
   return merge(given.files, given.force, given.to(), given.output);
 }
 
