@@ -99,6 +99,37 @@ TEST(ToolCheck, ChannelWithoutName) {
             one_variable + "F:1:32: channel 'A' has no name\n");
 }
 
+TEST(ToolCheck, RecordsThatTheReaderLeavesOut) {
+  const struct {
+    const char* document;
+    const char* found;
+  } cases[] = {
+      {"<BMR>\n<EVENT><PRIORITY>1</PRIORITY></EVENT><EVENT><TYPE>1</TYPE></EVENT></BMR>",
+       ":2:8: EVENT without TYPE is left out\n"},
+      {"<CHANDESCRIPTIONS><CHANNEL><NAME>N</NAME><PROP>A</PROP></CHANNEL>\n"
+       "<CHANNEL><PROP> </PROP><NAME>M</NAME></CHANNEL></CHANDESCRIPTIONS>",
+       ":2:10: CHANNEL without PROP is left out\n"},
+      {"<DAQvariables>\n<DaqBits><daqName>N</daqName></DaqBits></DAQvariables>",
+       ":2:10: DaqBits without vindo is left out\n"},
+      {"<ENVINDEXDICT>\n<CHANNEL><PROP>A</PROP></CHANNEL>"
+       "<CHANNEL><INDEX>1</INDEX><PROP>B</PROP></CHANNEL></ENVINDEXDICT>",
+       ":2:10: CHANNEL without INDEX is left out\n"},
+      {"<ENVINDEXDICT>\n<CHANNEL><INDEX>1</INDEX></CHANNEL></ENVINDEXDICT>",
+       ":2:10: CHANNEL without PROP is left out\n"},
+  };
+  for (const auto& each : cases) {
+    const test::temporary_file file(each.document);
+    const run_result result = run("check " + file.path());
+    EXPECT_EQ(result.code, 1) << each.document;
+    EXPECT_THAT(result.out, testing::EndsWith("0 errors\n" + file.path() + each.found));
+    EXPECT_TRUE(prints_valid_json("check --json " + file.path()));
+  }
+  // What follows an end tag still belongs to the record.
+  const test::temporary_file behind(
+      "<CHANDESCRIPTIONS><CHANNEL><NAME>N</NAME></CHANNEL><PROP>A</PROP></CHANDESCRIPTIONS>");
+  EXPECT_EQ(run("check " + behind.path()).code, 0);
+}
+
 TEST(ToolCheck, TextsCutAtTheRecordsLimit) {
   const struct {
     const char* element;

@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <cwchar>
 #include <map>
+#include <optional>
+#include <set>
 #include <tuple>
 #include <unordered_map>
 #include <xercesc/sax/AttributeList.hpp>
@@ -80,11 +82,14 @@ class element_pass : public xercesc::HandlerBase {
   }
   void look_at_characters(const XMLCh* chars, XMLSize_t length);
   void end_text();
+  void end_record();
   void look_at_text(const known_element& meaning);
 
   const known_elements& known;
   const xercesc::Locator* locator = nullptr;
   std::vector<element> open;
+  std::optional<element> record;  // what was started last, also behind its end tag
+  std::set<std::string, std::less<>> texts_of_record;
   std::vector<std::string> pieces;  // of the text at hand
   std::map<std::string, met> unknown;
 };
@@ -110,6 +115,10 @@ void element_pass::startElement(const XMLCh* const name, xercesc::AttributeList&
   open.push_back(
       {std::move(local_name), meaning, locator->getLineNumber(), locator->getColumnNumber()});
   const element& here = open.back();
+  if (meaning != nullptr && !meaning->needs.front().empty()) {
+    end_record();
+    record = here;
+  }
   if (meaning == nullptr && !known.empty()) meet(unknown[here.name]);
   if (meaning != nullptr && meaning->attribute != nullptr &&
       attributes.getValue(meaning->attribute) == nullptr) {
@@ -157,10 +166,24 @@ void element_pass::end_text() {
   pieces.clear();
 }
 
+void element_pass::end_record() {
+  if (record) {
+    for (const std::string_view needed : record->meaning->needs) {
+      if (needed.empty() || texts_of_record.count(needed) != 0) continue;
+      found.push_back({"record_left_out",
+                       record->name + " without " + std::string(needed) + " is left out",
+                       record->line, record->column});
+    }
+  }
+  record.reset();
+  texts_of_record.clear();
+}
+
 void element_pass::look_at_text(const known_element& meaning) {
   if (meaning.role == text_role::none) return;
   pieces.erase(std::remove_if(pieces.begin(), pieces.end(), is_blank), pieces.end());
   if (pieces.empty()) return;
+  texts_of_record.insert(open.back().name);
   const std::string& text = pieces.front();
   const bool is_cut = meaning.limit != 0 && text.size() > meaning.limit;
   // The scanner delivers a very long text in pieces, too; of that the cut is what counts.
@@ -187,6 +210,7 @@ void element_pass::look_at_text(const known_element& meaning) {
 }
 
 void element_pass::finish() {
+  end_record();
   for (const auto& [name, place] : unknown) {
     found.push_back(
         {"unknown_element",

@@ -5,6 +5,11 @@
 
 namespace {
 
+constexpr known_element starts_record(std::string_view name, std::string_view needs,
+                                      std::string_view needs_too = {}) {
+  return {name, text_role::none, 0, {}, nullptr, {needs, needs_too}};
+}
+
 template <class Record, class Text>
 constexpr std::size_t kept(Text Record::*) {
   return sizeof(Text) - 1;
@@ -19,7 +24,7 @@ constexpr std::size_t kept_of_server_block = kept(&zrt4_ev_sb_list::sb_list) - 1
 
 constexpr known_element events[] = {
     {"BMR"},
-    {"EVENT"},
+    starts_record("EVENT", "TYPE"),
     {"TYPE", text_role::event_type},
     {"TMASK", number},
     {"MINTIMESEC", number},
@@ -34,7 +39,7 @@ using chan = chan_descr_2010;
 
 constexpr known_element channels[] = {
     {"CHANDESCRIPTIONS"},
-    {"CHANNEL"},
+    starts_record("CHANNEL", "PROP"),
     {"EVTYPE", text_role::event_type},
     {"DTYPE", text_role::data_type},
     {"STREAM", number},
@@ -79,9 +84,9 @@ constexpr known_element channels[] = {
 
 constexpr known_element variables[] = {
     {"DAQvariables"},
-    {"DaqFloat"},
-    {"DaqBits"},
-    {"DaqFloatMatrix"},
+    starts_record("DaqFloat", "vindo"),
+    starts_record("DaqBits", "vindo"),
+    starts_record("DaqFloatMatrix", "vindo"),
     {"evType", text_role::event_type},
     {"vindo", property, kept(&chan::prop_name)},
     {"daqName", name, kept(&chan::daq_name)},
@@ -104,7 +109,7 @@ constexpr known_element variables[] = {
 
 // The older records hold less; what they cut is worth knowing.
 constexpr known_element dictionary[] = {
-    {"ENVINDEXDICT"},  {"CHANNEL"},
+    {"ENVINDEXDICT"},  starts_record("CHANNEL", "INDEX", "PROP"),
     {"INDEX", number}, {"PROP", property, kept(&zrt4_env_dictionary_block::env_prop)},
     {"DABS", number},  {"DREL", number},
     {"isodate"},

@@ -1,6 +1,7 @@
 #ifndef KNOWN_ELEMENTS_HH
 #define KNOWN_ELEMENTS_HH
 
+#include <array>
 #include <cstddef>
 #include <string_view>
 
@@ -14,6 +15,8 @@ struct known_element {
   std::size_t limit = 0;            ///< bytes that a record keeps of its text; 0: all
   std::string_view parent = {};     ///< only directly in this one
   const char* attribute = nullptr;  ///< without which it is an error
+  /// For one that starts a record: elements without whose texts the reader leaves the record out.
+  std::array<std::string_view, 2> needs = {};
 };
 
 /// All that a kind of document has; none when its other elements only group.
