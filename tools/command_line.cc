@@ -112,9 +112,8 @@ void add_check(CLI::App& app, arguments& given) {
   add_json(command, given);
   command->footer(
       "Found: XML errors, records that the reader leaves out, duplicate properties and features,\n"
-      "channels without name, texts cut at a record's limit or interrupted, event and data types "
-      "without a name, elements that no "
-      "reader\nknows, characters that the locale lacks.\n"
+      "channels without name, texts cut at a record's limit or interrupted, event and data types\n"
+      "without a name, elements that no reader knows, characters that the locale lacks.\n"
       "Exit code: 1 when anything is found.\n"
       "Example:\n  zrt4xml check *.xml");
 }
