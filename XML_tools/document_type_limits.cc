@@ -31,6 +31,9 @@ constexpr bool cuts_cells = !__has_feature(address_sanitizer);
 constexpr bool cuts_cells = true;
 #endif
 
+// As the scanner requests it, with room for the memory manager before the object.
+constexpr XMLSize_t attribute_size = sizeof(void*) + sizeof(xercesc::XMLAttr);
+
 using positions = std::bitset<content_model_particles>;
 
 bool is_repetition(const ContentSpecNode& node) {
@@ -224,7 +227,13 @@ document_type_limits::document_type_limits() {
   references.setEntityExpansionLimit(entity_references);
 }
 
+// A start tag is counted at its end, which is too late: the scanner has compared each of its
+// attributes with all before it. Other requests of the size of an attribute are few within a tag.
 void* document_type_limits::allocate(XMLSize_t size) {
+  if (size == attribute_size && ++attribute_requests > different_names) {
+    keep_all();
+    refuse(too_many_attributes);
+  }
   if (declaring) {
     allocated += size;
     if (allocated > declaration_memory) {
@@ -236,6 +245,7 @@ void* document_type_limits::allocate(XMLSize_t size) {
 }
 
 void document_type_limits::count(const DTDElementDecl& element) {
+  count_name(element);
   const ContentSpecNode* model = element.getContentSpec();
   if (model == nullptr) return;
   const std::size_t particles = particles_of(*model);
@@ -249,8 +259,9 @@ void document_type_limits::count(const DTDElementDecl& element) {
 
 void document_type_limits::count(const DTDElementDecl& element,
                                  const xercesc::DTDAttDef& attribute) {
+  count_name(element);
   if (element.hasAttDefs() && element.getAttDefList().getAttDefCount() > attributes_of_element) {
-    refuse("an element has too many attributes");
+    refuse(too_many_attributes);
   }
   if (const XMLCh* words = attribute.getEnumeration()) {
     const auto blanks = std::count(words, words + XMLString::stringLen(words), XMLCh{' '});
@@ -265,6 +276,7 @@ void document_type_limits::count(const DTDElementDecl& element,
 }
 
 bool document_type_limits::count(const xercesc::DTDEntityDecl& entity, bool is_parameter) {
+  if (entity.getId() > different_names) refuse("too many entities");
   if (entity.getValue() == nullptr) return false;
   const std::size_t length = XMLString::stringLen(entity.getValue());
   if (is_parameter) {
