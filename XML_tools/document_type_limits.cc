@@ -6,6 +6,7 @@
 #include <unordered_set>
 #include <utility>
 #include <vector>
+#include <xercesc/framework/XMLRefInfo.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLString.hpp>
@@ -31,8 +32,14 @@ constexpr bool cuts_cells = !__has_feature(address_sanitizer);
 constexpr bool cuts_cells = true;
 #endif
 
-// As the scanner requests it, with room for the memory manager before the object.
+// As the scanner requests them, with room for the memory manager before the object.
 constexpr XMLSize_t attribute_size = sizeof(void*) + sizeof(xercesc::XMLAttr);
+constexpr XMLSize_t identifier_size = sizeof(void*) + sizeof(xercesc::XMLRefInfo);
+
+bool is_identifier(xercesc::XMLAttDef::AttTypes type) {
+  using xercesc::XMLAttDef;
+  return type == XMLAttDef::ID || type == XMLAttDef::IDRef || type == XMLAttDef::IDRefs;
+}
 
 using positions = std::bitset<content_model_particles>;
 
@@ -234,6 +241,10 @@ void* document_type_limits::allocate(XMLSize_t size) {
     keep_all();
     refuse(too_many_attributes);
   }
+  if (size == identifier_size && declares_identifiers && ++identifier_requests > identifiers) {
+    keep_all();
+    refuse(too_many_identifiers);
+  }
   if (declaring) {
     allocated += size;
     if (allocated > declaration_memory) {
@@ -269,8 +280,12 @@ void document_type_limits::count(const DTDElementDecl& element,
       refuse("an attribute has too many values to choose from");
     }
   }
+  if (is_identifier(attribute.getType())) {
+    counts_values = true;
+    declares_identifiers = true;
+  }
   if (attribute.getValue() != nullptr) {
-    declares_defaults = true;
+    counts_values = true;
     add(XMLString::stringLen(attribute.getValue()));
   }
 }
@@ -299,13 +314,16 @@ void document_type_limits::add(std::size_t units) {
   if (added > added_units) refuse("the defaults of attributes add too much to the document");
 }
 
-void document_type_limits::add_defaults(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
-                                        XMLSize_t count) {
+void document_type_limits::add_values(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
+                                      XMLSize_t count) {
   for (XMLSize_t i = 0; i < count; ++i) {
     const xercesc::XMLAttr& attribute = *attributes.elementAt(i);
-    if (!attribute.getSpecified()) {
-      add(units_of_node + XMLString::stringLen(attribute.getValue()));
-    }
+    const XMLCh* value = attribute.getValue();
+    const std::size_t length = XMLString::stringLen(value);
+    if (!attribute.getSpecified()) add(units_of_node + length);
+    if (!is_identifier(attribute.getType())) continue;
+    identifiers_met += 1 + static_cast<std::size_t>(std::count(value, value + length, XMLCh{' '}));
+    if (identifiers_met > identifiers) refuse(too_many_identifiers);
   }
 }
 

@@ -28,6 +28,10 @@ namespace zrt4::detail {
 /// The scanner walks all names whose hash is equal, which its sender can make all of them, at each.
 constexpr std::size_t different_names = 1024;
 
+/// Values of attributes that are declared as identifiers or refer to them. The scanner keeps all of
+/// them, in a table as that of the names.
+constexpr std::size_t identifiers = 8192;
+
 /// Names and repetitions in one content model. The scanner nests a call for each of them when it
 /// prepares to validate, and compares each child with each name. Large vocabularies have 150.
 constexpr std::size_t content_model_particles = 256;
@@ -121,6 +125,7 @@ class document_type_limits : public scanner_memory {
   /// A start tag has been scanned.
   void count_tag(const xercesc::XMLElementDecl& element, XMLSize_t attribute_count) {
     attribute_requests = 0;
+    identifier_requests = 0;
     count_name(element);
     if (attribute_count > different_names) refuse(too_many_attributes);
   }
@@ -133,21 +138,25 @@ class document_type_limits : public scanner_memory {
   void count(const xercesc::DTDElementDecl& element, const xercesc::DTDAttDef& attribute);
   /// True when the number of references that is left to the document has changed.
   bool count(const xercesc::DTDEntityDecl& entity, bool is_parameter);
-  void count_defaults(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count) {
-    if (declares_defaults) add_defaults(attributes, count);
+  void count_values(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count) {
+    if (counts_values) add_values(attributes, count);
   }
 
   xercesc::SecurityManager references;
 
  private:
   static constexpr const char* too_many_attributes = "an element has too many attributes";
+  static constexpr const char* too_many_identifiers = "too many identifiers";
 
   void add(std::size_t units);
-  void add_defaults(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count);
+  void add_values(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count);
 
   bool declaring = false;
-  bool declares_defaults = false;
+  bool counts_values = false;  // defaults or identifiers are declared
+  bool declares_identifiers = false;
   std::size_t attribute_requests = 0;  // of the size of an attribute, since the last start tag
+  std::size_t identifier_requests = 0;
+  std::size_t identifiers_met = 0;
   std::size_t allocated = 0;
   std::size_t states = 0;
   std::size_t nesting = 0;
@@ -207,13 +216,13 @@ class limited_scanner : private document_type_limits, public Parser {
                     const XMLCh* const prefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& list,
                     const XMLSize_t attributes, const bool is_empty, const bool is_root) override {
     count_tag(element, attributes);
-    count_defaults(list, attributes);
+    count_values(list, attributes);
     Parser::startElement(element, uri, prefix, list, attributes, is_empty, is_root);
   }
 
  protected:
-  using document_type_limits::count_defaults;
   using document_type_limits::count_tag;
+  using document_type_limits::count_values;
 
  private:
   static xercesc::XMLScanner& writable(const xercesc::XMLScanner& own) {

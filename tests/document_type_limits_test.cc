@@ -211,6 +211,19 @@ TYPED_TEST(DocumentTypeLimits, Notations) {
   EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names + 1)), "too many notations");
 }
 
+TYPED_TEST(DocumentTypeLimits, Identifiers) {
+  const auto with = [](std::size_t ids, std::size_t references) {
+    return with_declarations(
+        "<!ATTLIST b i ID #IMPLIED r IDREFS #IMPLIED>",
+        numbered(ids, "<b i='x", "'/>") + "<b r='x0" + times(references - 1, " x1") + "'/>");
+  };
+  EXPECT_EQ(refusal<TypeParam>(with(limits::identifiers - 3, 2)), "");
+  EXPECT_EQ(refusal<TypeParam>(with(limits::identifiers - 2, 2)), "");
+  EXPECT_EQ(refusal<TypeParam>(with(limits::identifiers - 1, 2)), "too many identifiers");
+  EXPECT_EQ(refusal<TypeParam>(with(2, limits::identifiers - 2)), "");
+  EXPECT_EQ(refusal<TypeParam>(with(2, limits::identifiers - 1)), "too many identifiers");
+}
+
 TYPED_TEST(DocumentTypeLimits, LengthOfAContentModel) {
   EXPECT_EQ(refusal<TypeParam>(choice_of(limits::content_model_particles - 1)), "");
   EXPECT_EQ(refusal<TypeParam>(choice_of(limits::content_model_particles)), "");
@@ -391,6 +404,10 @@ std::vector<std::pair<const char*, std::string>> hostile_documents() {
                          times(30'000, "&" + colliding_name(1000) + ";"))},
       {"colliding parameter entities", with_declarations(colliding(20'000, "<!ENTITY % ", " ''>"))},
       {"colliding notations", with_declarations(colliding(20'000, "<!NOTATION ", " PUBLIC 'y'>"))},
+      {"colliding identifiers",
+       with_declarations("<!ATTLIST b i ID #IMPLIED>", colliding(100'000, "<b i='", "'/>"))},
+      {"colliding references", with_declarations("<!ATTLIST b r IDREFS #IMPLIED>",
+                                                 "<b r='" + colliding(100'000, "", " ") + "'/>")},
       {"parameter entities", doubling(30)},
       {"parameter entities without an end", doubling(900)},
       {"declarations through parameter entities",
