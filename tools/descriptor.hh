@@ -32,4 +32,9 @@ class descriptor {
 /// A file in memory.
 int memory_file();
 
+/// Called before anything is opened: a file must not get the number of a standard stream that the
+/// caller has closed, because what is meant for the one would go to the other. Using such a stream
+/// still fails.
+void fill_closed_streams();
+
 #endif

@@ -16,6 +16,7 @@
 #include "check.hh"
 #include "command_line.hh"
 #include "convert.hh"
+#include "descriptor.hh"
 #include "diff.hh"
 #include "document_kind.hh"
 #include "find.hh"
@@ -97,6 +98,7 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  fill_closed_streams();
   try {
     return run(argc, argv);
   } catch (const std::exception& exception) {
