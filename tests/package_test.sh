@@ -5,33 +5,23 @@
 #   package_test.sh SOURCE_DIR
 set -euo pipefail
 source_dir=$1
-[ "$(id -u)" -eq 0 ] || { echo "a Debian root is made by root only"; exit 1; }
 scratch=$(mktemp -d)
 fresh=$scratch/root
-trap 'umount -q "$fresh/proc" || true; rm -rf --one-file-system "$scratch"' EXIT
+trap 'rm -rf --one-file-system "$scratch"' EXIT
+source "$source_dir/scripts/debian_root.sh"
 
 packages=$("$source_dir/scripts/package")
 [ "$(wc -l <<<"$packages")" -eq 3 ] || { echo "not three packages: $packages"; exit 1; }
 
-archive=$(apt-get indextargets --format '$(REPO_URI) $(RELEASE)' 'Created-By: Packages' |
-  awk -v release="$(. /etc/os-release && echo "$VERSION_CODENAME")" '$2 == release { print $1; exit }')
-debootstrap --variant=minbase "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$fresh" "$archive" \
-  >"$scratch/debootstrap.log" || { tail "$scratch/debootstrap.log"; exit 1; }
-rm -f "$fresh/etc/apt/sources.list"
-cp -r /etc/apt/sources.list* /etc/apt/apt.conf.d "$fresh/etc/apt/" 2>/dev/null || true
-rm -f "$fresh"/etc/apt/apt.conf.d/docker-*  # they empty the archive of downloads and the docs
-cp /etc/resolv.conf /etc/hosts "$fresh/etc/"
-mount -t proc proc "$fresh/proc"
+make_debian_root "$fresh"
 mkdir "$fresh/packages"
 cp $packages "$fresh/packages/"
 cp -r "$source_dir/examples" "$fresh/packages/"
 
-in_fresh() { chroot "$fresh" env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 \
-  DEBIAN_FRONTEND=noninteractive "$@"; }
+in_fresh() { in_debian_root "$fresh" "$@"; }
 install() { in_fresh apt-get install -y -qq --no-install-recommends "$@" >>"$scratch/apt.log" 2>&1 ||
   { tail -n 30 "$scratch/apt.log"; exit 1; }; }
 made() { (cd "$fresh" && printf '/%s' packages/"$1"_*.deb); }
-in_fresh apt-get update -qq
 install g++ cmake ninja-build pkg-config
 
 # Everything that stands in the root, without the package manager's own books and caches.
