@@ -19,7 +19,7 @@ need() {
     dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=" $package"
   done
   [ -n "$missing" ] || return 0
-  local as_root=""
+  local as_root="" log
   if [ "$(id -u)" -ne 0 ]; then
     if ! command -v sudo >/dev/null; then
       say "These Debian packages are missing:$missing"
@@ -30,10 +30,14 @@ need() {
   fi
   say "Installing:$missing"
   export DEBIAN_FRONTEND=noninteractive
-  if ! { $as_root apt-get update -qq && $as_root apt-get install -y -qq --no-install-recommends $missing; } >&2; then
+  log=$(mktemp)
+  if ! { $as_root apt-get update -qq &&
+         $as_root apt-get install -y -qq --no-install-recommends $missing; } >"$log" 2>&1; then
+    cat "$log" >&2
     say "The packages could not be installed. Run by hand: apt-get install$missing"
     exit 1
   fi
+  rm "$log"
 }
 
 # Configures a preset when it is new and builds the given targets; shows the log only when it fails.

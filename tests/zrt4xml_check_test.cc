@@ -121,6 +121,32 @@ TEST(ToolCheck, TextsCutAtTheRecordsLimit) {
   }
 }
 
+// The scanner delivers it in pieces.
+TEST(ToolCheck, VeryLongTextIsCutRatherThanInterrupted) {
+  const test::temporary_file file("<BMR><EVENT><TYPE>1</TYPE><SBLOCK>" +
+                                  std::string(3'000'000, 'x') + "</SBLOCK></EVENT></BMR>");
+  EXPECT_THAT(
+      run("check " + file.path()).out,
+      testing::ContainsRegex(":1:35: SBLOCK has more than [0-9]+ bytes; the record keeps 254: "
+                             "'x{254}'\n$"));
+}
+
+TEST(ToolCheck, DeclarationsCannotCostMoreThanTheLibraryLets) {
+  std::string document = "<!DOCTYPE BMR [<!ENTITY e0 '" + std::string(100, 'a') + "'>";
+  for (int level = 1; level <= 12; ++level) {
+    const std::string inner = "&e" + std::to_string(level - 1) + ";";
+    document += "<!ENTITY e" + std::to_string(level) + " '";
+    for (int i = 0; i < 10; ++i) document += inner;
+    document += "'>";
+  }
+  const test::temporary_file file(document + "]>\n<BMR><EVENT><TYPE>&e12;</TYPE></EVENT></BMR>");
+  const run_result result = run("check " + file.path());
+  EXPECT_EQ(result.code, 1);
+  EXPECT_THAT(result.out, testing::HasSubstr(file.path() + ":2:"));
+  EXPECT_THAT(result.out,
+              testing::HasSubstr("parser has encountered more than '50000' entity expansions"));
+}
+
 TEST(ToolCheck, TextsCutInTheVariableDialect) {
   const std::string text(80, 'x');
   EXPECT_EQ(checked(variable_with("DaqFloatMatrix", "<description>" + text + "</description>")).out,

@@ -155,8 +155,9 @@ TEST(ToolDiff, DialectsCanBeCompared) {
 TEST(ToolDiff, DifferentKindsAreWrongUsage) {
   const run_result result = compared(one_event, channel());
   EXPECT_EQ(result.code, 2);
-  EXPECT_THAT(result.err, testing::EndsWith(": cannot be compared: one is event list, the other "
-                                            "channel descriptions, element dialect\n"));
+  EXPECT_THAT(result.err,
+              testing::MatchesRegex("zrt4xml: .*: of another kind .channel descriptions, element "
+                                    "dialect. than .* .event list.\n"));
 }
 
 TEST(ToolDiff, NamesTheFileThatCannotBeUsed) {
@@ -277,6 +278,32 @@ TEST(ToolDiff, ConvertToTheSameDialectLosesNothing) {
     EXPECT_EQ(result.code, 0) << example;
     EXPECT_EQ(result.out, "") << example;
   }
+}
+
+TEST(ToolDiff, ConvertToTheOtherDialectOfWhatTheVariableDialectHoldsLosesNothing) {
+  for (const char* const example : {"variables.xml", "linac_variables.xml"}) {
+    const std::string original = std::string(ZRT4_SOURCE_DIR "/examples/channels/") + example;
+    const test::temporary_file converted("");
+    EXPECT_EQ(run("convert " + original + " --to xml -o " + converted.path()).code, 0);
+    EXPECT_EQ(run("diff " + original + " " + converted.path()).out, "") << example;
+  }
+}
+
+TEST(ToolDiff, ConvertWithoutWideCutsNamesAndNothingElse) {
+  const std::string original = ZRT4_SOURCE_DIR "/examples/dictionaries/long_names.xml";
+  const test::temporary_file converted("");
+  EXPECT_EQ(run("convert " + original + " --to xml -o " + converted.path()).code, 0);
+  const run_result result = run("diff " + original + " " + converted.path());
+  EXPECT_EQ(result.code, 1);
+  std::istringstream lines(result.out);
+  int cut = 0;
+  for (std::string line; std::getline(lines, line);) {
+    EXPECT_THAT(line, testing::MatchesRegex("(---|[+]{3}|~ entry) .*|    property: .*"));
+    if (line.rfind("    property: ", 0) == 0) ++cut;
+  }
+  EXPECT_GT(cut, 0);
+  EXPECT_EQ(run("convert --wide " + original + " --to xml -o " + converted.path()).code, 0);
+  EXPECT_EQ(run("diff " + original + " " + converted.path()).out, "");
 }
 
 TEST(ToolDiff, ConvertToVariablesLosesWhatThatDialectLacks) {

@@ -50,9 +50,16 @@ TEST(ToolJson, ShowsAnEventList) {
 
 TEST(ToolJson, EveryExampleFitsTheSchema) {
   ASSERT_GE(test::examples().size(), 11U);
+  std::string all;
   for (const std::string& example : test::examples()) {
+    all += " " + example;
     EXPECT_TRUE(prints_valid_json("show --json " + example));
+    EXPECT_TRUE(prints_valid_json("diff --json " + example + " " + example));
   }
+  EXPECT_TRUE(prints_valid_json("check --json" + all));
+  EXPECT_TRUE(prints_valid_json("stat --json" + all));
+  EXPECT_TRUE(prints_valid_json("find --json --name BPM.3.L1.X --event NORMAL " ZRT4_SOURCE_DIR
+                                "/examples/channels/channels.xml"));
 }
 
 TEST(ToolJson, SchemaIsNoOpenDoor) {
@@ -83,6 +90,24 @@ TEST(ToolJson, TextCutInsideACharacterIsStillUtf8) {
               testing::HasSubstr("\"units\": \"\xc2\xb5\xc2\xb5\xc2\xb5\xc2\xb5\xc2\xb5\xc2\xb5\xc2"
                                  "\xb5\xef\xbf\xbd\""));
   EXPECT_TRUE(prints_valid_json("show --json " + file.path()));
+  EXPECT_TRUE(prints_valid_json("check --json " + file.path()));
+  const test::temporary_file other(channel("<UNITS>mm</UNITS>"));
+  EXPECT_TRUE(prints_valid_json("diff --json " + file.path() + " " + other.path()));
+}
+
+// Everything that is shown or named by subcommands other than show, cut in the middle of "\u00e9".
+TEST(ToolJson, NamesCutInsideACharacterAreStillUtf8) {
+  std::string long_name = "x";
+  while (long_name.size() < 300) long_name += "\xc3\xa9";
+  const test::temporary_file file("<CHANDESCRIPTIONS><CHANNEL><PROP>" + long_name +
+                                  "</PROP><NAME>" + long_name + "</NAME><SUBSYSTEM>xx" + long_name +
+                                  "</SUBSYSTEM></CHANNEL></CHANDESCRIPTIONS>");
+  EXPECT_TRUE(prints_valid_json("stat --json " + file.path()));
+  EXPECT_TRUE(prints_valid_json("check --json " + file.path()));
+  EXPECT_TRUE(
+      prints_valid_json("find --json --name " + long_name.substr(0, 255) + " " + file.path()));
+  EXPECT_TRUE(
+      prints_valid_json("find --json --name " + long_name.substr(0, 200) + " " + file.path()));
 }
 
 TEST(ToolJson, TextsOfEveryLengthOfCharacter) {

@@ -56,12 +56,71 @@ TEST(Tool, BrokenDocumentIsShownAsFarAsItGoes) {
   const run_result result = run("show " + file.path());
   EXPECT_EQ(result.code, 1);
   EXPECT_EQ(result.out, one_event_listing);
-  EXPECT_EQ(result.err, "\nFatal Error at (file " + file.path() +
-                            ", line 1, char 35): input ended before all started tags were ended; "
-                            "last tag started is 'BMR'\n"
-                            "zrt4xml: " +
-                            file.path() +
-                            ": not read cleanly (1 error); what could be read is shown\n");
+  EXPECT_EQ(result.err,
+            "zrt4xml: " + file.path() +
+                ":1:35: input ended before all started tags were ended; last tag started is 'BMR'\n"
+                "zrt4xml: " +
+                file.path() + ": not read cleanly (1 error); what could be read is shown\n");
+}
+
+TEST(Tool, ErrorsNameStandardInputAndTheirPlace) {
+  const test::temporary_file file("<CHANDESCRIPTIONS>\n<CHANNEL>");
+  for (const char* const subcommand :
+       {"show", "stat", "find --name A", "convert --to xml",
+        "merge " ZRT4_SOURCE_DIR "/examples/channels/channels.xml"}) {
+    const run_result result = run(std::string(subcommand) + " - <" + file.path());
+    EXPECT_EQ(result.code, 1) << subcommand;
+    EXPECT_THAT(result.err,
+                testing::StartsWith("zrt4xml: standard input:2:10: input ended before all started "
+                                    "tags were ended; last tag started is 'CHANNEL'\n"
+                                    "zrt4xml: standard input: not read cleanly"))
+        << subcommand;
+  }
+}
+
+TEST(Tool, WhatAReaderMissesIsTold) {
+  const test::temporary_file file(
+      "<DAQvariables><DaqBits><vindo>A</vindo><bitTitle>on</bitTitle></DaqBits></DAQvariables>");
+  const run_result result = run("show --json " + file.path());
+  EXPECT_EQ(result.code, 1);
+  EXPECT_EQ(result.err,
+            "No attribute: bit found for bitTitle prop: A\n"
+            "No attribute: bit found for bitTitle prop: A\n"
+            "zrt4xml: " +
+                file.path() + ": not read cleanly (2 errors); what could be read is shown\n");
+}
+
+TEST(Tool, EmptyFileIsCalledEmpty) {
+  const test::temporary_file file("");
+  const run_result result = run("check " + file.path());
+  EXPECT_EQ(result.code, 1);
+  EXPECT_EQ(result.err, "zrt4xml: " + file.path() + ": is empty\n");
+  EXPECT_EQ(run("stat - </dev/null").err, "zrt4xml: standard input: is empty\n");
+}
+
+TEST(Tool, LongNameIsShortenedInAMessage) {
+  const test::temporary_file file("<" + std::string(79, 'x') + "\xc3\xa9" + std::string(1000, 'y') +
+                                  "/>");
+  const run_result result = run("show " + file.path());
+  EXPECT_EQ(result.code, 1);
+  EXPECT_THAT(result.err, testing::HasSubstr("its root element is '" + std::string(79, 'x') +
+                                             "\xc3\xa9...'; known are"));
+}
+
+TEST(Tool, BinaryFileIsNoDocument) {
+  const test::temporary_file file(
+      std::string("\x7f"
+                  "ELF\0\1\xff\xfe",
+                  8));
+  for (const char* const subcommand :
+       {"show", "check", "stat", "find --name A", "convert --to xml", "show --json",
+        "merge --dry-run " ZRT4_SOURCE_DIR "/examples/channels/channels.xml"}) {
+    const run_result result = run(std::string(subcommand) + " " + file.path());
+    EXPECT_EQ(result.code, 1) << subcommand;
+    EXPECT_THAT(result.err,
+                testing::StartsWith("zrt4xml: " + file.path() + ":1:1: not a readable "))
+        << subcommand;
+  }
 }
 
 TEST(Tool, UnknownKindNamesItsRootAndTheKindsKnown) {
@@ -91,6 +150,17 @@ TEST(Tool, MissingFileAndDirectoryCannotBeOpened) {
   EXPECT_EQ(directory.err, "zrt4xml: /tmp: Is a directory\n");
 }
 
+// Without the privileges that let root read everything.
+TEST(Tool, FileThatMustNotBeReadIsNamed) {
+  const test::temporary_file file(one_event);
+  std::filesystem::permissions(file.path(), std::filesystem::perms::none);
+  const std::string unprivileged =
+      geteuid() == 0 ? "setpriv --bounding-set=-dac_override,-dac_read_search env " : "";
+  const run_result result = run("show " + file.path(), unprivileged);
+  EXPECT_EQ(result.code, 2);
+  EXPECT_EQ(result.err, "zrt4xml: " + file.path() + ": Permission denied\n");
+}
+
 TEST(Tool, WorstExitCodeOfSeveralFilesCounts) {
   const test::temporary_file good(one_event);
   const test::temporary_file bad("<html/>");
@@ -107,6 +177,58 @@ TEST(Tool, WrongUsage) {
     EXPECT_EQ(result.out, "") << arguments;
     EXPECT_THAT(result.err, testing::HasSubstr("--help")) << arguments;
   }
+}
+
+TEST(Tool, WrongUsageIsToldInOneLineAndWhereHelpIs) {
+  const struct {
+    const char* arguments;
+    const char* told;
+  } cases[] = {
+      {"", "zrt4xml: A subcommand is required\nTry 'zrt4xml --help'.\n"},
+      {"shw x", "zrt4xml: no such subcommand: shw\nTry 'zrt4xml --help'.\n"},
+      {"show", "zrt4xml: FILE is required\nTry 'zrt4xml show --help'.\n"},
+      {"convert x --to foo",
+       "zrt4xml: --to: foo not in {xml,variables,text,short}\nTry 'zrt4xml convert --help'.\n"},
+      {"convert x --to 1",
+       "zrt4xml: --to: 1 not in {xml,variables,text,short}\nTry 'zrt4xml convert --help'.\n"},
+      {"convert x --to xml -o ''",
+       "zrt4xml: --output: the name is empty\nTry 'zrt4xml convert --help'.\n"},
+      {"find x --name A --event FOO",
+       "zrt4xml: --event: no such event type: FOO\nTry 'zrt4xml find --help'.\n"},
+  };
+  for (const auto& each : cases) {
+    const run_result result = run(each.arguments);
+    EXPECT_EQ(result.code, 2) << each.arguments;
+    EXPECT_EQ(result.out, "") << each.arguments;
+    EXPECT_EQ(result.err, each.told) << each.arguments;
+  }
+}
+
+TEST(Tool, StandardInputCanBeReadOnlyOnce) {
+  for (const char* const arguments :
+       {"show - -", "check - x -", "stat - -", "find --name A - -", "diff - -", "merge - -",
+        "merge x - -", "merge --dry-run - -"}) {
+    const run_result result = run(std::string(arguments) + " </dev/null");
+    EXPECT_EQ(result.code, 2) << arguments;
+    EXPECT_EQ(result.out, "") << arguments;
+    EXPECT_THAT(result.err,
+                testing::StartsWith("zrt4xml: -: standard input can be read only once\n"))
+        << arguments;
+  }
+}
+
+TEST(Tool, ClosedStandardStreamsAreNotMistakenForFiles) {
+  const std::string channels = ZRT4_SOURCE_DIR "/examples/channels/channels.xml";
+  const run_result no_output = run("show " + channels + " >&-");
+  EXPECT_EQ(no_output.code, 2);
+  EXPECT_EQ(no_output.err, "zrt4xml: standard output: Bad file descriptor\n");
+  const run_result no_input = run("show - <&-");
+  EXPECT_EQ(no_input.code, 2);
+  EXPECT_EQ(no_input.err, "zrt4xml: standard input: Bad file descriptor\n");
+  const test::temporary_file written("");
+  EXPECT_EQ(run("convert " + channels + " --to text -o " + written.path() + " <&- >&- 2>&-").code,
+            0);
+  EXPECT_EQ(written.content(), run("convert " + channels + " --to text").out);
 }
 
 TEST(Tool, HelpHasAnExample) {
@@ -182,6 +304,17 @@ TEST(Tool, KindForcesACamera) {
   EXPECT_EQ(run("show --kind nonsense " + file.path()).code, 2);
 }
 
+TEST(Tool, KindThatTheRootContradictsIsRefused) {
+  const test::temporary_file file(one_event);
+  const run_result result = run("show --kind channels " + file.path());
+  EXPECT_EQ(result.code, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err,
+            "zrt4xml: " + file.path() + ": its root element is 'BMR', not 'CHANDESCRIPTIONS'\n");
+  const test::temporary_file other_dialect(variable);
+  EXPECT_EQ(run("show --kind channels " + other_dialect.path()).code, 0);
+}
+
 TEST(Tool, DamagedCameraFileIsShownAsFarAsItGoes) {
   const test::temporary_file file("<Camera><Integer Name='Width'/>\n<Float Name='Gain'></Camera>");
   const run_result result = run("show " + file.path());
@@ -223,7 +356,8 @@ TEST(ToolFind, NotSelectedOrNotFoundIsExitCodeOne) {
   EXPECT_THAT(other_event.out, testing::EndsWith("selected for BOR: no\n"));
   const run_result unknown = run("find --name nothing " + file.path());
   EXPECT_EQ(unknown.code, 1);
-  EXPECT_EQ(unknown.out, "CHANNEL nothing NOT FOUND\n");
+  EXPECT_EQ(unknown.out, "");
+  EXPECT_EQ(unknown.err, "zrt4xml: nothing: no channel has this DAQ name or property\n");
 }
 
 TEST(ToolFind, WrongUsage) {
@@ -232,6 +366,19 @@ TEST(ToolFind, WrongUsage) {
   EXPECT_EQ(run("find --name A.C --event NONSENSE " + file.path()).code, 2);
   EXPECT_EQ(run("find --name A.C --event 32 " + file.path()).code, 2);
   EXPECT_EQ(run("find --name A.C /nonexistent").code, 2);
+}
+
+TEST(ToolFind, NothingToSearchIsToldByTheFileAlone) {
+  const run_result missing = run("find --name A.C /nonexistent");
+  EXPECT_EQ(missing.out, "");
+  EXPECT_EQ(missing.err, "zrt4xml: /nonexistent: No such file or directory\n");
+  const test::temporary_file events(one_event);
+  const run_result other_kind = run("find --name A.C " + events.path());
+  EXPECT_EQ(other_kind.code, 2);
+  EXPECT_EQ(other_kind.out, "");
+  EXPECT_EQ(other_kind.err, "zrt4xml: " + events.path() +
+                                ": of another kind (event list) than is needed here: channel "
+                                "descriptions\n");
 }
 
 TEST(ToolConvert, DocumentKeepsTheNumbersOfTypes) {
@@ -326,6 +473,30 @@ TEST(ToolConvert, WrongUsage) {
   EXPECT_EQ(run("convert " + events.path() + " --to xml").code, 2);
 }
 
+TEST(ToolConvert, FileIsReplacedOnlyWhenAllWentWell) {
+  const test::temporary_file damaged(
+      "<CHANDESCRIPTIONS><CHANNEL><PROP>A</PROP></CHANNEL><CHANNEL>");
+  const test::temporary_file good(channel());
+  const test::temporary_file dictionary("<ENVINDEXDICT><CHANNEL>");
+  const test::temporary_file lossy(channel("<DESC>5 k\xce\xa9</DESC>"));
+  for (const std::string& arguments :
+       {"convert --to xml " + damaged.path(), "convert --to text " + damaged.path(),
+        "convert --to xml " + dictionary.path(), "convert --to text " + dictionary.path(),
+        "convert --to xml " + lossy.path(), "merge " + good.path() + " " + damaged.path(),
+        "merge " + damaged.path() + " " + good.path()}) {
+    const test::temporary_file old("old");
+    const run_result result = run(arguments + " -o " + old.path());
+    EXPECT_EQ(result.code, 1) << arguments;
+    EXPECT_EQ(old.content(), "old") << arguments;
+    EXPECT_THAT(result.err, testing::EndsWith("zrt4xml: " + old.path() +
+                                              ": not written, because not all went well; without "
+                                              "-o, standard output takes what there is\n"))
+        << arguments;
+  }
+  EXPECT_EQ(run("convert --to short " + damaged.path()).out,
+            std::string(35, ' ') + "!!!UNDEFINED!!!\t1\tUNKNOWN\n");
+}
+
 TEST(ToolConvert, FailedWriteLeavesTheOldFileAndNothingBeside) {
   const test::temporary_file file(channel());
   for (const char* const place : {"/dev/full", "/nonexistent/out.xml", "/tmp"}) {
@@ -391,6 +562,9 @@ TEST(ToolMerge, WrongUsage) {
   const test::temporary_file channels(channel());
   const test::temporary_file events(one_event);
   EXPECT_EQ(run("merge " + channels.path()).code, 2);
-  EXPECT_EQ(run("merge " + channels.path() + " " + events.path()).code, 2);
+  const run_result other_kind = run("merge " + channels.path() + " " + events.path());
+  EXPECT_EQ(other_kind.code, 2);
+  EXPECT_THAT(other_kind.err,
+              testing::StartsWith("zrt4xml: " + events.path() + ": of another kind"));
   EXPECT_EQ(run("merge " + channels.path() + " /nonexistent").code, 2);
 }

@@ -1,16 +1,27 @@
 #include "command_line.hh"
 
-#include <map>
+#include <algorithm>
 
 #include "document_kind.hh"
 #include "find.hh"
 
 namespace {
 
-const std::map<std::string, output_format> channel_formats{{"xml", output_format::xml},
-                                                           {"variables", output_format::variables},
-                                                           {"text", output_format::text},
-                                                           {"short", output_format::short_text}};
+constexpr struct {
+  const char* name;
+  output_format format;
+} forms[] = {{"xml", output_format::xml},
+             {"variables", output_format::variables},
+             {"text", output_format::text},
+             {"short", output_format::short_text}};
+
+CLI::Option* add_form(CLI::App* command, arguments& given, const std::string& description) {
+  std::vector<std::string> names;
+  for (const auto& form : forms) names.emplace_back(form.name);
+  return command->add_option("--to", given.form, description)
+      ->type_name("FORM")
+      ->check(CLI::IsMember(names));
+}
 
 void add_json(CLI::App* command, arguments& given) {
   command->add_flag("--json", given.as_json, "Print JSON, for programs");
@@ -19,7 +30,9 @@ void add_json(CLI::App* command, arguments& given) {
 void add_show(CLI::App& app, arguments& given) {
   CLI::App* command = app.add_subcommand(
       "show", "Print the listing of each document, recognised by its root element");
-  command->add_option("FILE", given.files, "Documents to show; - is standard input")->required();
+  command->add_option("FILE", given.files, "Documents to show; - is standard input")
+      ->required()
+      ->type_name("");
   command->add_option("--kind", given.kind, "Take every file as a document of this kind")
       ->type_name("KIND")
       ->check(CLI::IsMember(kind_names()));
@@ -30,7 +43,9 @@ void add_show(CLI::App& app, arguments& given) {
 void add_find(CLI::App& app, arguments& given) {
   CLI::App* command =
       app.add_subcommand("find", "Look a channel up in channel descriptions, as a DAQ client does");
-  command->add_option("FILE", given.files, "Channel descriptions; - is standard input")->required();
+  command->add_option("FILE", given.files, "Channel descriptions; - is standard input")
+      ->required()
+      ->type_name("");
   command->add_option("--name", given.name, "DAQ name or property of the channel")
       ->required()
       ->type_name("CHANNEL");
@@ -42,6 +57,7 @@ void add_find(CLI::App& app, arguments& given) {
   add_json(command, given);
   command->footer(
       "Exit code: 1 when the channel is not found or not selected.\n"
+      "Name the file first to have its channels completed by the shell.\n"
       "Example:\n  zrt4xml find --name BPM.7.X --event NORMAL channels.xml");
 }
 
@@ -49,18 +65,17 @@ void add_output(CLI::App* command, arguments& given) {
   command
       ->add_option("-o,--output", given.output,
                    "File to write; replaced only when all went well. Default: standard output")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->check([](const std::string& name) { return name.empty() ? "the name is empty" : ""; });
 }
 
 void add_convert(CLI::App& app, arguments& given) {
   CLI::App* command =
       app.add_subcommand("convert", "Write channel descriptions or a dictionary in another form");
-  command->add_option("FILE", given.file, "Document to convert; - is standard input")->required();
-  command->add_option("--to", given.to, "Form to write; of a dictionary: xml or text")
+  command->add_option("FILE", given.file, "Document to convert; - is standard input")
       ->required()
-      ->type_name("FORM")
-      ->transform(
-          CLI::CheckedTransformer(channel_formats).description("{xml,variables,text,short}"));
+      ->type_name("");
+  add_form(command, given, "Form to write; of a dictionary: xml or text")->required();
   command->add_flag("--wide", given.wide, "Dictionaries: property names of up to 255 characters");
   add_output(command, given);
   command->footer("Example:\n  zrt4xml convert channels.xml --to variables -o variables.xml");
@@ -69,25 +84,30 @@ void add_convert(CLI::App& app, arguments& given) {
 void add_merge(CLI::App& app, arguments& given) {
   CLI::App* command = app.add_subcommand(
       "merge", "Complete the channel descriptions of one file with what others know");
-  command->add_option("BASE FROM", given.files, "The file to complete, then those to take from")
+  command
+      ->add_option("BASE FROM", given.files,
+                   "The file to complete, then those to take from; - is standard input")
       ->required()
+      ->type_name("")
       ->expected(2, CLI::detail::expected_max_vector_size);
   command->add_flag("--force", given.force, "What the others know replaces what the first knows");
-  command->add_option("--to", given.to, "Form to write; default: as the first file")
-      ->type_name("FORM")
-      ->transform(
-          CLI::CheckedTransformer(channel_formats).description("{xml,variables,text,short}"));
+  add_form(command, given, "Form to write; default: as the first file");
   add_output(command, given);
   command->add_flag("--dry-run", given.dry_run, "Only print what would change, as diff does")
       ->excludes("--to")
       ->excludes("--output");
-  command->footer("Example:\n  zrt4xml merge master.xml delivered.xml -o complete.xml");
+  command->footer(
+      "Channels that the first file lacks are added; --dry-run has exit code 0 also when it finds "
+      "changes.\n"
+      "Example:\n  zrt4xml merge master.xml delivered.xml -o complete.xml");
 }
 
 void add_check(CLI::App& app, arguments& given) {
   CLI::App* command = app.add_subcommand(
       "check", "Read each document and tell what is wrong or odd about it, with line and column");
-  command->add_option("FILE", given.files, "Documents to check; - is standard input")->required();
+  command->add_option("FILE", given.files, "Documents to check; - is standard input")
+      ->required()
+      ->type_name("");
   add_json(command, given);
   command->footer(
       "Found: XML errors, duplicate properties and features, channels without name, texts cut at "
@@ -100,7 +120,9 @@ void add_check(CLI::App& app, arguments& given) {
 void add_stat(CLI::App& app, arguments& given) {
   CLI::App* command = app.add_subcommand(
       "stat", "Count the records of each document by event type, data type, subsystem and stream");
-  command->add_option("FILE", given.files, "Documents to count; - is standard input")->required();
+  command->add_option("FILE", given.files, "Documents to count; - is standard input")
+      ->required()
+      ->type_name("");
   add_json(command, given);
   command->footer("Example:\n  zrt4xml stat channels.xml");
 }
@@ -108,19 +130,50 @@ void add_stat(CLI::App& app, arguments& given) {
 void add_diff(CLI::App& app, arguments& given) {
   CLI::App* command = app.add_subcommand(
       "diff", "Compare two documents record by record, whatever the order of the records");
-  command->add_option("A", given.file, "The document as it was; - is standard input")->required();
-  command->add_option("B", given.other, "The document as it is")->required();
+  command->add_option("A", given.file, "The document as it was; - is standard input")
+      ->required()
+      ->type_name("");
+  command->add_option("B", given.other, "The document as it is; - is standard input")
+      ->required()
+      ->type_name("");
   add_json(command, given);
   command->footer(
       "Exit code: 1 when they differ.\n"
       "Example:\n  zrt4xml diff old.xml new.xml");
 }
 
+std::string wrong_usage(const CLI::App* app, const CLI::Error& error) {
+  const auto chosen = app->get_subcommands();
+  const auto unknown = app->remaining();
+  std::string text = error.what();
+  if (chosen.empty() && !unknown.empty()) text = "no such subcommand: " + unknown.front();
+  const std::string help = "zrt4xml " + (chosen.empty() ? "" : chosen.front()->get_name() + " ");
+  return "zrt4xml: " + text + "\nTry '" + help + "--help'.\n";
+}
+
 }  // namespace
+
+output_format arguments::to() const {
+  for (const auto& known : forms) {
+    if (form == known.name) return known.format;
+  }
+  return output_format::same;
+}
+
+bool arguments::name_standard_input_twice() const {
+  const auto in_files = std::count(files.begin(), files.end(), "-");
+  return in_files + (file == "-" ? 1 : 0) + (other == "-" ? 1 : 0) > 1;
+}
 
 command_line::command_line() {
   app.set_version_flag("--version", "zrt4xml " ZRT4_VERSION);
   app.require_subcommand(1);
+  app.failure_message(wrong_usage);
+  app.callback([this] {
+    if (given.name_standard_input_twice()) {
+      throw CLI::ValidationError("-", "standard input can be read only once");
+    }
+  });
   app.fallthrough();
   app.add_flag("-q,--quiet", given.quiet,
                "No messages but those of exit code 2; find, check and diff print nothing either");
@@ -129,9 +182,17 @@ command_line::command_line() {
       "  zrt4xml show events.xml\n"
       "  generate-list | zrt4xml show -\n"
       "\n"
-      "Exit code: 0 fine; 1 a document could not be read or written cleanly, documents differ, a\n"
-      "channel was not found, or check found something; 2 wrong usage, or a file that cannot be\n"
-      "opened or written. Messages go to standard error.");
+      "Exit code:\n"
+      "  0  all is fine\n"
+      "  1  a document could not be read or written cleanly, documents differ, a channel was not\n"
+      "     found or not selected, or check found something\n"
+      "  2  wrong usage, or a file that cannot be opened, used or written\n"
+      "\n"
+      "Environment:\n"
+      "  NO_COLOR                when set, no colour on a terminal\n"
+      "  LC_ALL, LC_CTYPE, LANG  the code page of texts; UTF-8 where they name none\n"
+      "\n"
+      "Messages go to standard error.");
   add_show(app, given);
   add_find(app, given);
   add_check(app, given);

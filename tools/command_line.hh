@@ -20,13 +20,16 @@ struct arguments {
   std::string name;
   std::string event;
   std::string output;
-  output_format to = output_format::same;
+  std::string form;
   bool wide = false;
   bool force = false;
   bool dry_run = false;
   bool as_json = false;
   bool quiet = false;
 
+  output_format to() const;
+  /// Standard input is there only once.
+  bool name_standard_input_twice() const;
   look wanted() const { return as_json ? look::json : quiet ? look::nothing : look::text; }
 };
 

@@ -23,10 +23,9 @@ bool is_xml(output_format format) {
   return format == output_format::xml || format == output_format::variables;
 }
 
-int dialect_of(const document_kind& kind) {
-  if (kind.name == "channels") return ZRT4_FORMAT;
-  if (kind.name == "variables") return MORV_FORMAT;
-  throw wrong_usage("this is no channel description but: " + std::string(kind.description));
+int dialect_of(const input_file& file, const document_kind& kind) {
+  if (!kind.is_channels()) throw wrong_kind(file, kind, "channel descriptions");
+  return kind.name == "channels" ? ZRT4_FORMAT : MORV_FORMAT;
 }
 
 output_format own_format(int dialect) {
@@ -34,8 +33,8 @@ output_format own_format(int dialect) {
 }
 
 // A document keeps the numbers of types; a text shows masks, as the listing does.
-types types_for(output_format format) {
-  return is_xml(format) ? types::numbers : types::masks;
+zrt4::types types_for(output_format format) {
+  return is_xml(format) ? zrt4::types::numbers : zrt4::types::masks;
 }
 
 /// What `dump(file name)` writes.
@@ -50,112 +49,123 @@ std::string dumped(Dump&& dump) {
   return memory.read_all();
 }
 
-std::string text_of(channel_list& list, output_format format) {
+std::string text_of(zrt4::channel_list& list, output_format format) {
   if (is_xml(format)) {
     std::string document;
     const int dialect = format == output_format::xml ? ZRT4_FORMAT : MORV_FORMAT;
-    dump_chan_desr(&list.channels, nullptr, DUMP_XML_FILE, dialect, -1, &document, nullptr);
+    dump_chan_desr(list.get(), nullptr, DUMP_XML_FILE, dialect, -1, &document, nullptr);
     return to_latin1(document);
   }
   const int mode = format == output_format::text ? DUMP_TXT_FILE : DUMP_TXT_FILE_SHORT;
   return dumped([&](char* path) {
-    return dump_chan_desr(&list.channels, path, mode, ZRT4_FORMAT, -1, nullptr, nullptr);
+    return dump_chan_desr(list.get(), path, mode, ZRT4_FORMAT, -1, nullptr, nullptr);
   });
 }
 
-exit_code write_channels(const std::string& file, channel_list& list, output_format format,
-                         const std::string& output) {
+// Standard output takes what there is, a file is not replaced by half of it.
+exit_code finish(exit_code result, const std::string& content, const std::string& output) {
+  if (result == exit_fine || is_standard_output(output)) {
+    write_output(output, content);
+  } else {
+    complain(output,
+             "not written, because not all went well; without -o, standard output takes what "
+             "there is");
+  }
+  return result;
+}
+
+exit_code write_channels(exit_code result, const std::string& file, zrt4::channel_list& list,
+                         output_format format, const std::string& output) {
   writable fit;
-  if (is_xml(format)) fit = check_channels(file, list.channels);
+  if (is_xml(format)) fit = check_channels(file, list);
   if (!fit.at_all) {
     complain(file, "nothing is written: the document could not be read back");
     return exit_bad_document;
   }
-  write_output(output, text_of(list, format));
-  return fit.wholly ? exit_fine : exit_bad_document;
+  if (!fit.wholly) result = exit_bad_document;
+  return finish(result, text_of(list, format), output);
 }
 
 struct narrow {
-  using entry = zrt4_env_index_dictionary_entry;
-  static int dump(std::vector<entry*>* list, char* path, int mode, std::string* document) {
+  using dictionary = zrt4::env_dictionary;
+  static int dump(dictionary::pointers* list, char* path, int mode, std::string* document) {
     return dump_env_index_dict(list, path, mode, -1, document);
   }
 };
 struct wide_2010 {
-  using entry = zrt4_env_index_dictionary_entry_2010;
-  static int dump(std::vector<entry*>* list, char* path, int mode, std::string* document) {
+  using dictionary = zrt4::env_dictionary_2010;
+  static int dump(dictionary::pointers* list, char* path, int mode, std::string* document) {
     return dump_env_index_dict_2010(list, path, mode, -1, document);
   }
 };
 
 template <class Width>
 exit_code convert_dictionary(input_file& file, output_format to, const std::string& output) {
-  dictionary<typename Width::entry> list;
+  typename Width::dictionary list;
   exit_code result = exit_fine;
-  if (const int errors = list.read(file); errors != 0) {
+  if (const int errors = read_into(list, file); errors != 0) {
     complain_of_errors(file.name(), errors, "what could be read is converted");
     result = exit_bad_document;
   }
   if (to == output_format::text) {
-    write_output(output, dumped([&](char* path) {
-                   return Width::dump(&list.entries, path, ENV_INDX_DUMP_TXT_FILE, nullptr);
-                 }));
-    return result;
+    const std::string text = dumped(
+        [&](char* path) { return Width::dump(list.get(), path, ENV_INDX_DUMP_TXT_FILE, nullptr); });
+    return finish(result, text, output);
   }
-  const writable fit = check_dictionary(file.name(), list.entries);
+  const writable fit = check_dictionary(file.name(), list);
   if (!fit.at_all) {
     complain(file.name(), "nothing is written: the document could not be read back");
     return exit_bad_document;
   }
   std::string document;
-  Width::dump(&list.entries, nullptr, ENV_INDX_DUMP_XML_STRING, &document);
-  write_output(output, to_latin1(document));
-  return fit.wholly ? result : exit_bad_document;
+  Width::dump(list.get(), nullptr, ENV_INDX_DUMP_XML_STRING, &document);
+  if (!fit.wholly) result = exit_bad_document;
+  return finish(result, to_latin1(document), output);
 }
 
 exit_code convert_channels(input_file& file, int dialect, output_format to,
                            const std::string& output) {
-  channel_list list;
+  zrt4::channel_list list;
   exit_code result = exit_fine;
-  if (const int errors = list.read(file, dialect, types_for(to)); errors != 0) {
+  if (const int errors = read_into(list, file, dialect, types_for(to)); errors != 0) {
     complain_of_errors(file.name(), errors, "what could be read is converted");
     result = exit_bad_document;
   }
-  return std::max(result, write_channels(file.name(), list, to, output));
+  return write_channels(result, file.name(), list, to, output);
 }
 
-void add(channel_list& base, channel_list& from, bool force) {
+void add(zrt4::channel_list& base, zrt4::channel_list& from, bool force) {
   std::unordered_map<std::string_view, chan_descr_2010*> by_property;
-  for (chan_descr_2010* channel : base.channels) by_property.emplace(channel->prop_name, channel);
+  for (chan_descr_2010& channel : base) by_property.emplace(channel.prop_name, &channel);
   std::vector<chan_descr_2010*> merged;
-  for (chan_descr_2010* channel : from.channels) {
+  for (chan_descr_2010* channel : *from.get()) {
     const auto [known, is_new] = by_property.emplace(channel->prop_name, channel);
     if (is_new) {
-      base.channels.push_back(channel);
+      base.get()->push_back(channel);
     } else if (known->second != channel) {
       extend_channel_description(known->second, channel, force);
       merged.push_back(channel);
     }
   }
-  from.channels = std::move(merged);
+  from.get()->swap(merged);
 }
 
 // The first file read chooses what `same` means.
-exit_code read_to_merge(channel_list& list, const std::string& name, output_format& to) {
+exit_code read_to_merge(zrt4::channel_list& list, const std::string& name, output_format& to) {
   input_file file(name);
-  const int dialect = dialect_of(kind_of(file));
+  const int dialect = dialect_of(file, kind_of(file));
   if (to == output_format::same) to = own_format(dialect);
-  const int errors = list.read(file, dialect, types_for(to));
+  const int errors = read_into(list, file, dialect, types_for(to));
   if (errors == 0) return exit_fine;
   complain_of_errors(file.name(), errors, "what could be read is merged");
   return exit_bad_document;
 }
 
-exit_code add_all_but_first(channel_list& base, const std::vector<std::string>& files, bool force,
-                            output_format to) {
+exit_code add_all_but_first(zrt4::channel_list& base, const std::vector<std::string>& files,
+                            bool force, output_format to) {
   exit_code result = exit_fine;
   for (std::size_t i = 1; i < files.size(); ++i) {
-    channel_list from;
+    zrt4::channel_list from;
     result = std::max(result, read_to_merge(from, files[i], to));
     add(base, from, force);
   }
@@ -170,25 +180,26 @@ exit_code convert(const std::string& file_name, output_format to, bool wide,
   const document_kind& kind = kind_of(file);
   if (kind.name == "dictionary") {
     if (to != output_format::xml && to != output_format::text) {
-      throw wrong_usage("a dictionary converts to xml or text only");
+      throw file_error(file.name(), "a dictionary converts to xml or text only");
     }
     return wide ? convert_dictionary<wide_2010>(file, to, output)
                 : convert_dictionary<narrow>(file, to, output);
   }
-  if (wide) throw wrong_usage("--wide is for dictionaries only");
-  return convert_channels(file, dialect_of(kind), to, output);
+  if (!kind.is_channels()) throw wrong_kind(file, kind, "channel descriptions or a dictionary");
+  if (wide) throw file_error(file.name(), "--wide is for dictionaries only");
+  return convert_channels(file, dialect_of(file, kind), to, output);
 }
 
 exit_code merge(const std::vector<std::string>& files, bool force, output_format to,
                 const std::string& output) {
-  channel_list base;
+  zrt4::channel_list base;
   const exit_code first = read_to_merge(base, files.front(), to);
   const exit_code others = add_all_but_first(base, files, force, to);
-  return std::max({first, others, write_channels(files.front(), base, to, output)});
+  return write_channels(std::max(first, others), files.front(), base, to, output);
 }
 
 exit_code merge_dry_run(const std::vector<std::string>& files, bool force) {
-  channel_list base;
+  zrt4::channel_list base;
   output_format to = output_format::same;
   const exit_code first = read_to_merge(base, files.front(), to);
   std::vector<row> before = rows_of(base);

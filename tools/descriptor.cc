@@ -49,6 +49,11 @@ std::string descriptor::read_all() {
   }
 }
 
+std::string descriptor::read_from_start() {
+  if (lseek(fd, 0, SEEK_SET) == -1) fail(errno);
+  return read_all();
+}
+
 void descriptor::close() {
   if (::close(std::exchange(fd, -1)) == -1) fail(errno);
 }

@@ -19,6 +19,7 @@ class descriptor {
   void write_all(const std::string& content);
   /// Everything from here to the end.
   std::string read_all();
+  std::string read_from_start();
   /// Closes now: only then it is known that everything was written.
   void close();
 

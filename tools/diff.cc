@@ -96,8 +96,9 @@ exit_code diff(const std::string& before, const std::string& after, look wanted)
   side new_one = load(after);
   const std::string_view type = old_one.kind->record_name;
   if (type != new_one.kind->record_name) {
-    throw wrong_usage("cannot be compared: one is " + std::string(old_one.kind->description) +
-                      ", the other " + std::string(new_one.kind->description));
+    throw file_error(new_one.name, "of another kind (" + std::string(new_one.kind->description) +
+                                       ") than " + old_one.name + " (" +
+                                       std::string(old_one.kind->description) + ")");
   }
   const auto found = differences(old_one.document.rows, new_one.document.rows, type);
   if (wanted == look::text) print_differences(old_one.name, new_one.name, found);

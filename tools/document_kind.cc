@@ -1,6 +1,7 @@
 #include "document_kind.hh"
 
 #include <algorithm>
+#include <filesystem>
 
 #include "bad_document.hh"
 #include "documents.hh"
@@ -8,54 +9,43 @@
 #include "message.hh"
 #include "quiet_output.hh"
 #include "scan.hh"
+#include "terminal.hh"
 
 namespace {
 
 int show_event_list(input_file& file) {
-  event_list list;
-  const int errors = list.read(file);
-  zrt4_print_ev_list(&list.entries);
+  zrt4::event_list list;
+  const int errors = read_into(list, file);
+  zrt4_print_ev_list(list.get());
   return errors;
 }
 
-template <class List>
-loaded_document with_rows(const std::shared_ptr<List>& list, int errors) {
+template <class List, class... More>
+loaded_document load(input_file& file, More... more) {
+  const auto list = std::make_shared<List>();
+  const int errors = read_into(*list, file, more...);
   return {errors, rows_of(*list), list};
-}
-
-loaded_document load_event_list(input_file& file) {
-  const auto list = std::make_shared<event_list>();
-  const int errors = list->read(file);
-  return with_rows(list, errors);
 }
 
 template <int dialect>
 int show_channels(input_file& file) {
-  channel_list list;
-  const int errors = list.read(file, dialect, types::masks);
-  print_zrt4_chan_descr(&list.channels);
+  zrt4::channel_list list;
+  const int errors = read_into(list, file, dialect, zrt4::types::masks);
+  print_zrt4_chan_descr(list.get());
   return errors;
 }
 
 template <int dialect>
 loaded_document load_channels(input_file& file) {
-  const auto list = std::make_shared<channel_list>();
-  const int errors = list->read(file, dialect, types::numbers);
-  return with_rows(list, errors);
+  return load<zrt4::channel_list>(file, dialect, zrt4::types::numbers);
 }
 
 // The wider record, so that no name is cut.
 int show_dictionary(input_file& file) {
-  dictionary<zrt4_env_index_dictionary_entry_2010> list;
-  const int errors = list.read(file);
-  dump_env_index_dict_2010(&list.entries, nullptr, ENV_INDX_DUMP_TO_SCREEN, -1, nullptr);
+  zrt4::env_dictionary_2010 list;
+  const int errors = read_into(list, file);
+  dump_env_index_dict_2010(list.get(), nullptr, ENV_INDX_DUMP_TO_SCREEN, -1, nullptr);
   return errors;
-}
-
-loaded_document load_dictionary(input_file& file) {
-  const auto list = std::make_shared<dictionary<zrt4_env_index_dictionary_entry_2010>>();
-  const int errors = list->read(file);
-  return with_rows(list, errors);
 }
 
 // The library reads a damaged camera file as far as it goes, without a word.
@@ -67,27 +57,27 @@ int damage_of_camera(input_file& file) {
 }
 
 int show_camera(input_file& file) {
-  camera_features list;
-  const int errors = list.read(file);
-  zrt4_dump_gige_descr(&list.features);
+  zrt4::camera_features list;
+  const int errors = read_into(list, file);
+  zrt4_dump_gige_descr(list.get());
   return std::max(errors, damage_of_camera(file));
 }
 
 loaded_document load_camera(input_file& file) {
-  const auto list = std::make_shared<camera_features>();
-  const int errors = list->read(file);
-  return with_rows(list, std::max(errors, damage_of_camera(file)));
+  loaded_document document = load<zrt4::camera_features>(file);
+  document.errors = std::max(document.errors, damage_of_camera(file));
+  return document;
 }
 
 constexpr document_kind kinds[] = {
-    {"events", "BMR", "event list", "event", "events", show_event_list, load_event_list,
+    {"events", "BMR", "event list", "event", "events", show_event_list, load<zrt4::event_list>,
      event_elements},
     {"channels", "CHANDESCRIPTIONS", "channel descriptions, element dialect", "channel", "channels",
      show_channels<ZRT4_FORMAT>, load_channels<ZRT4_FORMAT>, channel_elements},
     {"variables", "DAQvariables", "channel descriptions, variable dialect", "channel", "channels",
      show_channels<MORV_FORMAT>, load_channels<MORV_FORMAT>, variable_elements},
     {"dictionary", "ENVINDEXDICT", "environment index dictionary", "entry", "entries",
-     show_dictionary, load_dictionary, dictionary_elements},
+     show_dictionary, load<zrt4::env_dictionary_2010>, dictionary_elements},
     {"camera", "", "camera features", "feature", "features", show_camera, load_camera,
      camera_elements},
 };
@@ -95,26 +85,51 @@ constexpr const document_kind& camera = kinds[4];
 
 bool describes_a_camera(input_file& file) {
   const quiet_output remarks;
-  camera_features list;
-  return list.read(file) == 0 && !list.features.empty();
+  zrt4::camera_features list;
+  return read_into(list, file) == 0 && !list.empty();
+}
+
+// The reader of one dialect is that of the other.
+bool reads(const document_kind& kind, std::string_view root) {
+  if (kind.root.empty() || kind.root == root) return true;
+  return std::any_of(std::begin(kinds), std::end(kinds), [&](const document_kind& each) {
+    return each.root == root && each.is_channels() && kind.is_channels();
+  });
+}
+
+std::string shown(const std::string& name) {
+  return shortened(printable(name));
 }
 
 }  // namespace
 
 const document_kind& kind_of(input_file& file, std::string_view name) {
-  for (const document_kind& kind : kinds) {
-    if (!name.empty() && kind.name == name) return kind;
-  }
   const root_element root = find_root_element(file.path());
-  if (root.name.empty())
+  for (const document_kind& kind : kinds) {
+    if (name.empty() || kind.name != name) continue;
+    if (!root.name.empty() && !reads(kind, root.name)) {
+      throw bad_document(file.name(), "its root element is '" + shown(root.name) + "', not '" +
+                                          std::string(kind.root) + "'");
+    }
+    return kind;
+  }
+  if (root.name.empty()) {
+    if (std::filesystem::is_empty(file.path())) throw bad_document(file.name(), "is empty");
     throw bad_document(file.name(), "not a readable XML document: " + root.first.text,
                        root.first.place);
+  }
   for (const document_kind& kind : kinds) {
     if (kind.root == root.name) return kind;
   }
   if (describes_a_camera(file)) return camera;
-  throw bad_document(file.name(), "unknown kind of document: its root element is '" + root.name +
-                                      "'; known are " + known_kinds());
+  throw bad_document(file.name(), "unknown kind of document: its root element is '" +
+                                      shown(root.name) + "'; known are " + known_kinds());
+}
+
+file_error wrong_kind(const input_file& file, const document_kind& kind,
+                      const std::string& wanted) {
+  return {file.name(),
+          "of another kind (" + std::string(kind.description) + ") than is needed here: " + wanted};
 }
 
 std::string records_of(const document_kind& kind, std::size_t count) {

@@ -10,6 +10,7 @@
 #include "rows.hh"
 
 class input_file;
+struct file_error;
 
 /// The records of one document, with the numbers of types as they stand in it.
 struct loaded_document {
@@ -28,12 +29,17 @@ struct document_kind {
   int (*show)(input_file&);       ///< prints the library's listing; returns the number of errors
   loaded_document (*load)(input_file&);
   const known_elements& elements;
+
+  bool is_channels() const { return record_name == "channel"; }
 };
 
 /// The kind of a document: the one called `name`, or, when that is empty, the one with its root
 /// element; a document with another root that describes camera features is a camera's. Throws
 /// `bad_document` when there is none.
 const document_kind& kind_of(input_file& file, std::string_view name = {});
+
+/// The reason to refuse a document of this kind where `wanted` are.
+file_error wrong_kind(const input_file& file, const document_kind& kind, const std::string& wanted);
 
 /// "3 channels".
 std::string records_of(const document_kind& kind, std::size_t count);

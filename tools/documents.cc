@@ -1,54 +1,71 @@
 #include "documents.hh"
 
-#include <string>
+#include <unistd.h>
 
+#include <algorithm>
+#include <cstdio>
+
+#include "descriptor.hh"
 #include "input_file.hh"
+#include "message.hh"
 #include "progress.hh"
 #include "quiet_output.hh"
+#include "scan.hh"
 
-event_list::~event_list() {
-  // The library leaves empty channel vectors to whoever made the list.
-  for (const zrt4_ev_entry* entry : entries) {
-    for (zrt4_ev_sb_list* block : *entry->sb_list) {
-      if (!block->ch_list->empty()) continue;
-      delete block->ch_list;
-      block->ch_list = nullptr;
-    }
+namespace {
+
+template <class List>
+int read_file(List& list, input_file& file) {
+  return read_and_tell(file, [&] { return list.read_file(file.path()); });
+}
+
+}  // namespace
+
+// What the library says of XML errors names the copy that was made of standard input, in a form of
+// its own.
+int read_and_tell(input_file& file, const std::function<int()>& read) {
+  const progress shown(file.name());
+  descriptor said(memory_file());
+  int errors = 0;
+  {
+    const quiet_output held(STDERR_FILENO, said.get());
+    errors = read();
   }
-  zrt4_clean_ev_list(&entries);
+  if (errors == 0) return 0;
+  std::vector<damage> found = all_damage(file.path());
+  if (found.empty()) {
+    std::fputs(said.read_from_start().c_str(), stderr);
+    return errors;
+  }
+  found.resize(std::min(found.size(), static_cast<std::size_t>(errors)));
+  for (const damage& each : found) complain(file.name() + each.place, each.text);
+  return errors;
 }
 
-int event_list::read(input_file& file) {
-  const progress shown(file.name());
-  return zrt4_parse_ev_list_readf(file.path(), &entries);
+int read_into(zrt4::event_list& list, input_file& file) {
+  return read_file(list, file);
 }
 
-int channel_list::read(input_file& file, int dialect, types wanted) {
-  const progress shown(file.name());
-  const bool shift = wanted == types::masks;
-  if (dialect != MORV_FORMAT || !shift) {
-    return parse_descr_list_readf(file.path(), &channels, shift, false);
+int read_into(zrt4::channel_list& list, input_file& file, int dialect, zrt4::types wanted) {
+  if (dialect != MORV_FORMAT || wanted != zrt4::types::masks) {
+    return read_and_tell(file, [&] { return list.read_file(file.path(), wanted); });
   }
   // Only the memory reader makes masks of this dialect's event types. It also remarks on every bit
   // title that has not got its text yet, which is no news to a person.
-  std::string text = file.content();
+  const std::string text = file.content();
   const quiet_output remarks;
-  return parse_descr_list_read(text.data(), &channels, shift, false);
+  return read_and_tell(file, [&] { return list.read_text(text, wanted); });
 }
 
-template <>
-int dictionary<zrt4_env_index_dictionary_entry>::read(input_file& file) {
-  const progress shown(file.name());
-  return parse_env_index_dict_readf(file.path(), &entries);
+int read_into(zrt4::env_dictionary& list, input_file& file) {
+  return read_file(list, file);
 }
 
-template <>
-int dictionary<zrt4_env_index_dictionary_entry_2010>::read(input_file& file) {
-  const progress shown(file.name());
-  return parse_env_index_dict_readf_2010(file.path(), &entries);
+int read_into(zrt4::env_dictionary_2010& list, input_file& file) {
+  return read_file(list, file);
 }
 
-int camera_features::read(input_file& file) {
+int read_into(zrt4::camera_features& list, input_file& file) {
   const progress shown(file.name());
-  return zrt4_fill_gige_descr(file.path(), &features) ? 1 : 0;
+  return list.read_file(file.path());
 }

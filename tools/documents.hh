@@ -1,70 +1,27 @@
 #ifndef DOCUMENTS_HH
 #define DOCUMENTS_HH
 
-// The library's lists, owned: read from a file, released with the object.
+// Files of the command line, read into the library's lists. Each returns the number of errors;
+// those of XML are told as FILE:LINE:COLUMN.
 
-#include <cstdlib>
-#include <vector>
+#include <functional>
 
-#include "parse_chan_descr.hh"
-#include "parse_env_index_dictionary.hh"
-#include "parse_ev_list.hh"
-#include "zrt4_gige_descr.hh"
+#include "zrt4xml.hh"
 
 class input_file;
 
-/// What the numbers of event and data types become.
-enum class types { numbers, masks };
+int read_into(zrt4::event_list& list, input_file& file);
 
-struct event_list {
-  event_list() = default;
-  event_list(const event_list&) = delete;
-  event_list& operator=(const event_list&) = delete;
-  ~event_list();
-  int read(input_file& file);  ///< the number of errors, as for the others
+/// `dialect` is ZRT4_FORMAT or MORV_FORMAT.
+int read_into(zrt4::channel_list& list, input_file& file, int dialect, zrt4::types wanted);
 
-  std::vector<zrt4_ev_entry*> entries;
-};
+int read_into(zrt4::env_dictionary& list, input_file& file);
+int read_into(zrt4::env_dictionary_2010& list, input_file& file);
 
-struct channel_list {
-  channel_list() = default;
-  channel_list(const channel_list&) = delete;
-  channel_list& operator=(const channel_list&) = delete;
-  ~channel_list() { clean_chan_desr_list(&channels); }
-  /// `dialect` is ZRT4_FORMAT or MORV_FORMAT.
-  int read(input_file& file, int dialect, types wanted);
+/// Damage is no error, and not told.
+int read_into(zrt4::camera_features& list, input_file& file);
 
-  std::vector<chan_descr_2010*> channels;
-};
-
-/// `Entry` is the entry record of one of the two widths.
-template <class Entry>
-struct dictionary {
-  dictionary() = default;
-  dictionary(const dictionary&) = delete;
-  dictionary& operator=(const dictionary&) = delete;
-  ~dictionary() {
-    // One entry can stand at two places, one behind the other.
-    const Entry* released = nullptr;
-    for (Entry* entry : entries) {
-      if (entry == released) continue;
-      released = entry;
-      std::free(entry);
-    }
-  }
-  int read(input_file& file);
-
-  std::vector<Entry*> entries;
-};
-
-struct camera_features {
-  camera_features() = default;
-  camera_features(const camera_features&) = delete;
-  camera_features& operator=(const camera_features&) = delete;
-  ~camera_features() { zrt4_clean_gige_descr(&features); }
-  int read(input_file& file);
-
-  std::vector<ZRT4GigEFeature*> features;
-};
+/// The same for any `read` of the file.
+int read_and_tell(input_file& file, const std::function<int()>& read);
 
 #endif

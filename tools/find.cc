@@ -8,10 +8,10 @@
 
 #include "chan_selector.hh"
 #include "document_kind.hh"
+#include "documents.hh"
 #include "each_file.hh"
 #include "event_util.hh"
 #include "json.hh"
-#include "progress.hh"
 #include "quiet_output.hh"
 
 namespace {
@@ -19,21 +19,15 @@ namespace {
 exit_code load(chan_selector& selector, input_file& file) {
   const document_kind& kind = kind_of(file);
   const bool variables = kind.name == "variables";
-  if (!variables && kind.name != "channels") {
-    throw bad_document(file.name(),
-                       "this is no channel description but: " + std::string(kind.description));
-  }
+  if (!kind.is_channels()) throw wrong_kind(file, kind, "channel descriptions");
   // Only a text makes masks of the variable dialect's event types.
   selector.set_mode(variables ? EXTR_FROM_XML : EXTR_FROM_FILE);
   std::string text = variables ? file.content() : std::string();
   std::vector<char*> source{variables ? text.data() : file.path()};
-  bool failed = false;
-  {
-    const progress shown(file.name());
-    const quiet_output remarks;
-    failed = selector.set_descriptions(&source, nullptr);
-  }
-  if (!failed) return exit_fine;
+  const quiet_output remarks;
+  const int failed =
+      read_and_tell(file, [&] { return selector.set_descriptions(&source, nullptr) ? 1 : 0; });
+  if (failed == 0) return exit_fine;
   complain(file.name(), "not read cleanly; what could be read is searched");
   return exit_bad_document;
 }
@@ -72,6 +66,7 @@ int index_of(chan_selector& selector, const std::string& name) {
 }
 
 answer ask(chan_selector& selector, std::string name, std::optional<int> event) {
+  const quiet_output remarks;
   answer result{{}, event, false};
   const auto mask = static_cast<unsigned>(selector.get_event_type(name.data()));
   if (event && selector.size() != 0) result.selected = selector.find_channel(*event, name.data());
@@ -146,10 +141,10 @@ exit_code find(const std::vector<std::string>& files, const std::string& name,
   chan_selector selector;
   const exit_code loaded = for_each_file(
       files, [&](input_file& file) { return load(selector, file); }, [](const unusable_file&) {});
-  std::optional<quiet_output> remarks;
-  if (wanted != look::text) remarks.emplace();
   const answer found = ask(selector, name, event);
-  remarks.reset();
+  if (!found.channel && wanted == look::text && selector.size() != 0) {
+    complain(name, "no channel has this DAQ name or property");
+  }
   if (wanted == look::text) print(found);
   if (wanted == look::json) print_json(to_json(found, name));
   const bool is_yes = found.channel && (!event || found.selected);

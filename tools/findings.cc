@@ -161,13 +161,15 @@ void element_pass::look_at_text(const known_element& meaning) {
   if (meaning.role == text_role::none) return;
   pieces.erase(std::remove_if(pieces.begin(), pieces.end(), is_blank), pieces.end());
   if (pieces.empty()) return;
-  if (pieces.size() > 1) {
+  const std::string& text = pieces.front();
+  const bool is_cut = meaning.limit != 0 && text.size() > meaning.limit;
+  // The scanner delivers a very long text in pieces, too; of that the cut is what counts.
+  if (pieces.size() > 1 && !is_cut) {
     add("interrupted_text", open.back().name +
                                 " is interrupted by a reference or a comment: only "
                                 "one piece of its text counts");
     return;
   }
-  const std::string& text = pieces.front();
   const auto number = static_cast<int>(std::strtol(text.c_str(), nullptr, 10));
   if (meaning.role == text_role::event_type && !names_an_event_type(number)) {
     add("unknown_event_type", "event type " + std::to_string(number) + " has no name");
@@ -176,9 +178,10 @@ void element_pass::look_at_text(const known_element& meaning) {
     add("unknown_data_type", "data type " + std::to_string(number) + " has no name");
   }
   if (meaning.role == text_role::property) meet(properties[text]);
-  if (meaning.limit != 0 && text.size() > meaning.limit) {
-    add("text_cut", open.back().name + " has " + std::to_string(text.size()) +
-                        " bytes; the record keeps " + std::to_string(meaning.limit) + ": " +
+  if (is_cut) {
+    add("text_cut", open.back().name + " has " + (pieces.size() > 1 ? "more than " : "") +
+                        std::to_string(text.size()) + " bytes; the record keeps " +
+                        std::to_string(meaning.limit) + ": " +
                         quoted(std::string_view(text).substr(0, meaning.limit)));
   }
 }

@@ -10,7 +10,6 @@
 #include <exception>
 #include <string>
 #include <vector>
-#include <xercesc/util/PlatformUtils.hpp>
 
 #include "bad_document.hh"
 #include "check.hh"
@@ -23,6 +22,7 @@
 #include "message.hh"
 #include "show.hh"
 #include "stat.hh"
+#include "zrt4xml.hh"
 
 namespace {
 
@@ -34,13 +34,6 @@ void choose_code_page() {
     std::setlocale(LC_CTYPE, "C.UTF-8");
   }
 }
-
-struct xml_library {
-  xml_library() { xercesc::XMLPlatformUtils::Initialize(); }
-  xml_library(const xml_library&) = delete;
-  xml_library& operator=(const xml_library&) = delete;
-  ~xml_library() { xercesc::XMLPlatformUtils::Terminate(); }
-};
 
 exit_code flushed(exit_code result) {
   errno = 0;
@@ -59,9 +52,9 @@ exit_code execute(const std::string& subcommand, const arguments& given) {
   if (subcommand == "check") return check(given.files, given.wanted());
   if (subcommand == "diff") return diff(given.file, given.other, given.wanted());
   if (subcommand == "stat") return stat(given.files, given.wanted());
-  if (subcommand == "convert") return convert(given.file, given.to, given.wide, given.output);
+  if (subcommand == "convert") return convert(given.file, given.to(), given.wide, given.output);
   if (given.dry_run) return merge_dry_run(given.files, given.force);
-  return merge(given.files, given.force, given.to, given.output);
+  return merge(given.files, given.force, given.to(), given.output);
 }
 
 exit_code executed(const std::string& subcommand, const arguments& given) {
@@ -91,7 +84,7 @@ int run(int argc, char** argv) {
   // A reader that went away is no error, however this process was started.
   std::signal(SIGPIPE, SIG_DFL);
   choose_code_page();
-  const xml_library in_use;
+  const zrt4::xml_session in_use;
   return flushed(executed(line.app.get_subcommands().front()->get_name(), given));
 }
 

@@ -42,6 +42,13 @@ bool is_example(std::string_view line) {
   return line.substr(0, 2) == "  ";
 }
 
+const heading* heading_of(std::string_view line) {
+  const auto* const known = std::find_if(
+      std::begin(headings), std::end(headings),
+      [&](const heading& each) { return line.substr(0, each.start.size()) == each.start; });
+  return known != std::end(headings) ? known : nullptr;
+}
+
 // Plain lines fill paragraphs, indented lines are shown as they are.
 void add_text(std::string& page, std::string_view text) {
   bool in_example = false;
@@ -50,8 +57,9 @@ void add_text(std::string& page, std::string_view text) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     const std::string_view line = text.substr(0, end);
     text.remove_prefix(std::min(end + 1, text.size()));
-    if (is_example(line) != in_example) {
-      if (in_paragraph) page += ".PP\n";
+    const bool turns = is_example(line) != in_example;
+    if (in_paragraph && (turns || heading_of(line) != nullptr)) page += ".PP\n";
+    if (turns) {
       page += in_example ? ".EE\n" : ".EX\n";
       in_example = !in_example;
     }
@@ -74,11 +82,8 @@ std::vector<std::string> paragraphs_of(const std::string& text) {
 
 // "Example:" and the like become sections of their own; they begin with a capital letter.
 void add_section(std::string& page, std::string paragraph) {
-  const auto* const known =
-      std::find_if(std::begin(headings), std::end(headings), [&](const heading& each) {
-        return paragraph.compare(0, each.start.size(), each.start) == 0;
-      });
-  if (known == std::end(headings)) {
+  const heading* known = heading_of(paragraph);
+  if (known == nullptr) {
     page += ".SH NOTES\n";
   } else {
     page.append(".SH ").append("\"").append(known->title).append("\"\n");
@@ -133,13 +138,14 @@ void add_command(std::string& page, const CLI::App& app, const CLI::App& command
 
 }  // namespace
 
-std::string manual_page(const CLI::App& app, const std::string& version) {
+std::string manual_page(const CLI::App& app, const std::string& version, const std::string& date) {
   std::string description = app.get_description();
   std::string title = description.substr(0, description.find_last_not_of('.') + 1);
   title[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(title[0])));
 
   std::string page = ".\\\" Written from the definition of the command line; do not edit.\n";
-  page += ".TH ZRT4XML 1 \"\" \"" + app.get_name() + " " + version + "\" \"User Commands\"\n";
+  page += ".TH ZRT4XML 1 \"" + date + "\" \"" + app.get_name() + " " + version +
+          "\" \"User Commands\"\n";
   page += ".SH NAME\n" + escaped(app.get_name()) + " \\- " + escaped(title) + "\n.SH SYNOPSIS\n";
   for (const CLI::App* command : subcommands_of(app)) page += synopsis(app, *command) + "\n.br\n";
   page += bold(app.get_name()) + " " + bold("--help") + " | " + bold("--version") + "\n";

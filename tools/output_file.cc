@@ -47,9 +47,13 @@ void replace(const std::string& name, const std::string& content) {
 
 }  // namespace
 
+bool is_standard_output(const std::string& name) {
+  return name.empty() || name == "-";
+}
+
 void write_output(const std::string& name, const std::string& content) {
   namespace fs = std::filesystem;
-  const bool to_standard_output = name.empty() || name == "-";
+  const bool to_standard_output = is_standard_output(name);
   try {
     if (to_standard_output) {
       std::fflush(stdout);

@@ -64,7 +64,8 @@ int main(int argc, char** argv) {
     return 2;
   }
   const command_line line;
-  const bool written = write_page(argv[1], manual_page(line.app, ZRT4_VERSION)) &&
-                       write_page(argv[2], completion_tables(line.app));
+  const bool written =
+      write_page(argv[1], manual_page(line.app, ZRT4_VERSION, ZRT4_VERSION_DATE)) &&
+      write_page(argv[2], completion_tables(line.app));
   return written ? 0 : 2;
 }

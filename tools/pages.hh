@@ -26,7 +26,7 @@ std::vector<option_page> pages_of(const CLI::App& command);
 std::vector<const CLI::App*> subcommands_of(const CLI::App& app);
 
 /// The manual page, in the man macros.
-std::string manual_page(const CLI::App& app, const std::string& version);
+std::string manual_page(const CLI::App& app, const std::string& version, const std::string& date);
 
 /// The tables that completion.bash completes from, as functions.
 std::string completion_tables(const CLI::App& app);

@@ -5,15 +5,15 @@
 
 #include <cstdio>
 
-quiet_output::quiet_output(int fd) : stream(fd), original(dup(fd)) {
+quiet_output::quiet_output(int stream, int into) : replaced(stream), original(dup(stream)) {
   std::fflush(stdout);
-  const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-  dup2(nowhere, stream);
-  close(nowhere);
+  const int target = into != -1 ? dup(into) : open("/dev/null", O_WRONLY | O_CLOEXEC);
+  dup2(target, replaced);
+  close(target);
 }
 
 quiet_output::~quiet_output() {
   std::fflush(stdout);
-  dup2(original, stream);
+  dup2(original, replaced);
   close(original);
 }

@@ -162,6 +162,14 @@ std::vector<row> all(const std::vector<Record*>& records) {
   return rows;
 }
 
+template <class List>
+std::vector<row> all_of(const List& list) {
+  std::vector<row> rows;
+  rows.reserve(list.size());
+  for (const auto& record : list) rows.push_back(row_of(record));
+  return rows;
+}
+
 row row_of(const dim_descr& dimension) {
   row result = fields_of(dimension, dimension_columns);
   result.groups.push_back({"statistics", "statistic", all(dimension.stats)});
@@ -222,17 +230,17 @@ bool operator<(const row& a, const row& b) {
   return std::tie(a.fields, a.groups) < std::tie(b.fields, b.groups);
 }
 
-std::vector<row> rows_of(const event_list& list) {
-  return all(list.entries);
+std::vector<row> rows_of(const zrt4::event_list& list) {
+  return all_of(list);
 }
-std::vector<row> rows_of(const channel_list& list) {
-  return all(list.channels);
+std::vector<row> rows_of(const zrt4::channel_list& list) {
+  return all_of(list);
 }
-std::vector<row> rows_of(const dictionary<dictionary_entry>& list) {
-  return all(list.entries);
+std::vector<row> rows_of(const zrt4::env_dictionary_2010& list) {
+  return all_of(list);
 }
-std::vector<row> rows_of(const camera_features& list) {
-  return all(list.features);
+std::vector<row> rows_of(const zrt4::camera_features& list) {
+  return all_of(list);
 }
 
 void detach(std::vector<row>& rows, std::deque<std::string>& texts) {

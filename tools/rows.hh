@@ -11,7 +11,7 @@
 #include <variant>
 #include <vector>
 
-#include "documents.hh"
+#include "zrt4xml.hh"
 
 /// A threshold as the records hold it. Compared by its bits, so that even what is no number has its
 /// place in an order.
@@ -55,10 +55,10 @@ struct row {
 bool operator==(const row& a, const row& b);
 bool operator<(const row& a, const row& b);
 
-std::vector<row> rows_of(const event_list& list);
-std::vector<row> rows_of(const channel_list& list);
-std::vector<row> rows_of(const dictionary<zrt4_env_index_dictionary_entry_2010>& list);
-std::vector<row> rows_of(const camera_features& list);
+std::vector<row> rows_of(const zrt4::event_list& list);
+std::vector<row> rows_of(const zrt4::channel_list& list);
+std::vector<row> rows_of(const zrt4::env_dictionary_2010& list);
+std::vector<row> rows_of(const zrt4::camera_features& list);
 
 /// Makes `rows` refer to copies of their texts, kept in `texts`, instead of the records.
 void detach(std::vector<row>& rows, std::deque<std::string>& texts);

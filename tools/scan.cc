@@ -1,36 +1,42 @@
 #include "scan.hh"
 
+#include <utility>
 #include <xercesc/framework/XMLPScanToken.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLString.hpp>
 
+#include "document_type_limits.hh"
+
 namespace {
 
 class root_handler : public xercesc::HandlerBase {
  public:
-  void startElement(const XMLCh* const name, xercesc::AttributeList& /*attributes*/) override {
-    if (found.name.empty()) found.name = to_local(name);
+  void startElement(const XMLCh* const given, xercesc::AttributeList& /*attributes*/) override {
+    if (name.empty()) name = to_local(given);
   }
   void error(const xercesc::SAXParseException& exception) override { note(exception); }
   void fatalError(const xercesc::SAXParseException& exception) override { note(exception); }
 
-  root_element found;
+  std::string name;
+  std::vector<damage> found;
 
  private:
   void note(const xercesc::SAXParseException& exception) {
-    if (!found.first.text.empty()) return;
-    found.first = {to_local(exception.getMessage()),
-                   ":" + std::to_string(exception.getLineNumber()) + ":" +
-                       std::to_string(exception.getColumnNumber())};
+    found.push_back(
+        {to_local(exception.getMessage()), ":" + std::to_string(exception.getLineNumber()) + ":" +
+                                               std::to_string(exception.getColumnNumber())});
   }
 };
 
-root_element scan(const char* path, xercesc::SAXParser::ValSchemes validation, bool whole) {
-  root_handler handler;
+void scan(const char* path, root_handler& handler, xercesc::SAXParser::ValSchemes validation,
+          bool whole) {
   const std::string thrown = scan_document(path, handler, validation, whole);
-  if (!thrown.empty()) handler.found.first.text = thrown;
-  return handler.found;
+  if (!thrown.empty()) handler.found = {{thrown, {}}};
+}
+
+damage first_of(const std::vector<damage>& found) {
+  return found.empty() ? damage{} : found.front();
 }
 
 }  // namespace
@@ -38,11 +44,10 @@ root_element scan(const char* path, xercesc::SAXParser::ValSchemes validation, b
 std::string scan_document(const char* path, xercesc::HandlerBase& handler,
                           xercesc::SAXParser::ValSchemes validation, bool whole) {
   try {
-    xercesc::SAXParser scanner;
+    zrt4::detail::limited_scanner<xercesc::SAXParser> scanner;
     scanner.setDocumentHandler(&handler);
     scanner.setErrorHandler(&handler);
     scanner.setValidationScheme(validation);
-    scanner.setDisableDefaultEntityResolution(true);
     xercesc::XMLPScanToken token;
     bool more = scanner.parseFirst(path, token) && scanner.parseNext(token);
     while (whole && more) more = scanner.parseNext(token);
@@ -60,9 +65,19 @@ std::string to_local(const XMLCh* text) {
 }
 
 root_element find_root_element(const char* path) {
-  return scan(path, xercesc::SAXParser::Val_Auto, false);
+  root_handler handler;
+  scan(path, handler, xercesc::SAXParser::Val_Auto, false);
+  return {handler.name, first_of(handler.found)};
+}
+
+std::vector<damage> all_damage(const char* path) {
+  root_handler handler;
+  scan(path, handler, xercesc::SAXParser::Val_Auto, true);
+  return std::move(handler.found);
 }
 
 damage first_damage(const char* path) {
-  return scan(path, xercesc::SAXParser::Val_Never, true).first;
+  root_handler handler;
+  scan(path, handler, xercesc::SAXParser::Val_Never, true);
+  return first_of(handler.found);
 }

@@ -5,11 +5,13 @@
 // library must be in use.
 
 #include <string>
+#include <vector>
 #include <xercesc/parsers/SAXParser.hpp>
 #include <xercesc/sax/HandlerBase.hpp>
 
-/// Runs the document past `handler`; only what stands before the root's start tag when not `whole`.
-/// Returns what the XML library threw, or nothing.
+/// Runs the document past `handler`, within the library's limits on what it may declare; only what
+/// stands before the root's start tag when not `whole`. Returns what the XML library threw, or
+/// nothing.
 std::string scan_document(const char* path, xercesc::HandlerBase& handler,
                           xercesc::SAXParser::ValSchemes validation, bool whole);
 
@@ -18,19 +20,23 @@ std::string to_local(const XMLCh* text);
 
 /// An XML error.
 struct damage {
-  std::string text;   ///< empty when there is none
+  std::string text;
   std::string place;  ///< ":LINE:COLUMN" where known
 };
 
 struct root_element {
   std::string name;  ///< empty when there is none
-  damage first;      ///< the first error
+  damage first;      ///< the first error, with an empty text when there is none
 };
 
 /// Scans only what stands before the root element.
 root_element find_root_element(const char* path);
 
-/// The first thing that keeps the document from being well formed.
+/// What keeps the document from being well formed, or from being what its document type declares.
+std::vector<damage> all_damage(const char* path);
+
+/// The first thing that keeps the document from being well formed; with an empty text when there is
+/// none.
 damage first_damage(const char* path);
 
 #endif

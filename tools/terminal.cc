@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -53,4 +54,15 @@ std::string printable(std::string_view text) {
     }
   }
   return shown;
+}
+
+std::string shortened(const std::string& text) {
+  constexpr std::size_t enough = 80;
+  if (text.size() <= enough) return text;
+  std::size_t end = 0;
+  while (end < enough) {
+    const int size = std::mblen(text.data() + end, text.size() - end);
+    end += static_cast<std::size_t>(std::max(1, size));
+  }
+  return text.substr(0, end) + "...";
 }

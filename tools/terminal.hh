@@ -15,4 +15,7 @@ std::string coloured(colour wanted, const std::string& text);
 /// A text of a document, so that no control character reaches a terminal.
 std::string printable(std::string_view text);
 
+/// A text that a message names, so that it stays a line; "..." stands for its rest.
+std::string shortened(const std::string& text);
+
 #endif

@@ -2,7 +2,6 @@
 
 #include "latin1.hh"
 #include "message.hh"
-#include "parse_env_index_dictionary.hh"
 
 namespace {
 
@@ -27,21 +26,21 @@ class findings {
 
 }  // namespace
 
-writable check_channels(const std::string& file, const std::vector<chan_descr_2010*>& channels) {
+writable check_channels(const std::string& file, const zrt4::channel_list& channels) {
   findings found(file);
-  for (const chan_descr_2010* channel : channels) {
-    const std::string name = channel->prop_name;
-    found.text(name, "PROP", channel->prop_name);
-    found.text(name, "NAME", channel->daq_name);
-    found.text(name, "SB_NAME", channel->sb_name);
-    found.text(name, "SUBSYSTEM", channel->subsystem);
-    found.text(name, "UNITS", channel->units);
-    found.text(name, "DESC", channel->prop_desc);
-    for (const bit_descr* bit : channel->bits) {
+  for (const chan_descr_2010& channel : channels) {
+    const std::string name = channel.prop_name;
+    found.text(name, "PROP", channel.prop_name);
+    found.text(name, "NAME", channel.daq_name);
+    found.text(name, "SB_NAME", channel.sb_name);
+    found.text(name, "SUBSYSTEM", channel.subsystem);
+    found.text(name, "UNITS", channel.units);
+    found.text(name, "DESC", channel.prop_desc);
+    for (const bit_descr* bit : channel.bits) {
       found.text(name, "BIT_NAME", bit->bit_name);
       found.text(name, "BIT_DESCR", bit->bit_desc);
     }
-    for (const dim_descr* dim : channel->dims) {
+    for (const dim_descr* dim : channel.dims) {
       found.text(name, "DIM_NAME", dim->dim_name);
       found.text(name, "DIM_UNITS", dim->units);
       found.text(name, "DIM_DESCR", dim->dim_desc);
@@ -56,15 +55,14 @@ writable check_channels(const std::string& file, const std::vector<chan_descr_20
 }
 
 template <class Entry>
-writable check_dictionary(const std::string& file, const std::vector<Entry*>& entries) {
+writable check_dictionary(const std::string& file,
+                          const zrt4::basic_env_dictionary<Entry>& entries) {
   findings found(file);
-  for (const Entry* entry : entries) {
-    found.text(entry->data.env_prop, "PROP", entry->data.env_prop);
+  for (const Entry& entry : entries) {
+    found.text(entry.data.env_prop, "PROP", entry.data.env_prop);
   }
   return found.result;
 }
 
-template writable check_dictionary(const std::string&,
-                                   const std::vector<zrt4_env_index_dictionary_entry*>&);
-template writable check_dictionary(const std::string&,
-                                   const std::vector<zrt4_env_index_dictionary_entry_2010*>&);
+template writable check_dictionary(const std::string&, const zrt4::env_dictionary&);
+template writable check_dictionary(const std::string&, const zrt4::env_dictionary_2010&);

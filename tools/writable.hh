@@ -2,9 +2,8 @@
 #define WRITABLE_HH
 
 #include <string>
-#include <vector>
 
-#include "event_util.hh"
+#include "zrt4xml.hh"
 
 /// What an XML document made of the records would lose or break. Each finding is told on standard
 /// error, naming channel and field.
@@ -13,9 +12,10 @@ struct writable {
   bool wholly = true;  ///< it would read back to the same texts
 };
 
-writable check_channels(const std::string& file, const std::vector<chan_descr_2010*>& channels);
+writable check_channels(const std::string& file, const zrt4::channel_list& channels);
 
 template <class Entry>
-writable check_dictionary(const std::string& file, const std::vector<Entry*>& entries);
+writable check_dictionary(const std::string& file,
+                          const zrt4::basic_env_dictionary<Entry>& entries);
 
 #endif
