@@ -24,7 +24,8 @@ class direct_scanner final : public limited_scanner<xercesc::SAXParser> {
                     const XMLCh* const /*prefix*/,
                     const xercesc::RefVectorOf<xercesc::XMLAttr>& list, const XMLSize_t count,
                     const bool is_empty, const bool /*is_root*/) override {
-    this->count_defaults(list, count);
+    this->count_tag(element, count);
+    this->count_values(list, count);
     attributes.setVector(&list, count);
     to.start_declared(element, attributes);
     if (is_empty) {

@@ -6,6 +6,7 @@
 #include <unordered_set>
 #include <utility>
 #include <vector>
+#include <xercesc/framework/XMLRefInfo.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLString.hpp>
@@ -30,6 +31,15 @@ constexpr bool cuts_cells = !__has_feature(address_sanitizer);
 #else
 constexpr bool cuts_cells = true;
 #endif
+
+// As the scanner requests them, with room for the memory manager before the object.
+constexpr XMLSize_t attribute_size = sizeof(void*) + sizeof(xercesc::XMLAttr);
+constexpr XMLSize_t identifier_size = sizeof(void*) + sizeof(xercesc::XMLRefInfo);
+
+bool is_identifier(xercesc::XMLAttDef::AttTypes type) {
+  using xercesc::XMLAttDef;
+  return type == XMLAttDef::ID || type == XMLAttDef::IDRef || type == XMLAttDef::IDRefs;
+}
 
 using positions = std::bitset<content_model_particles>;
 
@@ -224,7 +234,17 @@ document_type_limits::document_type_limits() {
   references.setEntityExpansionLimit(entity_references);
 }
 
+// A start tag is counted at its end, which is too late: the scanner has compared each of its
+// attributes with all before it. Other requests of the size of an attribute are few within a tag.
 void* document_type_limits::allocate(XMLSize_t size) {
+  if (size == attribute_size && ++attribute_requests > different_names) {
+    keep_all();
+    refuse(too_many_attributes);
+  }
+  if (size == identifier_size && declares_identifiers && ++identifier_requests > identifiers) {
+    keep_all();
+    refuse(too_many_identifiers);
+  }
   if (declaring) {
     allocated += size;
     if (allocated > declaration_memory) {
@@ -236,6 +256,7 @@ void* document_type_limits::allocate(XMLSize_t size) {
 }
 
 void document_type_limits::count(const DTDElementDecl& element) {
+  count_name(element);
   const ContentSpecNode* model = element.getContentSpec();
   if (model == nullptr) return;
   const std::size_t particles = particles_of(*model);
@@ -249,8 +270,9 @@ void document_type_limits::count(const DTDElementDecl& element) {
 
 void document_type_limits::count(const DTDElementDecl& element,
                                  const xercesc::DTDAttDef& attribute) {
+  count_name(element);
   if (element.hasAttDefs() && element.getAttDefList().getAttDefCount() > attributes_of_element) {
-    refuse("an element has too many attributes");
+    refuse(too_many_attributes);
   }
   if (const XMLCh* words = attribute.getEnumeration()) {
     const auto blanks = std::count(words, words + XMLString::stringLen(words), XMLCh{' '});
@@ -258,13 +280,18 @@ void document_type_limits::count(const DTDElementDecl& element,
       refuse("an attribute has too many values to choose from");
     }
   }
+  if (is_identifier(attribute.getType())) {
+    counts_values = true;
+    declares_identifiers = true;
+  }
   if (attribute.getValue() != nullptr) {
-    declares_defaults = true;
+    counts_values = true;
     add(XMLString::stringLen(attribute.getValue()));
   }
 }
 
 bool document_type_limits::count(const xercesc::DTDEntityDecl& entity, bool is_parameter) {
+  if (entity.getId() > different_names) refuse("too many entities");
   if (entity.getValue() == nullptr) return false;
   const std::size_t length = XMLString::stringLen(entity.getValue());
   if (is_parameter) {
@@ -287,13 +314,16 @@ void document_type_limits::add(std::size_t units) {
   if (added > added_units) refuse("the defaults of attributes add too much to the document");
 }
 
-void document_type_limits::add_defaults(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
-                                        XMLSize_t count) {
+void document_type_limits::add_values(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
+                                      XMLSize_t count) {
   for (XMLSize_t i = 0; i < count; ++i) {
     const xercesc::XMLAttr& attribute = *attributes.elementAt(i);
-    if (!attribute.getSpecified()) {
-      add(units_of_node + XMLString::stringLen(attribute.getValue()));
-    }
+    const XMLCh* value = attribute.getValue();
+    const std::size_t length = XMLString::stringLen(value);
+    if (!attribute.getSpecified()) add(units_of_node + length);
+    if (!is_identifier(attribute.getType())) continue;
+    identifiers_met += 1 + static_cast<std::size_t>(std::count(value, value + length, XMLCh{' '}));
+    if (identifiers_met > identifiers) refuse(too_many_identifiers);
   }
 }
 

@@ -1,9 +1,10 @@
 #ifndef DOCUMENT_TYPE_LIMITS_HH
 #define DOCUMENT_TYPE_LIMITS_HH
 
-// What the document type declaration of a document may cost its reader. A few hundred bytes of
-// declarations can otherwise take hours, gigabytes or the whole stack, in the scanner itself.
-// The limits are far beyond what documents of the DAQ declare; docs/security.md has the figures.
+// What the names and the document type declaration of a document may cost its reader. A few hundred
+// bytes of declarations can otherwise take hours, gigabytes or the whole stack, in the scanner
+// itself. The limits are far beyond what documents of the DAQ hold; docs/security.md has the
+// figures.
 
 #include <cstddef>
 #include <iterator>
@@ -11,6 +12,7 @@
 #include <xercesc/framework/XMLAttr.hpp>
 #include <xercesc/framework/XMLErrorCodes.hpp>
 #include <xercesc/framework/XMLErrorReporter.hpp>
+#include <xercesc/framework/XMLNotationDecl.hpp>
 #include <xercesc/internal/ReaderMgr.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
 #include <xercesc/util/RefVectorOf.hpp>
@@ -21,6 +23,14 @@
 #include <xercesc/validators/DTD/DTDEntityDecl.hpp>
 
 namespace zrt4::detail {
+
+/// Different names of elements, of entities, of notations, and of the attributes of one start tag.
+/// The scanner walks all names whose hash is equal, which its sender can make all of them, at each.
+constexpr std::size_t different_names = 1024;
+
+/// Values of attributes that are declared as identifiers or refer to them. The scanner keeps all of
+/// them, in a table as that of the names.
+constexpr std::size_t identifiers = 8192;
 
 /// Names and repetitions in one content model. The scanner nests a call for each of them when it
 /// prepares to validate, and compares each child with each name. Large vocabularies have 150.
@@ -41,7 +51,7 @@ constexpr std::size_t parameter_entity_length = 4096;
 constexpr std::size_t declaration_memory = std::size_t{128} << 20;
 
 /// General entities that refer to others: each level of nesting holds 164 kB.
-constexpr std::size_t nesting_entities = 1024;
+constexpr std::size_t nesting_entities = 512;
 
 /// References to general entities, each about 10 microseconds, and character units that references
 /// and defaults may add to a document. An element or attribute counts as so many units more: it
@@ -109,24 +119,44 @@ class document_type_limits : public scanner_memory {
   /// Reports the document as not well-formed, for `reason`, and ends its scan.
   [[noreturn]] virtual void refuse(const char* reason) = 0;
 
+  void count_name(const xercesc::XMLElementDecl& element) {
+    if (element.getId() > different_names) refuse("too many different elements");
+  }
+  /// A start tag has been scanned.
+  void count_tag(const xercesc::XMLElementDecl& element, XMLSize_t attribute_count) {
+    attribute_requests = 0;
+    identifier_requests = 0;
+    count_name(element);
+    if (attribute_count > different_names) refuse(too_many_attributes);
+  }
+  void count(const xercesc::XMLNotationDecl& notation) {
+    if (notation.getId() > different_names) refuse("too many notations");
+  }
   void begin_declarations() { declaring = true; }
   void end_declarations() { declaring = false; }
   void count(const xercesc::DTDElementDecl& element);
   void count(const xercesc::DTDElementDecl& element, const xercesc::DTDAttDef& attribute);
   /// True when the number of references that is left to the document has changed.
   bool count(const xercesc::DTDEntityDecl& entity, bool is_parameter);
-  void count_defaults(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count) {
-    if (declares_defaults) add_defaults(attributes, count);
+  void count_values(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count) {
+    if (counts_values) add_values(attributes, count);
   }
 
   xercesc::SecurityManager references;
 
  private:
+  static constexpr const char* too_many_attributes = "an element has too many attributes";
+  static constexpr const char* too_many_identifiers = "too many identifiers";
+
   void add(std::size_t units);
-  void add_defaults(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count);
+  void add_values(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count);
 
   bool declaring = false;
-  bool declares_defaults = false;
+  bool counts_values = false;  // defaults or identifiers are declared
+  bool declares_identifiers = false;
+  std::size_t attribute_requests = 0;  // of the size of an attribute, since the last start tag
+  std::size_t identifier_requests = 0;
+  std::size_t identifiers_met = 0;
   std::size_t allocated = 0;
   std::size_t states = 0;
   std::size_t nesting = 0;
@@ -171,6 +201,11 @@ class limited_scanner : private document_type_limits, public Parser {
     Parser::attDef(element, attribute, is_ignored);
   }
 
+  void notationDecl(const xercesc::XMLNotationDecl& notation, const bool is_ignored) override {
+    if (!is_ignored) count(notation);
+    Parser::notationDecl(notation, is_ignored);
+  }
+
   void entityDecl(const xercesc::DTDEntityDecl& entity, const bool is_parameter,
                   const bool is_ignored) override {
     if (!is_ignored && count(entity, is_parameter)) scanner().setSecurityManager(&references);
@@ -180,12 +215,14 @@ class limited_scanner : private document_type_limits, public Parser {
   void startElement(const xercesc::XMLElementDecl& element, const unsigned int uri,
                     const XMLCh* const prefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& list,
                     const XMLSize_t attributes, const bool is_empty, const bool is_root) override {
-    count_defaults(list, attributes);
+    count_tag(element, attributes);
+    count_values(list, attributes);
     Parser::startElement(element, uri, prefix, list, attributes, is_empty, is_root);
   }
 
  protected:
-  using document_type_limits::count_defaults;
+  using document_type_limits::count_tag;
+  using document_type_limits::count_values;
 
  private:
   static xercesc::XMLScanner& writable(const xercesc::XMLScanner& own) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "event_util.hh"
+#include "text_hash.hh"
 
 namespace zrt4::detail {
 
@@ -23,15 +24,29 @@ class property_index {
   void appended_missing(const std::vector<chan_descr_2010*>& list);
 
  private:
-  struct slot {
-    std::uint32_t hash;   // of the property
-    std::uint32_t order;  // position in the list + 1, 0 for a free slot
+  // Position in the list + 1, 0 for a free slot. The bits that no position needs, those above the
+  // number of slots, are those of the property's hash.
+  using slot = std::uint32_t;
+
+  struct place {
+    std::size_t slot;
+    chan_descr_2010* record;  // null in a free slot
   };
 
   void catch_up(const std::vector<chan_descr_2010*>& list);
   void make_room(std::size_t records);
-  void place(const std::vector<chan_descr_2010*>& list, std::size_t position);
+  void add(const std::vector<chan_descr_2010*>& list, std::size_t position);
+  place look_up(const std::vector<chan_descr_2010*>& list, std::string_view property,
+                std::uint32_t hash) const;
 
+  std::uint32_t hash_of(std::string_view property) const {
+    return static_cast<std::uint32_t>(hashed(property));
+  }
+  slot make_slot(std::size_t order, std::uint32_t hash_of_property) const {
+    return static_cast<slot>((hash_of_property & ~(slots.size() - 1)) | order);
+  }
+
+  const text_hash hashed;
   std::vector<slot> slots;  // open addressing, a power of two
   std::size_t indexed = 0;  // how much of the list is in
   std::uint32_t missing_hash = 0;

@@ -54,6 +54,11 @@ class dictionary_reader {
 
   static int errors() { return 0; }
 
+  /// For a reader that an exception ends: what it had begun has no other owner then.
+  void release_unfinished() {
+    if (!appended) std::free(current);
+  }
+
   template <class Parser>
   void step(const char* tag, const char* text, Parser& /*parser*/) {
     static constexpr struct {
@@ -124,8 +129,14 @@ class dictionary_reader {
 template <class Generation, class Input>
 int read_dictionary(char* source, std::vector<typename Generation::entry*>* list) {
   dictionary_reader<Generation> reader(*list);
-  // The last incomplete channel's record is left behind on purpose.
-  return zrt4::detail::read_document<Input>(source, reader);  // NOLINT(clang-analyzer-unix.Malloc)
+  try {
+    // The last incomplete channel's record is left behind on purpose.
+    // NOLINTNEXTLINE(clang-analyzer-unix.Malloc)
+    return zrt4::detail::read_document<Input>(source, reader);
+  } catch (...) {
+    reader.release_unfinished();
+    throw;
+  }
 }
 
 }  // namespace

@@ -5,9 +5,9 @@
 
 #include <cstdint>
 #include <cstring>
-#include <functional>
-#include <string_view>
 #include <vector>
+
+#include "text_hash.hh"
 
 namespace zrt4::detail {
 
@@ -52,9 +52,7 @@ class text_slots {
   };
   static constexpr std::size_t smallest = 16;
 
-  static std::uint32_t hash_of(const char* text) {
-    return static_cast<std::uint32_t>(std::hash<std::string_view>{}(text));
-  }
+  std::uint32_t hash_of(const char* text) const { return static_cast<std::uint32_t>(hashed(text)); }
 
   template <class TextOf>
   std::size_t place_of(const char* text, std::uint32_t hash, TextOf text_of) const {
@@ -79,6 +77,7 @@ class text_slots {
     }
   }
 
+  text_hash hashed;
   std::vector<slot> slots;
   std::size_t used = 0;
 };

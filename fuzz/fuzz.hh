@@ -1,61 +1,27 @@
 #ifndef FUZZ_HH
 #define FUZZ_HH
 
-// What the fuzz targets share.
+// What the fuzz targets share. A target defines how many ways it has of reading an input, and
+// `read`. A fuzzer takes one way an input, by the input's hash; a replay takes all of them.
 
-#include <sys/mman.h>
-#include <unistd.h>
-#include <xercesc/util/PlatformUtils.hpp>
-
-#include <cstddef>
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+#include <string_view>
 
 namespace fuzz {
 
-inline std::string text(const std::uint8_t* data, std::size_t size) {
-  return std::string(reinterpret_cast<const char*>(data), size);
-}
+// Defined by each target.
+extern const unsigned ways;
+void read(const std::string& input, unsigned way);
 
-/// What a target states about the library does not hold.
-[[noreturn]] inline void broken(const char* promise) {
-  std::fprintf(stderr, "broken promise: %s\n", promise);
-  std::abort();
-}
+/// Sets up on the first call, reads the input in this way, and states what must hold for any input:
+/// it opened no file but its own, and gave back all memory of the XML library.
+void run(std::string_view input, unsigned way);
 
-/// Set up once: what the library prints goes nowhere, and the XML library stays initialised, which
-/// makes an execution ten times as fast.
-inline bool set_up() {
-  static const bool done = [] {
-    if (std::freopen("/dev/null", "w", stdout) == nullptr) std::abort();
-    xercesc::XMLPlatformUtils::Initialize();
-    return true;
-  }();
-  return done;
-}
+/// Ends the program: what a target states about the library does not hold.
+[[noreturn]] void broken(const char* promise);
 
-/// A file in memory that holds the input, for the readers of files.
-class input_file {
- public:
-  input_file(const std::uint8_t* data, std::size_t size)
-      : descriptor(memfd_create("input", 0)), path("/proc/self/fd/" + std::to_string(descriptor)) {
-    if (descriptor == -1 || write(descriptor, data, size) != static_cast<ssize_t>(size)) {
-      std::abort();
-    }
-  }
-  input_file(const input_file&) = delete;
-  input_file& operator=(const input_file&) = delete;
-  ~input_file() { close(descriptor); }
-  char* name() { return path.data(); }
-
- private:
-  int descriptor;
-  std::string path;
-};
+/// The name of a file, for the readers of files, that holds `text` until the next call.
+char* file_of(const std::string& text);
 
 }  // namespace fuzz
 

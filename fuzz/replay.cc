@@ -1,13 +1,10 @@
-// Runs a fuzz target over the files that are named on the command line.
+// Runs a fuzz target over the files that are named on the command line, in all its ways.
 
-#include <cstddef>
-#include <cstdint>
 #include <cstdio>
 #include <fstream>
 #include <iterator>
-#include <vector>
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+#include "fuzz.hh"
 
 int main(int count, char** names) {
   if (count < 2) {
@@ -20,10 +17,8 @@ int main(int count, char** names) {
       std::perror(names[i]);
       return 1;
     }
-    std::vector<char> text{std::istreambuf_iterator<char>(file), {}};
-    std::vector<std::uint8_t> bytes(text.begin(), text.end());
-    LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+    const std::string input{std::istreambuf_iterator<char>(file), {}};
+    for (unsigned way = 0; way < fuzz::ways; ++way) fuzz::run(input, way);
   }
-  std::printf("%d files\n", count - 1);
   return 0;
 }

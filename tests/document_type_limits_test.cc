@@ -32,6 +32,27 @@ std::string with_declarations(const std::string& declarations, const std::string
          "</R>";
 }
 
+std::string different_elements(std::size_t count) {
+  return "<R>" + numbered(count - 1, "<x", "/>") + "</R>";
+}
+
+std::string different_attributes(std::size_t count) {
+  return "<R><b" + numbered(count, " x", "=''") + "/></R>";
+}
+
+// The names have one and the same hash in the scanner.
+std::string colliding_name(std::size_t n) {
+  std::string name;
+  for (unsigned bit = 0; bit < 17; ++bit) name += (n >> bit & 1U) != 0 ? "bA" : "ag";
+  return name;
+}
+
+std::string colliding(std::size_t count, const std::string& before, const std::string& after) {
+  std::string all;
+  for (std::size_t i = 0; i < count; ++i) all += before + colliding_name(i) + after;
+  return all;
+}
+
 std::string choice_of(std::size_t names) {
   return with_declarations(numbered(names, "<!ELEMENT x", " EMPTY>") + "<!ELEMENT c (x0" +
                                numbered(names, "|x", "").substr(3) + ")>",
@@ -119,6 +140,89 @@ template <class Variant>
 class DocumentTypeLimits : public testing::Test {};
 using both_variants = testing::Types<test::in_memory, test::in_file>;
 TYPED_TEST_SUITE(DocumentTypeLimits, both_variants);
+
+TYPED_TEST(DocumentTypeLimits, DifferentElements) {
+  EXPECT_EQ(refusal<TypeParam>(different_elements(limits::different_names - 1)), "");
+  EXPECT_EQ(refusal<TypeParam>(different_elements(limits::different_names)), "");
+  EXPECT_EQ(refusal<TypeParam>(different_elements(limits::different_names + 1)),
+            "too many different elements");
+}
+
+TYPED_TEST(DocumentTypeLimits, DeclaredElements) {
+  const auto declared = [](std::size_t count) {  // R and b are two of them
+    return with_declarations(numbered(count - 2, "<!ELEMENT x", " EMPTY>"));
+  };
+  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names - 1)), "");
+  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names)), "");
+  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names + 1)),
+            "too many different elements");
+}
+
+TYPED_TEST(DocumentTypeLimits, ElementsWithDeclaredAttributes) {
+  const auto declared = [](std::size_t count) {
+    return with_declarations(numbered(count - 2, "<!ATTLIST x", " a CDATA #IMPLIED>"));
+  };
+  // Warned of, as they are not declared themselves.
+  EXPECT_THAT(refusal<TypeParam>(declared(limits::different_names)),
+              testing::Not(testing::HasSubstr("too many")));
+  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names + 1)),
+            "too many different elements");
+}
+
+TYPED_TEST(DocumentTypeLimits, AttributesOfAStartTag) {
+  EXPECT_EQ(refusal<TypeParam>(different_attributes(limits::different_names - 1)), "");
+  EXPECT_EQ(refusal<TypeParam>(different_attributes(limits::different_names)), "");
+  EXPECT_EQ(refusal<TypeParam>(different_attributes(limits::different_names + 1)),
+            "an element has too many attributes");
+}
+
+TYPED_TEST(DocumentTypeLimits, AttributesOfMoreAndMoreStartTags) {
+  std::string document = "<R>";
+  for (std::size_t count = 1; count <= 1024; count *= 2)
+    document += "<b" + numbered(count, " x", "=''") + "/>";
+  EXPECT_EQ(refusal<TypeParam>(document + "</R>"), "");
+  EXPECT_EQ(refusal<TypeParam>(document + "<b" + numbered(1025, " x", "=''") + "/></R>"),
+            "an element has too many attributes");
+}
+
+TYPED_TEST(DocumentTypeLimits, Entities) {
+  const auto declared = [](std::size_t count) {
+    return with_declarations(numbered(count, "<!ENTITY x", " 'y'>"), "&x0;");
+  };
+  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names - 1)), "");
+  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names)), "");
+  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names + 1)), "too many entities");
+}
+
+TYPED_TEST(DocumentTypeLimits, ParameterEntities) {
+  const auto declared = [](std::size_t count) {
+    return with_declarations(numbered(count, "<!ENTITY % x", " 'y'>"));
+  };
+  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names)), "");
+  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names + 1)), "too many entities");
+}
+
+TYPED_TEST(DocumentTypeLimits, Notations) {
+  const auto declared = [](std::size_t count) {
+    return with_declarations(numbered(count, "<!NOTATION x", " PUBLIC 'y'>"));
+  };
+  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names - 1)), "");
+  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names)), "");
+  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names + 1)), "too many notations");
+}
+
+TYPED_TEST(DocumentTypeLimits, Identifiers) {
+  const auto with = [](std::size_t ids, std::size_t references) {
+    return with_declarations(
+        "<!ATTLIST b i ID #IMPLIED r IDREFS #IMPLIED>",
+        numbered(ids, "<b i='x", "'/>") + "<b r='x0" + times(references - 1, " x1") + "'/>");
+  };
+  EXPECT_EQ(refusal<TypeParam>(with(limits::identifiers - 3, 2)), "");
+  EXPECT_EQ(refusal<TypeParam>(with(limits::identifiers - 2, 2)), "");
+  EXPECT_EQ(refusal<TypeParam>(with(limits::identifiers - 1, 2)), "too many identifiers");
+  EXPECT_EQ(refusal<TypeParam>(with(2, limits::identifiers - 2)), "");
+  EXPECT_EQ(refusal<TypeParam>(with(2, limits::identifiers - 1)), "too many identifiers");
+}
 
 TYPED_TEST(DocumentTypeLimits, LengthOfAContentModel) {
   EXPECT_EQ(refusal<TypeParam>(choice_of(limits::content_model_particles - 1)), "");
@@ -288,6 +392,22 @@ void run(std::function<void()> code) {
 
 std::vector<std::pair<const char*, std::string>> hostile_documents() {
   return {
+      {"colliding elements", "<R>" + colliding(100'000, "<", "/>") + "</R>"},
+      {"an element after those it collides with",
+       "<R>" + colliding(1023, "<", "/>") +
+           times(20'000, "<" + colliding_name(limits::different_names - 2) + "/>") + "</R>"},
+      {"colliding attributes", "<R" + colliding(100'000, " ", "=''") + "/>"},
+      {"colliding declarations", with_declarations(colliding(20'000, "<!ELEMENT ", " ANY>"))},
+      {"colliding entities", with_declarations(colliding(20'000, "<!ENTITY ", " ''>"))},
+      {"references to colliding entities",
+       with_declarations(colliding(limits::different_names, "<!ENTITY ", " ''>"),
+                         times(30'000, "&" + colliding_name(1000) + ";"))},
+      {"colliding parameter entities", with_declarations(colliding(20'000, "<!ENTITY % ", " ''>"))},
+      {"colliding notations", with_declarations(colliding(20'000, "<!NOTATION ", " PUBLIC 'y'>"))},
+      {"colliding identifiers",
+       with_declarations("<!ATTLIST b i ID #IMPLIED>", colliding(100'000, "<b i='", "'/>"))},
+      {"colliding references", with_declarations("<!ATTLIST b r IDREFS #IMPLIED>",
+                                                 "<b r='" + colliding(100'000, "", " ") + "'/>")},
       {"parameter entities", doubling(30)},
       {"parameter entities without an end", doubling(900)},
       {"declarations through parameter entities",

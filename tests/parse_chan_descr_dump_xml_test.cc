@@ -669,3 +669,22 @@ TEST(BothDialects, LongDocuments) {
     EXPECT_EQ(body(from, format), expected);
   }
 }
+
+TEST(BothDialects, LongChannelsFirstReserveNoMoreThanTheRecordsTakeTwice) {
+  constexpr std::size_t channels = 10'000;
+  constexpr std::size_t long_channels = 64;
+  records from;
+  for (std::size_t n = 0; n < channels; ++n) {
+    auto& one = from.add("P" + std::to_string(n), "D");
+    for (int bit = 0; n < long_channels && bit < 200; ++bit) {
+      from.add_bit(one, bit, std::string(60, 'n'), std::string(70, 'd'));
+    }
+  }
+  for (const int format : {ZRT4_FORMAT, MORV_FORMAT}) {
+    std::string document;
+    EXPECT_EQ(dump_chan_desr(&from.list, nullptr, DUMP_XML_FILE, format, -1, &document, nullptr),
+              0);
+    EXPECT_GT(document.size(), 2'000'000U);
+    EXPECT_LE(document.capacity(), 2 * channels * sizeof(chan_descr_2010));
+  }
+}

@@ -59,6 +59,7 @@ class plain_parser : private xercesc::HandlerBase {
     return error_count == 0;
   }
 
+  bool has_more() const { return more; }
   const std::optional<std::string>& tag() const { return name; }
   const std::optional<std::string>& val() const { return value; }
   int errors() const { return error_count; }

@@ -29,7 +29,9 @@ void descriptor::write_all(const std::string& content) {
   std::size_t left = content.size();
   while (left != 0) {
     const ssize_t written = write(fd, bytes, left);
+    if (written == -1 && errno == EINTR) continue;
     if (written == -1) fail(errno);
+    if (written == 0) fail(ENOSPC);  // a device that takes nothing and does not say why
     bytes += written;
     left -= static_cast<std::size_t>(written);
   }
@@ -40,6 +42,7 @@ std::string descriptor::read_all() {
   std::array<char, 1 << 16> buffer{};
   for (;;) {
     const ssize_t got = read(fd, buffer.data(), buffer.size());
+    if (got == -1 && errno == EINTR) continue;
     if (got == -1) fail(errno);
     if (got == 0) return content;
     content.append(buffer.data(), static_cast<std::size_t>(got));
@@ -63,9 +66,9 @@ int memory_file() {
   return memfd_create("zrt4xml", MFD_CLOEXEC);
 }
 
-void occupy_closed_streams() {
-  for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
-    if (fcntl(stream, F_GETFD) != -1) continue;
-    (void)open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+void fill_closed_streams() {
+  for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    const bool closed = fcntl(fd, F_GETFD) == -1;
+    if (closed) (void)open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
   }
 }

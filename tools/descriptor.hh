@@ -33,8 +33,9 @@ class descriptor {
 /// A file in memory.
 int memory_file();
 
-/// Keeps a file that is opened later from becoming, by chance, a standard stream that was closed.
-/// Using the stream still fails.
-void occupy_closed_streams();
+/// Called before anything is opened: a file must not get the number of a standard stream that the
+/// caller has closed, because what is meant for the one would go to the other. Using such a stream
+/// still fails.
+void fill_closed_streams();
 
 #endif

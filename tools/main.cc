@@ -72,7 +72,6 @@ exit_code executed(const std::string& subcommand, const arguments& given) {
 }
 
 int run(int argc, char** argv) {
-  occupy_closed_streams();
   command_line line;
   const arguments& given = line.given;
   try {
@@ -92,6 +91,7 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  fill_closed_streams();
   try {
     return run(argc, argv);
   } catch (const std::exception& exception) {
