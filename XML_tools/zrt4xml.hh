@@ -59,7 +59,7 @@ class record_iterator {
     ++at;
     return *this;
   }
-  record_iterator operator++(int) {
+  record_iterator operator++(int) {  // NOLINT(cert-dcl21-cpp): as all iterators
     const record_iterator before = *this;
     ++at;
     return before;
