@@ -349,6 +349,14 @@ TYPED_TEST(DocumentTypeLimits, TextThatReferencesAdd) {
             "limit imposed by the application");
 }
 
+TYPED_TEST(DocumentTypeLimits, AnEntityLargerThanAllThatReferencesMayAddIsReferencedOnce) {
+  const std::string entity(limits::added_units + 1, 'x');
+  EXPECT_EQ(refusal<TypeParam>(references(1, entity)), "");
+  EXPECT_EQ(refusal<TypeParam>(references(2, entity)),
+            "parser has encountered more than '1' entity expansions in the document; this is the "
+            "limit imposed by the application");
+}
+
 TYPED_TEST(DocumentTypeLimits, ElementsThatReferencesAdd) {
   const std::string entity = times(1 << 10, "<b/>");
   const std::size_t most = limits::added_units / (entity.size() + limits::units_of_node * 1024);
