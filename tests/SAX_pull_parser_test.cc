@@ -9,6 +9,12 @@ using test::output;
 using test::step;
 using test::trace;
 
+/// As a derived class sees its handler.
+struct counting_parser : SAX_Memory_Parser {
+  using SAX_Memory_Parser::SAX_Memory_Parser;
+  const MemParseHandlers& counts() const { return *handler; }
+};
+
 template <class Variant>
 struct PullParser : testing::Test {
   /// Starts the document, which must succeed silently, and traces it.
@@ -571,4 +577,18 @@ TEST(SaxFileParser, ReadsUtf16) {
   test::in_file variant(document);
   EXPECT_FALSE(variant.start());
   EXPECT_EQ(trace(variant.parser), "0 'R' -\n0 'R' 'a'\n0 - -\n0 - -\n-1 - -\n");
+}
+
+TEST(PullParserCounts, WhatTheRootContains) {
+  char text[] =
+      "<!DOCTYPE R [<!ELEMENT R (b)*><!ELEMENT b (#PCDATA)><!ATTLIST b x CDATA #IMPLIED>]>\n"
+      "<R> <b x='1'>five5</b>\n</R>\n";
+  counting_parser parser(text);
+  EXPECT_FALSE(parser.start());
+  trace(parser);
+  EXPECT_EQ(parser.counts().getElementCount(), 2U);
+  EXPECT_EQ(parser.counts().getAttrCount(), 1U);
+  EXPECT_EQ(parser.counts().getCharacterCount(), 5U);
+  EXPECT_EQ(parser.counts().getSpaceCount(), 2U);
+  EXPECT_EQ(parser.get_error_counter(), 0);
 }

@@ -357,6 +357,13 @@ TYPED_TEST(DocumentTypeLimits, AnEntityLargerThanAllThatReferencesMayAddIsRefere
             "limit imposed by the application");
 }
 
+TYPED_TEST(DocumentTypeLimits, ASecondDeclarationOfAnEntityDoesNotCount) {
+  const std::string larger(limits::added_units + 1, 'x');
+  EXPECT_EQ(refusal<TypeParam>(
+                with_declarations("<!ENTITY e 'x'><!ENTITY e '" + larger + "'>", "&e;&e;")),
+            "");
+}
+
 TYPED_TEST(DocumentTypeLimits, ElementsThatReferencesAdd) {
   const std::string entity = times(1 << 10, "<b/>");
   const std::size_t most = limits::added_units / (entity.size() + limits::units_of_node * 1024);
