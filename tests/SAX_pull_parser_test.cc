@@ -1,7 +1,6 @@
 // Steps, results, counters, attributes and messages of the pull parser, through both variants.
 
-#include <clocale>
-
+#include "own_locale.hh"
 #include "pull_parser_support.hh"
 
 using test::captured;
@@ -417,15 +416,14 @@ TYPED_TEST(PullParser, ExternalEntityIsNotOpened) {
 }
 
 TYPED_TEST(PullParser, TextsAreInTheLocalCodePage) {
-  const char* const before = std::setlocale(LC_ALL, "C.UTF-8");
-  ASSERT_NE(before, nullptr);
+  const test::own_locale utf8(LC_ALL, "C.UTF-8");
+  ASSERT_TRUE(utf8.set());
   EXPECT_EQ(this->steps("<?xml version='1.0' encoding='ISO-8859-1'?><R>50 \xb5m</R>"),
             "0 'R' -\n"
             "0 'R' '50 \xc2\xb5m'\n"
             "0 - -\n"
             "0 - -\n"
             "-1 - -\n");
-  std::setlocale(LC_ALL, "C");
 }
 
 TYPED_TEST(PullParser, GetAttrFindsAnAttributeByItsWholeName) {

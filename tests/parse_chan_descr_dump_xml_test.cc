@@ -5,7 +5,10 @@
 
 #include "channel_records.hh"
 #include "comma_locale.hh"
+#include "own_locale.hh"
 #include "support.hh"
+
+[[maybe_unused]] static const auto* const points = test::locale_of_literals::in(LC_NUMERIC);
 
 using test::dumped;
 using test::records;
