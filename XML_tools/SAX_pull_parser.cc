@@ -24,7 +24,6 @@ template <>
 struct rules<memory_variant> {
   static void create_handler(MemParseHandlers*& handler) { handler = new MemParseHandlers; }
   static MemParseHandlers& handler_of(MemParseHandlers* handler) { return *handler; }
-  static const MemParseHandlers& handler_of(const MemParseHandlers* handler) { return *handler; }
   static void delete_handler(MemParseHandlers* handler) { delete handler; }
 
   static void create_source(xercesc::MemBufInputSource*& source, const char* text,

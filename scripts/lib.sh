@@ -4,7 +4,7 @@ set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 build_packages="g++ cmake ninja-build pkg-config libxerces-c-dev libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev mandoc bsdextrautils python3-jsonschema locales"
-check_packages="clang clang-format clang-tidy libclang-rt-14-dev"
+check_packages="clang clang-format clang-tidy libclang-rt-14-dev googletest tzdata"
 speed_packages="valgrind"
 bench_packages="libbenchmark-dev libxml2-dev libpugixml-dev libtinyxml2-dev libexpat1-dev"
 package_packages="dpkg-dev file"
@@ -40,18 +40,32 @@ need() {
   rm "$log"
 }
 
-# Configures a preset when it is new and builds the given targets; shows the log only when it fails.
-build() {
-  local preset=$1 log
+# logged LOG COMMAND...: shows the log only when the command fails.
+logged() {
+  local log=$1
   shift
-  mkdir -p "$root/build/$preset"
-  log=$root/build/$preset/build.log
-  say "Building ($preset) ..."
-  if ! { (cd "$root" && { [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset"; } &&
-          cmake --build "build/$preset" ${*:+--target "$@"}); } >"$log" 2>&1; then
+  mkdir -p "$(dirname "$log")"
+  if ! "$@" >"$log" 2>&1; then
     cat "$log" >&2
     exit 1
   fi
 }
 
-run_tests() { (cd "$root" && ctest --preset "$1" -j "$(nproc)"); }
+# Configures a preset when it is new.
+configure() {
+  local preset=$1
+  [ -f "$root/build/$preset/build.ninja" ] ||
+    (cd "$root" && logged "$root/build/$preset/configure.log" cmake --preset "$preset")
+}
+
+# Configures a preset when it is new and builds the given targets.
+build() {
+  local preset=$1
+  shift
+  say "Building ($preset) ..."
+  configure "$preset"
+  logged "$root/build/$preset/build.log" cmake --build "$root/build/$preset" ${*:+--target "$@"}
+}
+
+# run_tests PRESET [OPTION...]
+run_tests() { (cd "$root" && ctest --preset "$1" -j "$(nproc)" "${@:2}"); }

@@ -1,13 +1,18 @@
 // Steps, results, counters, attributes and messages of the pull parser, through both variants.
 
-#include <clocale>
-
+#include "own_locale.hh"
 #include "pull_parser_support.hh"
 
 using test::captured;
 using test::output;
 using test::step;
 using test::trace;
+
+/// As a derived class sees its handler.
+struct counting_parser : SAX_Memory_Parser {
+  using SAX_Memory_Parser::SAX_Memory_Parser;
+  const MemParseHandlers& counts() const { return *handler; }
+};
 
 template <class Variant>
 struct PullParser : testing::Test {
@@ -411,15 +416,14 @@ TYPED_TEST(PullParser, ExternalEntityIsNotOpened) {
 }
 
 TYPED_TEST(PullParser, TextsAreInTheLocalCodePage) {
-  const char* const before = std::setlocale(LC_ALL, "C.UTF-8");
-  ASSERT_NE(before, nullptr);
+  const test::own_locale utf8(LC_ALL, "C.UTF-8");
+  ASSERT_TRUE(utf8.set());
   EXPECT_EQ(this->steps("<?xml version='1.0' encoding='ISO-8859-1'?><R>50 \xb5m</R>"),
             "0 'R' -\n"
             "0 'R' '50 \xc2\xb5m'\n"
             "0 - -\n"
             "0 - -\n"
             "-1 - -\n");
-  std::setlocale(LC_ALL, "C");
 }
 
 TYPED_TEST(PullParser, GetAttrFindsAnAttributeByItsWholeName) {
@@ -571,4 +575,18 @@ TEST(SaxFileParser, ReadsUtf16) {
   test::in_file variant(document);
   EXPECT_FALSE(variant.start());
   EXPECT_EQ(trace(variant.parser), "0 'R' -\n0 'R' 'a'\n0 - -\n0 - -\n-1 - -\n");
+}
+
+TEST(PullParserCounts, WhatTheRootContains) {
+  char text[] =
+      "<!DOCTYPE R [<!ELEMENT R (b)*><!ELEMENT b (#PCDATA)><!ATTLIST b x CDATA #IMPLIED>]>\n"
+      "<R> <b x='1'>five5</b>\n</R>\n";
+  counting_parser parser(text);
+  EXPECT_FALSE(parser.start());
+  trace(parser);
+  EXPECT_EQ(parser.counts().getElementCount(), 2U);
+  EXPECT_EQ(parser.counts().getAttrCount(), 1U);
+  EXPECT_EQ(parser.counts().getCharacterCount(), 5U);
+  EXPECT_EQ(parser.counts().getSpaceCount(), 2U);
+  EXPECT_EQ(parser.get_error_counter(), 0);
 }

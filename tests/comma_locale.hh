@@ -13,14 +13,16 @@ namespace test {
 
 class comma_locale {
  public:
-  comma_locale() {
+  comma_locale() : before(std::setlocale(LC_NUMERIC, nullptr)) {
+    if (const char* place = std::getenv("LOCPATH")) place_before = place;
     if (!set("de_DE.UTF-8") && !set("fr_FR.UTF-8")) make();
   }
   comma_locale(const comma_locale&) = delete;
   comma_locale& operator=(const comma_locale&) = delete;
   ~comma_locale() {
-    std::setlocale(LC_NUMERIC, "C");
     unsetenv("LOCPATH");
+    if (!place_before.empty()) setenv("LOCPATH", place_before.c_str(), 1);
+    std::setlocale(LC_NUMERIC, before.c_str());
     std::error_code ignored;
     if (!folder.empty()) std::filesystem::remove_all(folder, ignored);
   }
@@ -42,6 +44,8 @@ class comma_locale {
     set("de_DE.UTF-8");
   }
 
+  std::string before;
+  std::string place_before;
   std::string folder;
 };
 

@@ -63,6 +63,11 @@ std::string ambiguous(std::size_t names) {
   return with_declarations("<!ELEMENT c ((R|b)*,R" + times(names, ",(R|b)") + ")>");
 }
 
+/// A model of `before`, R and 19 times `each`: 2^20 states when every R before may be the last one.
+std::string model(const std::string& before, const std::string& each) {
+  return with_declarations("<!ELEMENT c (" + before + ",R" + times(19, "," + each) + ")>");
+}
+
 std::string attributes(std::size_t count) {
   return with_declarations("<!ATTLIST b" + numbered(count, " x", " CDATA #IMPLIED") + ">");
 }
@@ -248,6 +253,36 @@ TYPED_TEST(DocumentTypeLimits, StatesOfContentModels) {
   EXPECT_EQ(refusal<TypeParam>(ambiguous(100)), "the content models are too ambiguous");
 }
 
+TYPED_TEST(DocumentTypeLimits, RepeatedContentIsAmbiguous) {
+  const std::string too_ambiguous = "the content models are too ambiguous";
+  EXPECT_EQ(refusal<TypeParam>(model("(R|b)*", "(R|b)")), too_ambiguous);
+  EXPECT_EQ(refusal<TypeParam>(model("(R|b)+", "(R|b)")), too_ambiguous);
+  EXPECT_EQ(refusal<TypeParam>(model("(R|b)?", "(R|b)")), "");
+}
+
+TYPED_TEST(DocumentTypeLimits, ContentOfWhichAllMayBeMissingIsNotAmbiguous) {
+  EXPECT_EQ(refusal<TypeParam>(model("(R|b)*", "(R|b)?")), "");
+  EXPECT_EQ(refusal<TypeParam>(model("(R|b)*", "(R?|b)")), "");
+  EXPECT_EQ(refusal<TypeParam>(model("(R|b)*", "(R|b?)")), "");
+  EXPECT_EQ(refusal<TypeParam>(model("(R|b)*", "(R?,b?)")), "");
+  EXPECT_EQ(refusal<TypeParam>(model("(R|b)*", "(R|b)*")), "");
+}
+
+TYPED_TEST(DocumentTypeLimits, ContentOfWhichAPartMayBeMissingIsAmbiguous) {
+  const std::string too_ambiguous = "the content models are too ambiguous";
+  EXPECT_EQ(refusal<TypeParam>(model("(R|b)*", "((R|b),(R|b)?)")), too_ambiguous);
+  EXPECT_EQ(refusal<TypeParam>(model("(R|b)*", "((R|b)?,(R|b))")), too_ambiguous);
+}
+
+// Where each R has to stand beside a b there are about 17,700 states, which is within the limit.
+TYPED_TEST(DocumentTypeLimits, WhatMayStandBesideAnElementDecidesHowAmbiguousItIs) {
+  const std::string too_ambiguous = "the content models are too ambiguous";
+  EXPECT_EQ(refusal<TypeParam>(model("((b?,R)|b)*", "(R|b)")), too_ambiguous);
+  EXPECT_EQ(refusal<TypeParam>(model("((R,b?)|b)*", "(R|b)")), too_ambiguous);
+  EXPECT_EQ(refusal<TypeParam>(model("((b,R)|b)*", "(R|b)")), "");
+  EXPECT_EQ(refusal<TypeParam>(model("((R,b)|b)*", "(R|b)")), "");
+}
+
 TYPED_TEST(DocumentTypeLimits, StatesAddUpOverTheElements) {
   const std::string half = "((R|b)*,R" + times(14, ",(R|b)") + ")>";
   const std::string all = "<!ELEMENT c " + half + "<!ELEMENT d " + half;
@@ -312,6 +347,21 @@ TYPED_TEST(DocumentTypeLimits, TextThatReferencesAdd) {
   EXPECT_EQ(refusal<TypeParam>(references(17, entity)),
             "parser has encountered more than '16' entity expansions in the document; this is the "
             "limit imposed by the application");
+}
+
+TYPED_TEST(DocumentTypeLimits, AnEntityLargerThanAllThatReferencesMayAddIsReferencedOnce) {
+  const std::string entity(limits::added_units + 1, 'x');
+  EXPECT_EQ(refusal<TypeParam>(references(1, entity)), "");
+  EXPECT_EQ(refusal<TypeParam>(references(2, entity)),
+            "parser has encountered more than '1' entity expansions in the document; this is the "
+            "limit imposed by the application");
+}
+
+TYPED_TEST(DocumentTypeLimits, ASecondDeclarationOfAnEntityDoesNotCount) {
+  const std::string larger(limits::added_units + 1, 'x');
+  EXPECT_EQ(refusal<TypeParam>(
+                with_declarations("<!ENTITY e 'x'><!ENTITY e '" + larger + "'>", "&e;&e;")),
+            "");
 }
 
 TYPED_TEST(DocumentTypeLimits, ElementsThatReferencesAdd) {

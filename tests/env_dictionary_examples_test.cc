@@ -3,6 +3,9 @@
 #include <set>
 
 #include "env_dictionary_support.hh"
+#include "own_locale.hh"
+
+[[maybe_unused]] static const auto* const points = test::locale_of_literals::in(LC_NUMERIC);
 
 namespace {
 

@@ -6,6 +6,7 @@
 #include <cstddef>
 
 #include "allocation_failures.hh"
+#include "own_locale.hh"
 
 #ifndef ZRT4_LEAK_CHECKED  // the address sanitizer has a malloc of its own, which none may replace
 
@@ -79,6 +80,9 @@ ZRT4_EXPORT void* realloc(void* block, std::size_t size) noexcept {
 #endif
 
 namespace {
+
+// The C library loads the messages of another locale when it first has one to tell, and keeps them.
+[[maybe_unused]] const auto* const english = test::locale_of_literals::in(LC_MESSAGES);
 
 struct MallocFailures : testing::Test {
   void SetUp() override {

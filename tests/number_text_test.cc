@@ -10,7 +10,10 @@
 #include <sstream>
 
 #include "comma_locale.hh"
+#include "own_locale.hh"
 #include "support.hh"
+
+[[maybe_unused]] static const auto* const points = test::locale_of_literals::in(LC_NUMERIC);
 
 using zrt4::detail::decimal;
 using zrt4::detail::fixed;

@@ -8,7 +8,10 @@
 #include <csignal>
 
 #include "channel_records.hh"
+#include "own_locale.hh"
 #include "support.hh"
+
+[[maybe_unused]] static const auto* const english = test::locale_of_literals::in(LC_MESSAGES);
 
 using test::captured;
 using test::records;

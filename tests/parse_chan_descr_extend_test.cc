@@ -292,6 +292,44 @@ TEST(ExtendCompleting, UncountedDimensionsOfTheOtherAreIgnored) {
   from->dims.clear();
 }
 
+TEST(ExtendCompleting, NullBitsAreNoBits) {
+  const auto in = channel();
+  add_bit(*in, 0, "mine");
+  in->bits.push_back(nullptr);
+  const auto from = channel();
+  from->bits.push_back(nullptr);
+  add_bit(*from, 0, "theirs");
+  add_bit(*from, 5, "five");
+  EXPECT_FALSE(complete(in, from));
+  EXPECT_EQ(bits(*in), "2: 0mine null 5five");
+}
+
+TEST(ExtendCompleting, NullDimensionsAreNoDimensions) {
+  const auto in = channel();
+  add_dim(*in, 0, "mine");
+  in->dims.insert(in->dims.begin(), nullptr);
+  const auto from = channel();
+  add_dim(*from, 0, "theirs");
+  add_dim(*from, 1, "theirs");
+  from->dims.insert(from->dims.begin(), nullptr);
+  EXPECT_FALSE(complete(in, from));
+  in->dims.erase(in->dims.begin());
+  from->dims.erase(from->dims.begin());
+  EXPECT_EQ(dims(*in), "2: 0mine(0) 1theirs(0)");
+}
+
+TEST(ExtendCompleting, UncountedStatisticsOfTheOtherAreIgnored) {
+  const auto in = channel();
+  add_dim(*in, 1, "mine");
+  const auto from = channel();
+  stat_descr stat;
+  dim_descr& theirs = add_dim(*from, 1, "theirs");
+  theirs.stats.push_back(&stat);
+  EXPECT_FALSE(complete(in, from));
+  EXPECT_EQ(dims(*in), "1: 1mine(0)");
+  theirs.stats.clear();
+}
+
 TEST(ExtendReplacing, TakesWhatTheOtherHas) {
   const auto in = full_channel();
   EXPECT_FALSE(replace(in, other_channel()));
@@ -371,6 +409,18 @@ TEST(ExtendReplacing, CountWithoutDimensionsIsReset) {
   add_dim(*from, 1, "theirs");
   EXPECT_FALSE(replace(in, from));
   EXPECT_EQ(dims(*in), "1: 1theirs(0)");
+}
+
+TEST(ExtendReplacing, UncountedBitsStay) {
+  const auto in = channel();
+  const auto mine = std::make_unique<bit_descr>();
+  in->bits.push_back(mine.get());
+  const auto from = channel();
+  add_bit(*from, 1, "theirs");
+  EXPECT_FALSE(replace(in, from));
+  in->bits.erase(in->bits.begin());
+  EXPECT_EQ(mine->bit, 0);
+  EXPECT_EQ(bits(*in), "1: 1theirs");
 }
 
 TEST(ExtendReplacing, UncountedStatisticsAreReportedAndLeft) {

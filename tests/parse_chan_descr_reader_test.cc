@@ -5,34 +5,12 @@
 
 #include "parse_chan_descr.hh"
 #include "support.hh"
-#if defined(__SANITIZE_ADDRESS__)
-#include <sanitizer/lsan_interface.h>
-#endif
 
 using test::captured;
 
 namespace {
 
 using channels = std::vector<chan_descr_2010*>;
-
-/// While it lives, the reader may leave records behind that nobody can reach: channels without a
-/// property, and the sub-records of a merged channel.
-class deliberate_leak {
- public:
-#if defined(__SANITIZE_ADDRESS__)
-  deliberate_leak() {
-    __lsan_disable();
-  }
-  ~deliberate_leak() {
-    __lsan_enable();
-  }
-#else
-  deliberate_leak() {}
-  ~deliberate_leak() {}
-#endif
-  deliberate_leak(const deliberate_leak&) = delete;
-  deliberate_leak& operator=(const deliberate_leak&) = delete;
-};
 
 enum flags { plain = 0, shift = 1, merge = 2 };
 
@@ -145,7 +123,7 @@ TYPED_TEST(ReadChannels, NothingToReadIsOnePlusTheErrors) {
 }
 
 TYPED_TEST(ReadChannels, RecordsBeforeAnErrorStay) {
-  const deliberate_leak channel_without_property;
+  const test::kept_leak channel_without_property;
   const auto got = this->read("<CHANDESCRIPTIONS><CHANNEL><PROP>P</PROP></CHANNEL><CHANNEL>");
   EXPECT_EQ(got->result, 1);
   EXPECT_EQ(got->properties(), "P;");
@@ -345,7 +323,7 @@ TYPED_TEST(ReadChannels, NewChannelEndsBitDimensionAndStatistic) {
 }
 
 TYPED_TEST(ReadChannels, ChannelWithoutPropertyIsNeverListed) {
-  const deliberate_leak channel_without_property;
+  const test::kept_leak channel_without_property;
   const auto got =
       this->read(elements("<CHANNEL><NAME>n</NAME></CHANNEL><CHANNEL><PROP>P</PROP></CHANNEL>"));
   EXPECT_EQ(got->result, 0);
@@ -558,7 +536,7 @@ TEST(ReadChannelsMemory, ElementsAfterTheMergedPropertyAreIgnored) {
 }
 
 TEST(ReadChannelsMemory, SubRecordsOfAMergedChannelStayBehind) {
-  const deliberate_leak bit_of_a_merged_channel;
+  const test::kept_leak bit_of_a_merged_channel;
   const auto got = memory(
       elements("<CHANNEL><PROP>A</PROP></CHANNEL><CHANNEL><BIT>1</BIT><PROP>A</PROP></CHANNEL>"),
       merge);
@@ -867,7 +845,7 @@ TYPED_TEST(ReadChannels, DialectsDoNotMix) {
 }
 
 TYPED_TEST(ReadChannels, VariableWithoutPropertyIsNeverListed) {
-  const deliberate_leak variable_without_property;
+  const test::kept_leak variable_without_property;
   const auto got = this->read(variables("<DaqFloat><daqName>n</daqName></DaqFloat>"));
   EXPECT_EQ(got->result, 0);
   EXPECT_TRUE(got->list.empty());
@@ -988,7 +966,7 @@ TYPED_TEST(ReadChannels, RestOfAMergedVariableIsIgnored) {
 }
 
 TYPED_TEST(ReadChannels, SubRecordsOfAMergedVariableStayBehind) {
-  const deliberate_leak bit_of_a_merged_variable;
+  const test::kept_leak bit_of_a_merged_variable;
   const auto got = this->read(variables(
       "<DaqBits><vindo>A</vindo></DaqBits><DaqBits><bitTitle bit='1'/><vindo>A</vindo></DaqBits>"));
   ASSERT_EQ(got->properties(), "A;");

@@ -11,7 +11,11 @@
 
 #include "comma_locale.hh"
 #include "env_dictionary_support.hh"
+#include "own_locale.hh"
 #include "parse_chan_descr.hh"
+
+[[maybe_unused]] static const auto* const points = test::locale_of_literals::in(LC_NUMERIC);
+[[maybe_unused]] static const auto* const english = test::locale_of_literals::in(LC_MESSAGES);
 
 namespace {
 

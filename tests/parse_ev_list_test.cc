@@ -235,6 +235,10 @@ TYPED_TEST(EvListNumber, AsManyDigitsAsFit) {
   EXPECT_EQ(this->number("0xdeadBEEF"), 0xdeadbeefU);
   EXPECT_EQ(this->number("0x000000001F"), 31U);
 }
+TYPED_TEST(EvListNumber, TooLargeIsTheLargest) {
+  EXPECT_EQ(this->number("99999999999999999999"), 4294967295U);
+  EXPECT_EQ(this->number("0x10000000000000000"), 4294967295U);
+}
 TYPED_TEST(EvListNumber, StopsAtTheFirstOtherCharacter) {
   EXPECT_EQ(this->number("12;"), 12U);
   EXPECT_EQ(this->number("12 34"), 12U);
@@ -256,8 +260,9 @@ TYPED_TEST(EvListNumber, NegativeWrapsAround) {
 
 TYPED_TEST(EvListNumber, ATextThatDoesNotMatchLeavesTheFieldAsItWas) {
   EXPECT_EQ(this->read("<EVENT><TYPE>1</TYPE><TMASK>5</TMASK><TMASK>12x</TMASK>"
+                       "<MINTIMESEC>7</MINTIMESEC><MINTIMESEC>0x</MINTIMESEC>"
                        "<PRIORITY>6</PRIORITY><PRIORITY>high</PRIORITY></EVENT>"),
-            "1 mask 5 time 0.0 prio 6\n");
+            "1 mask 5 time 7.0 prio 6\n");
 }
 
 TYPED_TEST(EvList, BlockNameKeepsLineBreakAndIndentation) {

@@ -1,10 +1,10 @@
 // The library's readers against the plainest readers that do the same, over random documents:
 // result, every byte of every field, everything printed.
 
-#include <clocale>
 #include <string_view>
 #include <xercesc/util/PlatformUtils.hpp>
 
+#include "own_locale.hh"
 #include "plain_readers.hh"
 #include "random_documents.hh"
 #include "support.hh"
@@ -66,14 +66,10 @@ std::string shown(const std::vector<Entry*>& list) {
 }
 
 struct ReadersDifferential : testing::Test {
-  ReadersDifferential() {
-    std::setlocale(LC_CTYPE, "C.UTF-8");
-    xercesc::XMLPlatformUtils::Initialize();
-  }
-  ~ReadersDifferential() override {
-    xercesc::XMLPlatformUtils::Terminate();
-    std::setlocale(LC_CTYPE, "C");
-  }
+  ReadersDifferential() { xercesc::XMLPlatformUtils::Initialize(); }
+  ~ReadersDifferential() override { xercesc::XMLPlatformUtils::Terminate(); }
+
+  test::own_locale utf8{LC_CTYPE, "C.UTF-8"};
 
   /// `plain` and `ours` read `source`, a text or a file's name, into a list of their own.
   template <class Record, class Plain, class Ours>

@@ -20,11 +20,17 @@ struct run_result {
   std::string err;
 };
 
+/// The tool, behind what the environment wants to run it under, such as valgrind.
+inline std::string tool() {
+  const char* under = std::getenv("ZRT4_TOOL_UNDER");
+  return (under != nullptr ? std::string(under) + " " : std::string()) + ZRT4_TOOL " ";
+}
+
 /// Runs "zrt4xml ARGUMENTS" in a shell, with ">" and "<" as the caller writes them.
 inline run_result run(const std::string& arguments, const std::string& before = "") {
   const test::temporary_file out("");
   const test::temporary_file err("");
-  const std::string command = before + "LC_ALL=C.UTF-8 " ZRT4_TOOL " " + arguments;
+  const std::string command = before + "LC_ALL=C.UTF-8 " + tool() + arguments;
   const std::string redirected = "{ " + command + "\n} >" + out.path() + " 2>" + err.path();
   const int status = std::system(redirected.c_str());
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, out.content(), err.content()};
@@ -36,7 +42,7 @@ inline std::string run_on_terminal(const std::string& arguments, const std::stri
   const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
   if (child == 0) {
     const std::string command =
-        "export TERM=xterm LC_ALL=C.UTF-8; " + before + " " ZRT4_TOOL " " + arguments;
+        "export TERM=xterm LC_ALL=C.UTF-8; " + before + " " + tool() + arguments;
     execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
     _exit(127);
   }

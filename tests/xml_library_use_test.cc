@@ -6,6 +6,8 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/RuntimeException.hpp>
 
+#include "parse_chan_descr.hh"
+#include "parse_env_index_dictionary.hh"
 #include "parse_ev_list.hh"
 #include "pull_parser_support.hh"
 
@@ -122,5 +124,33 @@ TEST_F(XmlLibrary, FailureMakesTheFileEventListReaderReturnOneAndKeepItsParser) 
   });
   EXPECT_EQ(said.err, initialisation_message);
   EXPECT_EQ(initialised, 1);
+  EXPECT_EQ(terminated, 0);
+}
+
+TEST_F(XmlLibrary, FailureMakesTheMemoryChannelReaderReturnOne) {
+  fail();
+  char text[] = "<CHANDESCRIPTIONS/>";
+  std::vector<chan_descr_2010*> list;
+  const test::output said =
+      test::captured([&] { EXPECT_EQ(parse_descr_list_read(text, &list, false, false), 1); });
+  EXPECT_EQ(said.err, initialisation_message);
+  EXPECT_EQ(terminated, 1);
+}
+
+TEST_F(XmlLibrary, FailureMakesTheOtherReadersReturnOneAndKeepTheirParsers) {
+  fail();
+  char source[] = "any.xml";
+  std::vector<chan_descr_2010*> channels;
+  std::vector<zrt4_env_index_dictionary_entry*> narrow;
+  std::vector<zrt4_env_index_dictionary_entry_2010*> wide;
+  const test::output said = test::captured([&] {
+    const test::kept_leak parsers;
+    EXPECT_EQ(parse_descr_list_readf(source, &channels, false, false), 1);
+    EXPECT_EQ(parse_env_index_dict_readf(source, &narrow), 1);
+    EXPECT_EQ(parse_env_index_dict_readf_2010(source, &wide), 1);
+    EXPECT_EQ(parse_env_index_dict_list_read(source, &narrow), 1);
+    EXPECT_EQ(parse_env_index_dict_list_read_2010(source, &wide), 1);
+  });
+  EXPECT_EQ(initialised, 5);
   EXPECT_EQ(terminated, 0);
 }

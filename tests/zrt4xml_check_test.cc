@@ -254,7 +254,7 @@ TEST(ToolCheck, CharactersThatTheLocaleLacks) {
   const test::temporary_file file(channel_with("<UNITS>&#181;m</UNITS>\n<DESC>&#937;</DESC>"));
   const std::string lost = ":4:7: DESC holds U+03A9, which the code page of this locale lacks\n";
   const std::string command =
-      "LOCPATH=" + place + " LC_ALL=latin1 " ZRT4_TOOL " check " + file.path();
+      "LOCPATH=" + place + " LC_ALL=latin1 " + test::tool() + "check " + file.path();
   const test::temporary_file out("");
   EXPECT_NE(std::system((command + " >" + out.path()).c_str()), 0);
   EXPECT_THAT(out.content(), testing::HasSubstr(file.path() + lost));

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <deque>
+#include <map>
 #include <string_view>
-#include <unordered_map>
 
 #include "bad_document.hh"
 #include "descriptor.hh"
@@ -135,7 +135,8 @@ exit_code convert_channels(input_file& file, int dialect, output_format to,
 }
 
 void add(zrt4::channel_list& base, zrt4::channel_list& from, bool force) {
-  std::unordered_map<std::string_view, chan_descr_2010*> by_property;
+  // No hash table: senders could choose properties that all have one hash.
+  std::map<std::string_view, chan_descr_2010*> by_property;
   for (chan_descr_2010& channel : base) by_property.emplace(channel.prop_name, &channel);
   std::vector<chan_descr_2010*> merged;
   for (chan_descr_2010* channel : *from.get()) {

@@ -9,7 +9,6 @@
 #include <optional>
 #include <set>
 #include <tuple>
-#include <unordered_map>
 #include <xercesc/sax/AttributeList.hpp>
 #include <xercesc/sax/Locator.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
@@ -66,7 +65,7 @@ class element_pass : public xercesc::HandlerBase {
   void finish();
 
   std::vector<finding> found;
-  std::unordered_map<std::string, met> properties;
+  std::map<std::string, met> properties;
 
  private:
   struct element {

@@ -1,0 +1,15 @@
+// The main of every test program: it runs in the locale that the environment names.
+
+#include <gmock/gmock.h>
+
+#include <clocale>
+#include <cstdio>
+
+int main(int count, char** arguments) {
+  if (std::setlocale(LC_ALL, "") == nullptr) {
+    std::fputs("The environment names a locale that this machine lacks\n", stderr);
+    return 1;
+  }
+  testing::InitGoogleMock(&count, arguments);
+  return RUN_ALL_TESTS();
+}
