@@ -474,10 +474,9 @@ TEST(ToolConvert, WrongUsage) {
 }
 
 TEST(ToolConvert, FileIsReplacedOnlyWhenAllWentWell) {
-  const test::temporary_file damaged(
-      "<CHANDESCRIPTIONS><CHANNEL><PROP>A</PROP></CHANNEL><CHANNEL>");
+  const test::temporary_file damaged("<CHANDESCRIPTIONS><CHANNEL><PROP>A</PROP></CHANNEL>");
   const test::temporary_file good(channel());
-  const test::temporary_file dictionary("<ENVINDEXDICT><CHANNEL>");
+  const test::temporary_file dictionary("<ENVINDEXDICT>");
   const test::temporary_file lossy(channel("<DESC>5 k\xce\xa9</DESC>"));
   for (const std::string& arguments :
        {"convert --to xml " + damaged.path(), "convert --to text " + damaged.path(),
