@@ -446,7 +446,7 @@ void add_growth(const std::string& name, std::string (*maker)(int), Make measure
       return working / scanning;
     };
   };
-  constexpr int turns = 5;
+  constexpr int turns = 3;
   add({"growth to 1,000,000, " + name, 1.25, 0, ratio(few), ratio(many)}, turns);
 }
 
