@@ -21,7 +21,7 @@ namespace zrt4::detail {
 
 namespace {
 
-constexpr std::size_t chunk_size = 16 * 1024;
+constexpr std::size_t chunk_size = std::size_t{16} * 1024;
 
 // The sanitizer watches blocks, not what is cut from them.
 #ifdef __SANITIZE_ADDRESS__
