@@ -32,9 +32,11 @@ constexpr bool cuts_cells = !__has_feature(address_sanitizer);
 constexpr bool cuts_cells = true;
 #endif
 
-// As the scanner requests them, with room for the memory manager before the object.
-constexpr XMLSize_t attribute_size = sizeof(void*) + sizeof(xercesc::XMLAttr);
-constexpr XMLSize_t identifier_size = sizeof(void*) + sizeof(xercesc::XMLRefInfo);
+// As the scanner requests it, with room for the memory manager before the object.
+template <class Object>
+XMLSize_t request_for() {
+  return XMLPlatformUtils::alignPointerForNewBlockAllocation(sizeof(void*)) + sizeof(Object);
+}
 
 bool is_identifier(xercesc::XMLAttDef::AttTypes type) {
   using xercesc::XMLAttDef;
@@ -237,11 +239,12 @@ document_type_limits::document_type_limits() {
 // A start tag is counted at its end, which is too late: the scanner has compared each of its
 // attributes with all before it. Other requests of the size of an attribute are few within a tag.
 void* document_type_limits::allocate(XMLSize_t size) {
-  if (size == attribute_size && ++attribute_requests > different_names) {
+  if (size == request_for<xercesc::XMLAttr>() && ++attribute_requests > different_names) {
     keep_all();
     refuse(too_many_attributes);
   }
-  if (size == identifier_size && declares_identifiers && ++identifier_requests > identifiers) {
+  if (size == request_for<xercesc::XMLRefInfo>() && declares_identifiers &&
+      ++identifier_requests > identifiers) {
     keep_all();
     refuse(too_many_identifiers);
   }

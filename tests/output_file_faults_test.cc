@@ -15,8 +15,11 @@
 #include "../tools/bad_document.hh"
 #include "../tools/descriptor.hh"
 #include "../tools/output_file.hh"
+#include "own_locale.hh"
 #include "support.hh"
 #include "zrt4_export.hh"
+
+[[maybe_unused]] static const auto* const english = test::locale_of_literals::in(LC_MESSAGES);
 
 namespace {
 

@@ -15,8 +15,11 @@
 
 #include "channel_records.hh"
 #include "env_dictionary_support.hh"
+#include "own_locale.hh"
 #include "parse_ev_list.hh"
 #include "zrt4_gige_descr.hh"
+
+[[maybe_unused]] static const auto* const english = test::locale_of_literals::in(LC_MESSAGES);
 
 namespace {
 
