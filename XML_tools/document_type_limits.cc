@@ -237,16 +237,19 @@ document_type_limits::document_type_limits() {
 }
 
 // A start tag is counted at its end, which is too late: the scanner has compared each of its
-// attributes with all before it. Other requests of the size of an attribute are few within a tag.
+// attributes with all before it. Some other requests may have the size of an attribute, but not
+// thousands of them within a tag.
 void* document_type_limits::allocate(XMLSize_t size) {
-  if (size == request_for<xercesc::XMLAttr>() && ++attribute_requests > different_names) {
-    keep_all();
-    refuse(too_many_attributes);
-  }
-  if (size == request_for<xercesc::XMLRefInfo>() && declares_identifiers &&
-      ++identifier_requests > identifiers) {
-    keep_all();
-    refuse(too_many_identifiers);
+  if (!declaring) {
+    if (size == request_for<xercesc::XMLAttr>() && ++attribute_requests > 4 * different_names) {
+      keep_all();
+      refuse(too_many_attributes);
+    }
+    if (size == request_for<xercesc::XMLRefInfo>() && declares_identifiers &&
+        ++identifier_requests > identifiers) {
+      keep_all();
+      refuse(too_many_identifiers);
+    }
   }
   if (declaring) {
     allocated += size;

@@ -122,10 +122,13 @@ class document_type_limits : public scanner_memory {
   void count_name(const xercesc::XMLElementDecl& element) {
     if (element.getId() > different_names) refuse("too many different elements");
   }
-  /// A start tag has been scanned.
-  void count_tag(const xercesc::XMLElementDecl& element, XMLSize_t attribute_count) {
+  void begin_count_of_requests() {
     attribute_requests = 0;
     identifier_requests = 0;
+  }
+  /// A start tag has been scanned.
+  void count_tag(const xercesc::XMLElementDecl& element, XMLSize_t attribute_count) {
+    begin_count_of_requests();
     count_name(element);
     if (attribute_count > different_names) refuse(too_many_attributes);
   }
@@ -154,7 +157,7 @@ class document_type_limits : public scanner_memory {
   bool declaring = false;
   bool counts_values = false;  // defaults or identifiers are declared
   bool declares_identifiers = false;
-  std::size_t attribute_requests = 0;  // of the size of an attribute, since the last start tag
+  std::size_t attribute_requests = 0;  // of the size of an attribute, since the last tag or entity
   std::size_t identifier_requests = 0;
   std::size_t identifiers_met = 0;
   std::size_t allocated = 0;
@@ -210,6 +213,11 @@ class limited_scanner : private document_type_limits, public Parser {
                   const bool is_ignored) override {
     if (!is_ignored && count(entity, is_parameter)) scanner().setSecurityManager(&references);
     Parser::entityDecl(entity, is_parameter, is_ignored);
+  }
+
+  void startEntityReference(const xercesc::XMLEntityDecl& entity) override {
+    begin_count_of_requests();  // its reader requests memory of any size
+    Parser::startEntityReference(entity);
   }
 
   void startElement(const xercesc::XMLElementDecl& element, const unsigned int uri,
