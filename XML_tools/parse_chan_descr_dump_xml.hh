@@ -23,10 +23,23 @@ template <class Write>
 void for_each_property(const std::vector<chan_descr_2010*>& list, Write write) {
   text_slots written;
   written.reserve(list.size());
+  // The slots of a long list lie all over its memory, and so may the records. Both are on their way
+  // before their turn comes, or waiting for them would take longer than writing.
+  constexpr std::size_t ahead = 16;
+  std::uint32_t hashes[ahead];
+  const auto hash_ahead = [&](std::size_t i) {
+    if (i + ahead < list.size()) __builtin_prefetch(list[i + ahead]->prop_name);
+    if (i >= list.size()) return;
+    hashes[i % ahead] = written.hash_of(list[i]->prop_name);
+    written.fetch(hashes[i % ahead]);
+  };
+  for (std::size_t i = 0; i < ahead; ++i) hash_ahead(i);
   for (std::size_t i = 0; i < list.size(); ++i) {
     const auto position = static_cast<std::uint32_t>(i);
+    const std::uint32_t hash = hashes[i % ahead];
+    hash_ahead(i + ahead);
     const std::uint32_t first = written.find_or_add(
-        list[i]->prop_name, position, [&](std::uint32_t at) { return list[at]->prop_name; });
+        list[i]->prop_name, hash, position, [&](std::uint32_t at) { return list[at]->prop_name; });
     if (first == position) write(*list[i], i);
   }
 }

@@ -32,11 +32,24 @@ class text_slots {
     return slots[place_of(text, hash_of(text), text_of)].number;
   }
 
+  std::uint32_t hash_of(const char* text) const { return static_cast<std::uint32_t>(hashed(text)); }
+
+  /// Has the processor fetch what finding a text of this hash begins with.
+  void fetch(std::uint32_t hash) const {
+    if (!slots.empty()) __builtin_prefetch(&slots[hash & (slots.size() - 1)]);
+  }
+
   /// The number of `text`. It becomes `number` when there was none.
   template <class TextOf>
   std::uint32_t find_or_add(const char* text, std::uint32_t number, TextOf text_of) {
+    return find_or_add(text, hash_of(text), number, text_of);
+  }
+
+  /// The same for a text whose hash is known.
+  template <class TextOf>
+  std::uint32_t find_or_add(const char* text, std::uint32_t hash, std::uint32_t number,
+                            TextOf text_of) {
     reserve(used + 1);
-    const std::uint32_t hash = hash_of(text);
     slot& place = slots[place_of(text, hash, text_of)];
     if (place.number == none) {
       place = {hash, number};
@@ -51,8 +64,6 @@ class text_slots {
     std::uint32_t number = none;
   };
   static constexpr std::size_t smallest = 16;
-
-  std::uint32_t hash_of(const char* text) const { return static_cast<std::uint32_t>(hashed(text)); }
 
   template <class TextOf>
   std::size_t place_of(const char* text, std::uint32_t hash, TextOf text_of) const {

@@ -332,6 +332,24 @@ TEST_F(ChanDescrDump, ThousandsOfProperties) {
   EXPECT_EQ(file.content(), expected);
 }
 
+TEST_F(ChanDescrDump, PropertiesThatReturnAfterAnyDistance) {
+  for (int length : {1, 15, 16, 17, 31, 32, 33, 100}) {
+    for (int different : {1, 2, 15, 16, 17, 32, 33, 100}) {
+      records from;
+      std::string expected;
+      for (int n = 0; n < length; ++n) {
+        const std::string number = std::to_string(n);
+        from.add("P" + std::to_string(n % different), number);
+        if (n < different) {
+          expected += std::string(50 - number.size(), ' ') + number + "\t1\tUNKNOWN\n";
+        }
+      }
+      dump(from, DUMP_TXT_FILE_SHORT);
+      EXPECT_EQ(file.content(), expected) << length << " of " << different;
+    }
+  }
+}
+
 // XML destinations
 
 TEST_F(ChanDescrDump, AnEmptyListIsAWholeDocument) {
