@@ -38,8 +38,6 @@ XMLSize_t request_for() {
   return XMLPlatformUtils::alignPointerForNewBlockAllocation(sizeof(void*)) + sizeof(Object);
 }
 
-constexpr bool tells_attributes_by_size = sizeof(void*) == 8;
-
 bool is_identifier(xercesc::XMLAttDef::AttTypes type) {
   using xercesc::XMLAttDef;
   return type == XMLAttDef::ID || type == XMLAttDef::IDRef || type == XMLAttDef::IDRefs;
@@ -240,9 +238,9 @@ document_type_limits::document_type_limits() {
 
 // A start tag is counted at its end, which is too late: the scanner has compared each of its
 // attributes with all before it. Some other requests may have the size of an attribute, but not
-// thousands of them within a tag. With 32 bits too many have it: there a tag is as long as it is.
+// thousands of them within a tag, other than for errors.
 void* document_type_limits::allocate(XMLSize_t size) {
-  if (tells_attributes_by_size && !declaring) {
+  if (!declaring && !reporting) {
     if (size == request_for<xercesc::XMLAttr>() && ++attribute_requests > 4 * different_names) {
       keep_all();
       refuse(too_many_attributes);

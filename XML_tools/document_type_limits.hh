@@ -135,6 +135,17 @@ class document_type_limits : public scanner_memory {
   void count(const xercesc::XMLNotationDecl& notation) {
     if (notation.getId() > different_names) refuse("too many notations");
   }
+  /// For as long as it lives, requests are those of an error's report.
+  class report {
+   public:
+    explicit report(document_type_limits& of) : reporting(of.reporting) { reporting = true; }
+    report(const report&) = delete;
+    report& operator=(const report&) = delete;
+    ~report() { reporting = false; }
+
+   private:
+    bool& reporting;
+  };
   void begin_declarations() { declaring = true; }
   void end_declarations() { declaring = false; }
   void count(const xercesc::DTDElementDecl& element);
@@ -155,6 +166,7 @@ class document_type_limits : public scanner_memory {
   void add_values(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count);
 
   bool declaring = false;
+  bool reporting = false;
   bool counts_values = false;  // defaults or identifiers are declared
   bool declares_identifiers = false;
   std::size_t attribute_requests = 0;  // of the size of an attribute, since the last tag or entity
@@ -218,6 +230,14 @@ class limited_scanner : private document_type_limits, public Parser {
   void startEntityReference(const xercesc::XMLEntityDecl& entity) override {
     begin_count_of_requests();  // its reader requests memory of any size
     Parser::startEntityReference(entity);
+  }
+
+  void error(const unsigned int code, const XMLCh* const domain,
+             const xercesc::XMLErrorReporter::ErrTypes type, const XMLCh* const text,
+             const XMLCh* const system_id, const XMLCh* const public_id, const XMLFileLoc line,
+             const XMLFileLoc column) override {
+    const report uncounted(*this);
+    Parser::error(code, domain, type, text, system_id, public_id, line, column);
   }
 
   void startElement(const xercesc::XMLElementDecl& element, const unsigned int uri,
