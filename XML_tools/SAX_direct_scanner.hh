@@ -28,6 +28,7 @@ class direct_scanner final : public limited_scanner<xercesc::SAXParser> {
     this->count_values(list, count);
     attributes.setVector(&list, count);
     to.start_declared(element, attributes);
+    this->end_tag(count);
     if (is_empty) {
       to.Handlers::endElement(nullptr);
     } else {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bitset>
+#include <limits>
 #include <new>
 #include <unordered_set>
 #include <utility>
@@ -232,33 +233,80 @@ void scanner_memory::deallocate(void* memory) {
   XMLPlatformUtils::fgMemoryManager->deallocate(released);
 }
 
-document_type_limits::document_type_limits() {
+// Only names beyond the first are kept: up to so many cost little even in one slot.
+bool name_spread::add(const XMLCh* name) {
+  // What the scanner divides by the number of slots.
+  const XMLSize_t hash = XMLString::hash(name, std::numeric_limits<XMLSize_t>::max());
+  hashes.push_back(hash);
+  std::size_t grown = slots;
+  while (4 * names() >= growth.quarters * grown) grown = growth.times * grown + 1;
+  if (grown == slots && !in_slot.empty()) return add_to_slot(hash);
+  slots = grown;
+  in_slot.assign(slots, 0);
+  return std::all_of(hashes.begin(), hashes.end(), [this](auto each) { return add_to_slot(each); });
+}
+
+void name_spread::clear() {
+  hashes.clear();
+  std::fill(in_slot.begin(), in_slot.end(), 0);
+}
+
+document_type_limits::document_type_limits(result wanted)
+    : makes_tree(wanted == result::tree), element_names({29, 3, 2}), attribute_names({7, 16, 8}) {
   references.setEntityExpansionLimit(entity_references);
 }
 
-// A start tag is counted at its end, which is too late: the scanner has compared each of its
-// attributes with all before it. Some other requests may have the size of an attribute, but not
-// thousands of them within a tag, other than for errors.
 void* document_type_limits::allocate(XMLSize_t size) {
-  if (!declaring && !reporting) {
-    if (size == request_for<xercesc::XMLAttr>() && ++attribute_requests > 4 * different_names) {
-      keep_all();
-      refuse(too_many_attributes);
-    }
-    if (size == request_for<xercesc::XMLRefInfo>() && declares_identifiers &&
-        ++identifier_requests > identifiers) {
-      keep_all();
-      refuse(too_many_identifiers);
-    }
-  }
-  if (declaring) {
-    allocated += size;
-    if (allocated > declaration_memory) {
-      keep_all();
-      refuse("the declarations take too much memory");
-    }
+  try {
+    count_request(size);
+  } catch (...) {
+    keep_all();
+    throw;
   }
   return scanner_memory::allocate(size);
+}
+
+// A start tag is counted at its end, which is too late: by then the scanner has looked up all its
+// attributes. Some other requests have the size of an attribute, or of an identifier, but not
+// thousands of them within a tag, other than for errors.
+void document_type_limits::count_request(XMLSize_t size) {
+  if (declaring) {
+    allocated += size;
+    if (allocated > declaration_memory) refuse("the declarations take too much memory");
+    return;
+  }
+  if (reporting) return;
+  if (size == request_for<xercesc::XMLAttr>() && attribute_list != nullptr)
+    count_further_attributes();
+  if (size == request_for<xercesc::XMLRefInfo>() && declares_identifiers &&
+      ++identifier_requests > identifiers) {
+    refuse(too_many_identifiers);
+  }
+}
+
+void document_type_limits::count_further_name(const xercesc::XMLElementDecl& element) {
+  using xercesc::XMLElementDecl;
+  const auto reason = element.getCreateReason();
+  const bool declared = reason == XMLElementDecl::Declared || reason == XMLElementDecl::AttList ||
+                        reason == XMLElementDecl::InContentModel;
+  if (!declared && element.getId() <= element_names.names()) return;
+  if (makes_tree || declared || !element_names.add(element.getFullName())) {
+    refuse("too many different elements");
+  }
+}
+
+void document_type_limits::count_further_attributes() {
+  for (std::size_t n = attribute_names.names(); n < attribute_list->size(); ++n) {
+    if (makes_tree || !attribute_names.add(attribute_list->elementAt(n)->getName())) {
+      refuse(too_many_attributes);
+    }
+  }
+}
+
+// The scanner makes those of a later tag anew, so that they are counted before it looks them up.
+void document_type_limits::forget_further_attributes() {
+  while (attribute_list->size() > different_names) attribute_list->removeLastElement();
+  attribute_names.clear();
 }
 
 void document_type_limits::count(const DTDElementDecl& element) {

@@ -7,7 +7,10 @@
 // figures.
 
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
+#include <type_traits>
+#include <vector>
 #include <xercesc/framework/MemoryManager.hpp>
 #include <xercesc/framework/XMLAttr.hpp>
 #include <xercesc/framework/XMLErrorCodes.hpp>
@@ -15,6 +18,7 @@
 #include <xercesc/framework/XMLNotationDecl.hpp>
 #include <xercesc/internal/ReaderMgr.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
+#include <xercesc/parsers/AbstractDOMParser.hpp>
 #include <xercesc/util/RefVectorOf.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLUni.hpp>
@@ -25,8 +29,11 @@
 namespace zrt4::detail {
 
 /// Different names of elements, of entities, of notations, and of the attributes of one start tag.
-/// The scanner walks all names whose hash is equal, which its sender can make all of them, at each.
+/// The scanner walks all names that lie in one slot of its table, which their sender can make all
+/// of them, at each. More names of elements without a declaration, and of attributes, may be in a
+/// document that no tree is made of, when no slot has many of them.
 constexpr std::size_t different_names = 1024;
+constexpr std::size_t names_of_slot = 128;
 
 /// Values of attributes that are declared as identifiers or refer to them. The scanner keeps all of
 /// them, in a table as that of the names.
@@ -108,10 +115,42 @@ class scanner_memory : public xercesc::MemoryManager {
   alignas(void*) char reserve[2048];  // as the XML library aligns objects that hold it
 };
 
+/// How a hash table of the scanner grows: from so many slots, when its names are so many quarters
+/// of them, to so many times the slots and one.
+struct name_table_growth {
+  std::size_t slots;
+  std::size_t quarters;
+  std::size_t times;
+};
+
+/// How the names beyond `different_names` lie in a table of the scanner, which counts all of them.
+class name_spread {
+ public:
+  explicit name_spread(const name_table_growth& of_table)
+      : growth(of_table), slots(of_table.slots) {}
+
+  /// False when its slot, or any after the table has grown, has too many names.
+  bool add(const XMLCh* name);
+  /// Forgets the names. The scanner's table stays as large as it was.
+  void clear();
+  std::size_t names() const { return different_names + hashes.size(); }
+
+ private:
+  bool add_to_slot(XMLSize_t hash) { return ++in_slot[hash % slots] <= names_of_slot; }
+
+  const name_table_growth growth;
+  std::size_t slots;
+  std::vector<XMLSize_t> hashes;
+  std::vector<std::uint32_t> in_slot;
+};
+
 /// Counts what a document declares against the limits. It is the memory manager of its scanner.
 class document_type_limits : public scanner_memory {
  public:
-  document_type_limits();
+  /// A tree finds its names in tables that do not grow.
+  enum class result { events, tree };
+
+  explicit document_type_limits(result wanted);
 
   void* allocate(XMLSize_t size) override;
 
@@ -119,18 +158,21 @@ class document_type_limits : public scanner_memory {
   /// Reports the document as not well-formed, for `reason`, and ends its scan.
   [[noreturn]] virtual void refuse(const char* reason) = 0;
 
+  /// The list of the attributes of a tag, to which the scanner adds those that it makes.
+  void count_attributes_in(xercesc::RefVectorOf<xercesc::XMLAttr>& list) { attribute_list = &list; }
   void count_name(const xercesc::XMLElementDecl& element) {
-    if (element.getId() > different_names) refuse("too many different elements");
+    if (element.getId() > different_names) count_further_name(element);
   }
-  void begin_count_of_requests() {
-    attribute_requests = 0;
-    identifier_requests = 0;
-  }
+  void begin_count_of_requests() { identifier_requests = 0; }
   /// A start tag has been scanned.
   void count_tag(const xercesc::XMLElementDecl& element, XMLSize_t attribute_count) {
     begin_count_of_requests();
     count_name(element);
-    if (attribute_count > different_names) refuse(too_many_attributes);
+    if (attribute_count > different_names) count_further_attributes();
+  }
+  /// A start tag has been used.
+  void end_tag(XMLSize_t attribute_count) {
+    if (attribute_count > different_names) forget_further_attributes();
   }
   void count(const xercesc::XMLNotationDecl& notation) {
     if (notation.getId() > different_names) refuse("too many notations");
@@ -162,15 +204,22 @@ class document_type_limits : public scanner_memory {
   static constexpr const char* too_many_attributes = "an element has too many attributes";
   static constexpr const char* too_many_identifiers = "too many identifiers";
 
+  void count_request(XMLSize_t size);
+  void count_further_name(const xercesc::XMLElementDecl& element);
+  void count_further_attributes();
+  void forget_further_attributes();
   void add(std::size_t units);
   void add_values(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count);
 
+  const bool makes_tree;
+  name_spread element_names;
+  name_spread attribute_names;
+  xercesc::RefVectorOf<xercesc::XMLAttr>* attribute_list = nullptr;
   bool declaring = false;
   bool reporting = false;
   bool counts_values = false;  // defaults or identifiers are declared
   bool declares_identifiers = false;
-  std::size_t attribute_requests = 0;  // of the size of an attribute, since the last tag or entity
-  std::size_t identifier_requests = 0;
+  std::size_t identifier_requests = 0;  // of their size, since the last tag or entity
   std::size_t identifiers_met = 0;
   std::size_t allocated = 0;
   std::size_t states = 0;
@@ -183,7 +232,8 @@ class document_type_limits : public scanner_memory {
 template <class Parser>
 class limited_scanner : private document_type_limits, public Parser {
  public:
-  limited_scanner() : Parser(nullptr, this) {
+  limited_scanner() : document_type_limits(wanted), Parser(nullptr, this) {
+    count_attributes_in(opened::attributes_of(scanner()));
     scanner().setDocTypeHandler(this);
     scanner().setSecurityManager(&references);
     this->setDisableDefaultEntityResolution(true);
@@ -246,13 +296,25 @@ class limited_scanner : private document_type_limits, public Parser {
     count_tag(element, attributes);
     count_values(list, attributes);
     Parser::startElement(element, uri, prefix, list, attributes, is_empty, is_root);
+    end_tag(attributes);
   }
 
  protected:
   using document_type_limits::count_tag;
   using document_type_limits::count_values;
+  using document_type_limits::end_tag;
 
  private:
+  static constexpr result wanted =
+      std::is_base_of_v<xercesc::AbstractDOMParser, Parser> ? result::tree : result::events;
+
+  // The scanner shows its list to derived classes only.
+  struct opened : xercesc::XMLScanner {
+    static xercesc::RefVectorOf<xercesc::XMLAttr>& attributes_of(xercesc::XMLScanner& scanner) {
+      return *(scanner.*&opened::fAttrList);
+    }
+  };
+
   static xercesc::XMLScanner& writable(const xercesc::XMLScanner& own) {
     return const_cast<xercesc::XMLScanner&>(own);  // the parser's own, which it shows as constant
   }

@@ -6,7 +6,9 @@
 #include <cstdint>
 #include <ctime>
 #include <functional>
+#include <string>
 #include <vector>
+#include <xercesc/util/XMLString.hpp>
 
 #include "gige_support.hh"
 #include "pull_parser_support.hh"
@@ -33,12 +35,8 @@ std::string with_declarations(const std::string& declarations, const std::string
          "</R>";
 }
 
-std::string different_elements(std::size_t count) {
-  return "<R>" + numbered(count - 1, "<x", "/>") + "</R>";
-}
-
-std::string different_attributes(std::size_t count) {
-  return "<R><b" + numbered(count, " x", "=''") + "/></R>";
+std::string one_tag(const std::string& attributes) {
+  return "<R><b" + attributes + "/></R>";
 }
 
 // The names have one and the same hash in the scanner.
@@ -51,6 +49,24 @@ std::string colliding_name(std::size_t n) {
 std::string colliding(std::size_t count, const std::string& before, const std::string& after) {
   std::string all;
   for (std::size_t i = 0; i < count; ++i) all += before + colliding_name(i) + after;
+  return all;
+}
+
+/// Names that lie in one slot of a table of so many slots, and all over other tables.
+std::vector<std::string> names_in_a_slot(std::size_t slots, std::size_t count) {
+  std::vector<std::string> names;
+  for (std::size_t n = 0; names.size() < count; ++n) {
+    const std::string name = "x" + std::to_string(n);
+    const std::u16string units(name.begin(), name.end());
+    if (xercesc::XMLString::hash(units.c_str(), slots) == 0) names.push_back(name);
+  }
+  return names;
+}
+
+std::string named(const std::vector<std::string>& names, const std::string& before,
+                  const std::string& after) {
+  std::string all;
+  for (const std::string& name : names) all += before + name + after;
   return all;
 }
 
@@ -147,11 +163,31 @@ class DocumentTypeLimits : public testing::Test {};
 using both_variants = testing::Types<test::in_memory, test::in_file>;
 TYPED_TEST_SUITE(DocumentTypeLimits, both_variants);
 
-TYPED_TEST(DocumentTypeLimits, DifferentElements) {
-  EXPECT_EQ(refusal<TypeParam>(different_elements(limits::different_names - 1)), "");
-  EXPECT_EQ(refusal<TypeParam>(different_elements(limits::different_names)), "");
-  EXPECT_EQ(refusal<TypeParam>(different_elements(limits::different_names + 1)),
+TYPED_TEST(DocumentTypeLimits, AnyNumberOfDifferentElements) {
+  EXPECT_EQ(refusal<TypeParam>("<R>" + numbered(100'000, "<x", "/>") + "</R>"), "");
+}
+
+TYPED_TEST(DocumentTypeLimits, CollidingElements) {
+  const auto elements = [](std::size_t count) {
+    return "<R>" + colliding(count - 1, "<", "/>") + "</R>";
+  };
+  constexpr std::size_t most = limits::different_names + limits::names_of_slot;
+  EXPECT_EQ(refusal<TypeParam>(elements(most - 1)), "");
+  EXPECT_EQ(refusal<TypeParam>(elements(most)), "");
+  EXPECT_EQ(refusal<TypeParam>(elements(most + 1)), "too many different elements");
+}
+
+TYPED_TEST(DocumentTypeLimits, ElementsThatCollideInATableOfOneSize) {
+  const auto document = [](std::size_t slots, std::size_t count) {
+    return "<R>" + numbered(limits::different_names - 1, "<a", "/>") +
+           named(names_in_a_slot(slots, count), "<", "/>") + "</R>";
+  };
+  // The table has 1919 slots until three quarters of them are taken, then 3839.
+  EXPECT_EQ(refusal<TypeParam>(document(1919, limits::names_of_slot)), "");
+  EXPECT_EQ(refusal<TypeParam>(document(1919, limits::names_of_slot + 1)),
             "too many different elements");
+  EXPECT_EQ(refusal<TypeParam>(document(3839, 415)), "");
+  EXPECT_EQ(refusal<TypeParam>(document(3839, 416)), "too many different elements");
 }
 
 TYPED_TEST(DocumentTypeLimits, DeclaredElements) {
@@ -175,20 +211,53 @@ TYPED_TEST(DocumentTypeLimits, ElementsWithDeclaredAttributes) {
             "too many different elements");
 }
 
-TYPED_TEST(DocumentTypeLimits, AttributesOfAStartTag) {
-  EXPECT_EQ(refusal<TypeParam>(different_attributes(limits::different_names - 1)), "");
-  EXPECT_EQ(refusal<TypeParam>(different_attributes(limits::different_names)), "");
-  EXPECT_EQ(refusal<TypeParam>(different_attributes(limits::different_names + 1)),
+TYPED_TEST(DocumentTypeLimits, AnyNumberOfAttributes) {
+  EXPECT_EQ(refusal<TypeParam>(one_tag(numbered(100'000, " x", "=''"))), "");
+}
+
+TYPED_TEST(DocumentTypeLimits, CollidingAttributes) {
+  const auto attributes = [](std::size_t count) { return one_tag(colliding(count, " ", "=''")); };
+  constexpr std::size_t most = limits::different_names + limits::names_of_slot;
+  EXPECT_EQ(refusal<TypeParam>(attributes(most - 1)), "");
+  EXPECT_EQ(refusal<TypeParam>(attributes(most)), "");
+  EXPECT_EQ(refusal<TypeParam>(attributes(most + 1)), "an element has too many attributes");
+}
+
+TYPED_TEST(DocumentTypeLimits, AttributesThatCollideInATableThatEarlierTagsMadeGrow) {
+  const auto document = [](std::size_t before, std::size_t count) {
+    return "<R><b" + numbered(before, " a", "=''") + "/><b" +
+           numbered(limits::different_names, " a", "=''") +
+           named(names_in_a_slot(3657, count), " ", "=''") + "/></R>";
+  };
+  // The table has 457 slots, and 3657 when 1828 attributes have been in it.
+  EXPECT_EQ(refusal<TypeParam>(document(1, limits::names_of_slot + 1)), "");
+  EXPECT_EQ(refusal<TypeParam>(document(1828, limits::names_of_slot)), "");
+  EXPECT_EQ(refusal<TypeParam>(document(1828, limits::names_of_slot + 1)),
             "an element has too many attributes");
 }
 
 TYPED_TEST(DocumentTypeLimits, AttributesOfMoreAndMoreStartTags) {
   std::string document = "<R>";
-  for (std::size_t count = 1; count <= 1024; count *= 2)
-    document += "<b" + numbered(count, " x", "=''") + "/>";
+  for (std::size_t count = 1; count <= 4096; count *= 2) {
+    for (const char* name : {" x", " y"}) document += "<b" + numbered(count, name, "=''") + "/>";
+  }
   EXPECT_EQ(refusal<TypeParam>(document + "</R>"), "");
-  EXPECT_EQ(refusal<TypeParam>(document + "<b" + numbered(1025, " x", "=''") + "/></R>"),
+  EXPECT_EQ(refusal<TypeParam>(document + "<b" + colliding(1153, " ", "=''") + "/></R>"),
             "an element has too many attributes");
+}
+
+TYPED_TEST(DocumentTypeLimits, AttributesOfALongTagKeepTheirValues) {
+  TypeParam variant("<R><b" + numbered(2000, " x", "='v'") + "/><c x0='w' x1999='z'/></R>");
+  ASSERT_FALSE(variant.start());
+  std::string found;
+  while (test::step(variant.parser) != "-1 - -") {
+    for (std::string name : {"x0", "x1999"}) {
+      char* value = nullptr;
+      if (variant.parser.get_attr(name.data(), &value) == 0) found += value;
+    }
+    found += ' ';
+  }
+  EXPECT_THAT(found, testing::AllOf(testing::HasSubstr("vv"), testing::HasSubstr("wz")));
 }
 
 TYPED_TEST(DocumentTypeLimits, Entities) {
@@ -512,6 +581,24 @@ TEST(HostileDeclarations, TakeLessThanASecondAndASmallStack) {
     });
     EXPECT_LT(taken, most_seconds);
   }
+}
+
+// A tree finds names in a table that does not grow.
+TEST(DocumentTypeLimitsOfCameraFiles, DifferentNames) {
+  const auto features = [](const std::string& before) {
+    const test::temporary_file file("<R>" + before + "<Float Name='f'/></R>");
+    std::vector<ZRT4GigEFeature*> found;
+    std::string path = file.path();
+    EXPECT_FALSE(zrt4_fill_gige_descr(path.data(), &found));
+    const std::size_t count = found.size();
+    zrt4_clean_gige_descr(&found);
+    return count;
+  };
+  constexpr std::size_t most = limits::different_names;
+  EXPECT_EQ(features(numbered(most - 2, "<x", "/>")), 1U);
+  EXPECT_EQ(features(numbered(most - 1, "<x", "/>")), 0U);
+  EXPECT_EQ(features("<b" + numbered(most, " x", "=''") + "/>"), 1U);
+  EXPECT_EQ(features("<b" + numbered(most + 1, " x", "=''") + "/>"), 0U);
 }
 
 TEST(HostileDeclarations, InCameraFiles) {
