@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <iterator>
 #include <type_traits>
+#include <utility>
 #include <vector>
 #include <xercesc/framework/MemoryManager.hpp>
 #include <xercesc/framework/XMLAttr.hpp>
@@ -144,8 +145,23 @@ class name_spread {
   std::vector<std::uint32_t> in_slot;
 };
 
+/// What has been counted of one document.
+struct document_counts {
+  bool declaring = false;
+  bool reporting = false;
+  bool counts_values = false;  // defaults or identifiers are declared
+  bool declares_identifiers = false;
+  std::size_t identifier_requests = 0;  // of their size, since the last tag or entity
+  std::size_t identifiers_met = 0;
+  std::size_t allocated = 0;
+  std::size_t states = 0;
+  std::size_t nesting = 0;
+  std::size_t added = 0;
+  std::size_t largest_entity = 0;
+};
+
 /// Counts what a document declares against the limits. It is the memory manager of its scanner.
-class document_type_limits : public scanner_memory {
+class document_type_limits : public scanner_memory, private document_counts {
  public:
   /// A tree finds its names in tables that do not grow.
   enum class result { events, tree };
@@ -180,14 +196,25 @@ class document_type_limits : public scanner_memory {
   /// For as long as it lives, requests are those of an error's report.
   class report {
    public:
-    explicit report(document_type_limits& of) : reporting(of.reporting) { reporting = true; }
+    explicit report(document_type_limits& of) : reporting(of.reporting) {}
     report(const report&) = delete;
     report& operator=(const report&) = delete;
-    ~report() { reporting = false; }
+    ~report() { reporting = before; }
 
    private:
     bool& reporting;
+    const bool before = std::exchange(reporting, true);
   };
+  void begin_document() {
+    static_cast<document_counts&>(*this) = {};
+    element_names.clear();
+    attribute_names.clear();
+  }
+  /// The scan ends: what it still requests is not counted.
+  void end_count() {
+    declaring = false;
+    reporting = true;
+  }
   void begin_declarations() { declaring = true; }
   void end_declarations() { declaring = false; }
   void count(const xercesc::DTDElementDecl& element);
@@ -215,17 +242,6 @@ class document_type_limits : public scanner_memory {
   name_spread element_names;
   name_spread attribute_names;
   xercesc::RefVectorOf<xercesc::XMLAttr>* attribute_list = nullptr;
-  bool declaring = false;
-  bool reporting = false;
-  bool counts_values = false;  // defaults or identifiers are declared
-  bool declares_identifiers = false;
-  std::size_t identifier_requests = 0;  // of their size, since the last tag or entity
-  std::size_t identifiers_met = 0;
-  std::size_t allocated = 0;
-  std::size_t states = 0;
-  std::size_t nesting = 0;
-  std::size_t added = 0;
-  std::size_t largest_entity = 0;
 };
 
 /// A scanner within the limits, which opens nothing that a document names.
@@ -244,6 +260,11 @@ class limited_scanner : private document_type_limits, public Parser {
   ~limited_scanner() override { prepare_end(); }
 
   xercesc::MemoryManager* memory() { return this; }
+
+  void startDocument() override {
+    begin_document();
+    Parser::startDocument();
+  }
 
   void startIntSubset() override {
     begin_declarations();
@@ -322,7 +343,7 @@ class limited_scanner : private document_type_limits, public Parser {
   xercesc::XMLScanner& scanner() { return writable(this->getScanner()); }
 
   void refuse(const char* reason) override {
-    end_declarations();
+    end_count();
     XMLCh text[128];
     for (std::size_t i = 0; i < std::size(text); ++i) {
       text[i] = static_cast<XMLCh>(reason[i]);

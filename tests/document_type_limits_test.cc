@@ -158,6 +158,22 @@ std::string refusal(const std::string& document) {
 
 }  // namespace
 
+TEST(DocumentTypeLimitValues, AreThoseOfTheDocuments) {
+  EXPECT_EQ(limits::different_names, 1024U);
+  EXPECT_EQ(limits::names_of_slot, 128U);
+  EXPECT_EQ(limits::identifiers, 8192U);
+  EXPECT_EQ(limits::content_model_particles, 256U);
+  EXPECT_EQ(limits::content_model_states, 1048576U);
+  EXPECT_EQ(limits::attributes_of_element, 256U);
+  EXPECT_EQ(limits::words_of_attribute, 256U);
+  EXPECT_EQ(limits::parameter_entity_length, 4096U);
+  EXPECT_EQ(limits::declaration_memory, 134217728U);
+  EXPECT_EQ(limits::nesting_entities, 512U);
+  EXPECT_EQ(limits::entity_references, 50000U);
+  EXPECT_EQ(limits::added_units, 16777216U);
+  EXPECT_EQ(limits::units_of_node, 128U);
+}
+
 template <class Variant>
 class DocumentTypeLimits : public testing::Test {};
 using both_variants = testing::Types<test::in_memory, test::in_file>;
@@ -165,6 +181,9 @@ TYPED_TEST_SUITE(DocumentTypeLimits, both_variants);
 
 TYPED_TEST(DocumentTypeLimits, AnyNumberOfDifferentElements) {
   EXPECT_EQ(refusal<TypeParam>("<R>" + numbered(100'000, "<x", "/>") + "</R>"), "");
+  EXPECT_EQ(refusal<TypeParam>("<R>" + numbered(2000, "<x", "/>") + times(1000, "<x1999/>") +
+                               times(1000, "<x1500/>") + "</R>"),
+            "");
 }
 
 TYPED_TEST(DocumentTypeLimits, CollidingElements) {
@@ -487,6 +506,20 @@ TYPED_TEST(DocumentTypeLimits, RefusalBetweenElementsEndsTheDocument) {
   EXPECT_THAT(steps, testing::EndsWith("\n1 - -\n"));
   EXPECT_EQ(test::step(variant.parser), "-1 - -");
   EXPECT_EQ(variant.parser.get_error_counter(), 1);
+}
+
+TEST(DocumentTypeLimitsOfFiles, HoldForEachFileThatAParserStartsWith) {
+  test::temporary_file refused(choice_of(limits::content_model_particles + 1));
+  test::temporary_file plain("<R/>");
+  SAX_File_Parser parser;
+  std::string results;
+  const test::output written = test::captured([&] {
+    for (test::temporary_file* file : {&refused, &refused, &plain})
+      results += parser.start(file->name()) ? "refused " : "read ";
+  });
+  EXPECT_EQ(results, "refused refused read ");
+  const std::string reason = "the content model of an element is too long";
+  EXPECT_NE(written.err.find(reason), written.err.rfind(reason));
 }
 
 namespace {
