@@ -39,6 +39,9 @@ XMLSize_t request_for() {
   return XMLPlatformUtils::alignPointerForNewBlockAllocation(sizeof(void*)) + sizeof(Object);
 }
 
+constexpr name_table_growth element_table{29, 3, 2};
+constexpr name_table_growth attribute_table{7, 16, 8};  // grows over the tags of a document
+
 bool is_identifier(xercesc::XMLAttDef::AttTypes type) {
   using xercesc::XMLAttDef;
   return type == XMLAttDef::ID || type == XMLAttDef::IDRef || type == XMLAttDef::IDRefs;
@@ -252,7 +255,9 @@ void name_spread::clear() {
 }
 
 document_type_limits::document_type_limits(result wanted)
-    : makes_tree(wanted == result::tree), element_names({29, 3, 2}), attribute_names({7, 16, 8}) {
+    : makes_tree(wanted == result::tree),
+      element_names(element_table),
+      attribute_names(attribute_table) {
   references.setEntityExpansionLimit(entity_references);
 }
 
