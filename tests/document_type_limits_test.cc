@@ -161,6 +161,14 @@ std::string refusal(const std::string& document) {
 
 }  // namespace
 
+/// Below the limit and at it `document(count)` is read, above it is refused.
+template <class Variant, class Document>
+void expect_limit(Document document, std::size_t most, const char* reason) {
+  EXPECT_EQ(refusal<Variant>(document(most - 1)), "");
+  EXPECT_EQ(refusal<Variant>(document(most)), "");
+  EXPECT_EQ(refusal<Variant>(document(most + 1)), reason);
+}
+
 TEST(DocumentTypeLimitValues, AreThoseOfTheDocuments) {
   EXPECT_EQ(limits::different_names, 1024U);
   EXPECT_EQ(limits::names_of_slot, 128U);
@@ -221,9 +229,7 @@ TYPED_TEST(DocumentTypeLimits, CollidingElements) {
     return "<R>" + colliding(count - 1, "<", "/>") + "</R>";
   };
   constexpr std::size_t most = limits::different_names + limits::names_of_slot;
-  EXPECT_EQ(refusal<TypeParam>(elements(most - 1)), "");
-  EXPECT_EQ(refusal<TypeParam>(elements(most)), "");
-  EXPECT_EQ(refusal<TypeParam>(elements(most + 1)), "too many different elements");
+  expect_limit<TypeParam>(elements, most, "too many different elements");
 }
 
 TYPED_TEST(DocumentTypeLimits, ElementsThatCollideInATableOfOneSize) {
@@ -243,10 +249,7 @@ TYPED_TEST(DocumentTypeLimits, DeclaredElements) {
   const auto declared = [](std::size_t count) {  // R and b are two of them
     return with_declarations(numbered(count - 2, "<!ELEMENT x", " EMPTY>"));
   };
-  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names - 1)), "");
-  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names)), "");
-  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names + 1)),
-            "too many different elements");
+  expect_limit<TypeParam>(declared, limits::different_names, "too many different elements");
 }
 
 TYPED_TEST(DocumentTypeLimits, ElementsWithDeclaredAttributes) {
@@ -267,9 +270,7 @@ TYPED_TEST(DocumentTypeLimits, AnyNumberOfAttributes) {
 TYPED_TEST(DocumentTypeLimits, CollidingAttributes) {
   const auto attributes = [](std::size_t count) { return one_tag(colliding(count, " ", "=''")); };
   constexpr std::size_t most = limits::different_names + limits::names_of_slot;
-  EXPECT_EQ(refusal<TypeParam>(attributes(most - 1)), "");
-  EXPECT_EQ(refusal<TypeParam>(attributes(most)), "");
-  EXPECT_EQ(refusal<TypeParam>(attributes(most + 1)), "an element has too many attributes");
+  expect_limit<TypeParam>(attributes, most, "an element has too many attributes");
 }
 
 TYPED_TEST(DocumentTypeLimits, AttributesThatCollideInATableThatEarlierTagsMadeGrow) {
@@ -313,9 +314,7 @@ TYPED_TEST(DocumentTypeLimits, Entities) {
   const auto declared = [](std::size_t count) {
     return with_declarations(numbered(count, "<!ENTITY x", " 'y'>"), "&x0;");
   };
-  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names - 1)), "");
-  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names)), "");
-  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names + 1)), "too many entities");
+  expect_limit<TypeParam>(declared, limits::different_names, "too many entities");
 }
 
 TYPED_TEST(DocumentTypeLimits, ParameterEntities) {
@@ -330,9 +329,7 @@ TYPED_TEST(DocumentTypeLimits, Notations) {
   const auto declared = [](std::size_t count) {
     return with_declarations(numbered(count, "<!NOTATION x", " PUBLIC 'y'>"));
   };
-  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names - 1)), "");
-  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names)), "");
-  EXPECT_EQ(refusal<TypeParam>(declared(limits::different_names + 1)), "too many notations");
+  expect_limit<TypeParam>(declared, limits::different_names, "too many notations");
 }
 
 TYPED_TEST(DocumentTypeLimits, Identifiers) {
@@ -358,10 +355,8 @@ TYPED_TEST(DocumentTypeLimits, ErrorsAreNeitherAttributesNorIdentifiers) {
 }
 
 TYPED_TEST(DocumentTypeLimits, LengthOfAContentModel) {
-  EXPECT_EQ(refusal<TypeParam>(choice_of(limits::content_model_particles - 1)), "");
-  EXPECT_EQ(refusal<TypeParam>(choice_of(limits::content_model_particles)), "");
-  EXPECT_EQ(refusal<TypeParam>(choice_of(limits::content_model_particles + 1)),
-            "the content model of an element is too long");
+  expect_limit<TypeParam>(choice_of, limits::content_model_particles,
+                          "the content model of an element is too long");
 }
 
 TYPED_TEST(DocumentTypeLimits, RepetitionsCountInAContentModel) {
@@ -421,24 +416,18 @@ TYPED_TEST(DocumentTypeLimits, StatesAddUpOverTheElements) {
 }
 
 TYPED_TEST(DocumentTypeLimits, AttributesOfAnElement) {
-  EXPECT_EQ(refusal<TypeParam>(attributes(limits::attributes_of_element - 1)), "");
-  EXPECT_EQ(refusal<TypeParam>(attributes(limits::attributes_of_element)), "");
-  EXPECT_EQ(refusal<TypeParam>(attributes(limits::attributes_of_element + 1)),
-            "an element has too many attributes");
+  expect_limit<TypeParam>(attributes, limits::attributes_of_element,
+                          "an element has too many attributes");
 }
 
 TYPED_TEST(DocumentTypeLimits, WordsOfAnAttribute) {
-  EXPECT_EQ(refusal<TypeParam>(words(limits::words_of_attribute - 1)), "");
-  EXPECT_EQ(refusal<TypeParam>(words(limits::words_of_attribute)), "");
-  EXPECT_EQ(refusal<TypeParam>(words(limits::words_of_attribute + 1)),
-            "an attribute has too many values to choose from");
+  expect_limit<TypeParam>(words, limits::words_of_attribute,
+                          "an attribute has too many values to choose from");
 }
 
 TYPED_TEST(DocumentTypeLimits, LengthOfAParameterEntity) {
-  EXPECT_EQ(refusal<TypeParam>(parameter_entity(limits::parameter_entity_length - 1)), "");
-  EXPECT_EQ(refusal<TypeParam>(parameter_entity(limits::parameter_entity_length)), "");
-  EXPECT_EQ(refusal<TypeParam>(parameter_entity(limits::parameter_entity_length + 1)),
-            "a parameter entity is too long");
+  expect_limit<TypeParam>(parameter_entity, limits::parameter_entity_length,
+                          "a parameter entity is too long");
 }
 
 TYPED_TEST(DocumentTypeLimits, MemoryOfTheDeclarations) {
@@ -449,10 +438,7 @@ TYPED_TEST(DocumentTypeLimits, MemoryOfTheDeclarations) {
 }
 
 TYPED_TEST(DocumentTypeLimits, EntitiesThatReferToOthers) {
-  EXPECT_EQ(refusal<TypeParam>(nested(limits::nesting_entities - 1)), "");
-  EXPECT_EQ(refusal<TypeParam>(nested(limits::nesting_entities)), "");
-  EXPECT_EQ(refusal<TypeParam>(nested(limits::nesting_entities + 1)),
-            "too many entities refer to others");
+  expect_limit<TypeParam>(nested, limits::nesting_entities, "too many entities refer to others");
 }
 
 TYPED_TEST(DocumentTypeLimits, EntityReferences) {
