@@ -14,6 +14,7 @@
 #include "event_util.hh"
 #include "parse_chan_descr_index.hh"
 #include "parse_chan_descr_records.hh"
+#include "record_memory.hh"
 
 namespace zrt4::detail {
 
@@ -55,6 +56,7 @@ class current_channel {
   // are once a document has brought them.
   void begin() {
     channel = std::make_unique<chan_descr_2010>().release();
+    fetch_behind(channel);
     listed = false;
   }
 

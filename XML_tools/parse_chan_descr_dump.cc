@@ -115,9 +115,13 @@ int dump_chan_desr(std::vector<chan_descr_2010*>* chdscr_list, char* file_name, 
     case DUMP_TXT_FILE_SHORT:
       write_text(file.get(), *chdscr_list, write_short_text);
       return done;
-    case DUMP_XML_FILE:
-      return deliver(zrt4::detail::chan_descr_document(*chdscr_list, format, file != nullptr, dims),
+    case DUMP_XML_FILE: {
+      // A descriptor may fail, and then the string is as it was, with the memory it had.
+      std::string* const gives_memory = fd == -1 ? sout : nullptr;
+      return deliver(zrt4::detail::chan_descr_document(*chdscr_list, format, file != nullptr, dims,
+                                                       gives_memory),
                      file, fd, sout);
+    }
     default:
       return done;
   }

@@ -331,33 +331,23 @@ class variable_writer {
   std::vector<const char*> value{nullptr};
 };
 
-// Growing a long document step by step costs more than writing it. What the first channels took
-// tells well enough how long it becomes; when they are the only long ones, no more is asked for
-// than the channels themselves take twice.
+// What the first channels took tells well enough how long a document becomes; when they are the
+// only long ones, no more is asked for than the channels themselves take twice.
 constexpr std::size_t measured_channels = 64;
 
-void reserve_for(std::string& out, std::size_t channels) {
-  const std::size_t each = out.size() / measured_channels;
-  out.reserve(channels * std::min(each + each / 8, 2 * sizeof(chan)));
-}
-
-// The texts of a record lie so far apart that each would be waited for: all are on their way while
-// the first is written.
-void fetch_texts(const chan& channel) {
-  for (const char* text :
-       {channel.daq_name, channel.prop_desc, channel.units, channel.sb_name, channel.subsystem}) {
-    __builtin_prefetch(text);
-  }
+std::size_t length_with(std::size_t channels, const std::string& measured) {
+  const std::size_t each = measured.size() / measured_channels;
+  return channels * std::min(each + each / 8, 2 * sizeof(chan));
 }
 
 template <class Writer>
-std::string document_of(const std::vector<chan*>& list, bool dated, Writer writer) {
-  std::string out = begin_document();
+std::string document_of(const std::vector<chan*>& list, bool dated, Writer writer,
+                        std::string* destination) {
+  std::string out = begin_document(destination);
   START_TAGN(out, Writer::root);
   if (dated) add_iso_date(out);
   for_each_property(list, [&](const chan& channel, std::size_t position) {
-    fetch_texts(channel);
-    if (position == measured_channels) reserve_for(out, list.size());
+    if (position == measured_channels) expect_length(out, length_with(list.size(), out));
     writer.append(out, channel, position);
   });
   END_TAGN(out, Writer::root);
@@ -368,9 +358,9 @@ std::string document_of(const std::vector<chan*>& list, bool dated, Writer write
 }  // namespace
 
 std::string chan_descr_document(const std::vector<chan*>& list, int format, bool in_file,
-                                const std::vector<dim_params*>* dims) {
-  if (format == MORV_FORMAT) return document_of(list, false, variable_writer());
-  return document_of(list, in_file, element_writer(dims));
+                                const std::vector<dim_params*>* dims, std::string* destination) {
+  if (format == MORV_FORMAT) return document_of(list, false, variable_writer(), destination);
+  return document_of(list, in_file, element_writer(dims), destination);
 }
 
 }  // namespace zrt4::detail

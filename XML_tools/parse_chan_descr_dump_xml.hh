@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -18,14 +19,30 @@ inline const char* written_daq_name(const chan_descr_2010& channel) {
   return channel.daq_name[0] != '\0' ? channel.daq_name : "!!!UNDEFINED!!!";
 }
 
+/// Has the processor fetch what is written of a usual channel: a third of its record, in pieces
+/// that are too far apart for it to foresee. (Always inline: see `fetch_behind`.)
+[[gnu::always_inline]] inline void fetch(const chan_descr_2010& channel) {
+  constexpr std::size_t usual_text = 40;
+  for (const void* piece :
+       std::initializer_list<const void*>{&channel.stream, channel.prop_name + usual_text,    //
+                                          channel.daq_name, channel.daq_name + usual_text,    //
+                                          channel.prop_desc, channel.prop_desc + usual_text,  //
+                                          channel.units, &channel.nbits, &channel.ndims,      //
+                                          channel.sb_name, channel.sb_name + usual_text,      //
+                                          &channel.set_point, channel.subsystem + usual_text / 2}) {
+    __builtin_prefetch(piece);
+  }
+}
+
 /// Calls `write(channel, position)` for the first record of each property.
 template <class Write>
 void for_each_property(const std::vector<chan_descr_2010*>& list, Write write) {
   text_slots written;
   written.reserve(list.size());
-  // The slots of a long list lie all over its memory, and so may the records. Both are on their way
-  // before their turn comes, or waiting for them would take longer than writing.
+  // The records of a long list and the slots of their properties lie all over the memory. They are
+  // on their way before their turn comes, or waiting for them would take longer than writing.
   constexpr std::size_t ahead = 16;
+  constexpr std::size_t records_ahead = 4;
   std::uint32_t hashes[ahead];
   const auto hash_ahead = [&](std::size_t i) {
     if (i + ahead < list.size()) __builtin_prefetch(list[i + ahead]->prop_name);
@@ -38,6 +55,7 @@ void for_each_property(const std::vector<chan_descr_2010*>& list, Write write) {
     const auto position = static_cast<std::uint32_t>(i);
     const std::uint32_t hash = hashes[i % ahead];
     hash_ahead(i + ahead);
+    if (i + records_ahead < list.size()) fetch(*list[i + records_ahead]);
     const std::uint32_t first = written.find_or_add(
         list[i]->prop_name, hash, position, [&](std::uint32_t at) { return list[at]->prop_name; });
     if (first == position) write(*list[i], i);
@@ -45,9 +63,10 @@ void for_each_property(const std::vector<chan_descr_2010*>& list, Write write) {
 }
 
 /// The whole document in the dialect `format`. In the element dialect a document that goes to a
-/// file carries the date, and `dims`, unless null, adds parameters to dimensions.
+/// file carries the date, and `dims`, unless null, adds parameters to dimensions. `destination` is
+/// the string that the document is for, or null: see `begin_document`.
 std::string chan_descr_document(const std::vector<chan_descr_2010*>& list, int format, bool in_file,
-                                const std::vector<dim_params*>* dims);
+                                const std::vector<dim_params*>* dims, std::string* destination);
 
 }  // namespace zrt4::detail
 

@@ -62,8 +62,8 @@ ZRT4_EXPORT int parse_env_index_dict_readf_2010(
 
 /// Write a dictionary out. `mode`: ENV_INDX_DUMP_TXT_FILE, tab-separated text to the file;
 /// ENV_INDX_DUMP_XML_FILE, a document to the file, then to the descriptor `fd`;
-/// ENV_INDX_DUMP_XML_STRING, the document in place of what `xml_str` held; any other mode writes
-/// nothing into the file. `file_name` null or empty: no file; `fd` -1: no descriptor; `xml_str`
+/// ENV_INDX_DUMP_XML_STRING, the document in place of what `xml_str` held (in its memory when it is
+/// empty); any other mode writes nothing into the file. `file_name` null or empty: no file; `fd` -1: no descriptor; `xml_str`
 /// null: no string. With no destination at all the entries are listed on standard output, whatever
 /// the mode. A file is created whatever the mode, and its creation and closing are told on standard
 /// output. An empty property is written as "!!!UNDEFINED!!!" (but listed as it is).

@@ -70,9 +70,9 @@ void append_channel(std::string& document, const Entry& entry) {
 }
 
 template <class Entry>
-std::string make_document(const std::vector<Entry*>& list) {
-  std::string document = zrt4::detail::begin_document();
-  document.reserve(list.size() * usual_channel_size);
+std::string make_document(const std::vector<Entry*>& list, std::string* destination) {
+  std::string document = zrt4::detail::begin_document(destination);
+  zrt4::detail::expect_length(document, list.size() * usual_channel_size);
   START_TAGN(document, env_index_names[ENV_INDX_ROOT]);
   add_iso_date(document);
   for (const Entry* entry : list) append_channel(document, *entry);
@@ -113,7 +113,7 @@ int dump(std::vector<typename Generation::entry*>* list, const char* file_name, 
   } else if (mode == ENV_INDX_DUMP_TXT_FILE && file) {
     for (const auto* entry : *list) write_line(file.get(), *entry);
   } else if (mode == ENV_INDX_DUMP_XML_FILE) {
-    const std::string document = make_document(*list);
+    const std::string document = make_document(*list, nullptr);
     if (file) zrt4::detail::write_document(file.get(), document);
     if (fd != -1 && !zrt4::detail::write_document(fd, document)) {
       say(stdout, {Generation::dump, Generation::write_failed});
@@ -122,7 +122,7 @@ int dump(std::vector<typename Generation::entry*>* list, const char* file_name, 
       return 2;
     }
   } else if (mode == ENV_INDX_DUMP_XML_STRING && xml_str != nullptr) {
-    *xml_str = make_document(*list);
+    *xml_str = make_document(*list, xml_str);
   }
   if (file) {
     file.reset();

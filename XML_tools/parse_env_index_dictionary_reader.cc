@@ -7,10 +7,12 @@
 #include "env_dictionary_generations.hh"
 #include "number_text.hh"
 #include "read_document.hh"
+#include "record_memory.hh"
 
 namespace {
 
 using zrt4::detail::env_index_names;
+using zrt4::detail::fetch_behind;
 using zrt4::detail::from_file;
 using zrt4::detail::from_memory;
 using zrt4::detail::generation_2010;
@@ -90,6 +92,7 @@ class dictionary_reader {
       std::puts(Generation::no_memory);
       return;
     }
+    fetch_behind(current);
     std::memset(current, 0, sizeof(entry));
     current->index = -1;
     appended = false;

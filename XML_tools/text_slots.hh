@@ -35,7 +35,7 @@ class text_slots {
   std::uint32_t hash_of(const char* text) const { return static_cast<std::uint32_t>(hashed(text)); }
 
   /// Has the processor fetch what finding a text of this hash begins with.
-  void fetch(std::uint32_t hash) const {
+  [[gnu::always_inline]] void fetch(std::uint32_t hash) const {
     if (!slots.empty()) __builtin_prefetch(&slots[hash & (slots.size() - 1)]);
   }
 

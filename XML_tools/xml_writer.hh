@@ -2,17 +2,18 @@
 #define XML_WRITER_HH
 
 // What the writers of channel descriptions and of environment dictionaries share. Both build their
-// whole document in one string that starts as `begin_document()`, append to it with the tag
+// whole document in one string that starts as `begin_document`, append to it with the tag
 // builders and `append_leaf`, complete it with `end_document` and hand it to their destinations:
-// the text is never copied on its way to a file, a descriptor or, moved, a caller's string.
+// the text is never copied on its way to a file, a descriptor or, moved, a caller's empty string.
 //
-//     std::string document = begin_document();
+//     std::string document = begin_document(nullptr);
 //     START_TAGN(document, "ROOT");
 //     append_leaf(document, "INDEX", decimal(7));
 //     END_TAGN(document, "ROOT");
 //     end_document(document);
 //     write_document(file, document);
 
+#include <cstddef>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -36,8 +37,14 @@ inline void append_leaf(std::string& out, std::string_view name, std::string_vie
   append_tag(out, "</", name, ">\n");
 }
 
-/// The XML declaration: what every document starts with.
-std::string begin_document();
+/// The XML declaration: what every document starts with. `destination`, unless null, is the string
+/// that the document is for. When it is empty, the document takes over its memory: a string that is
+/// kept from one document to the next costs new memory but once.
+std::string begin_document(std::string* destination);
+
+/// Makes room for a document that will be so long, about: growing step by step would cost more than
+/// writing it.
+void expect_length(std::string& document, std::size_t length);
 
 /// Appends the empty line that every document ends with.
 void end_document(std::string& document);

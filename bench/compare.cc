@@ -243,18 +243,22 @@ void add_peers() {
   peer("same channels by pugixml", bench::read_by_pugixml);
 }
 
-// Writers, against a scan of what they write.
+// Writers, against a scan of what they write. The string is a new one each time.
 
 template <class Record, class Read, class Write>
-void add_writer(const char* name, double limit, const document& from_document, Read read,
-                Write write) {
-  add({name, limit, from_document->size(), scan(from_document), [=] {
-         std::vector<Record*> list;
-         must(read(from_document->text().data(), &list) == 0);
-         const double taken = seconds([&] { must(write(&list) == 0); });
-         release(list);
-         return taken;
-       }});
+measure writing(const document& of, Read read, Write write) {
+  return [=] {
+    std::vector<Record*> list;
+    must(read(of->text().data(), &list) == 0);
+    const double taken = seconds([&] { must(write(&list) == 0); });
+    release(list);
+    return taken;
+  };
+}
+
+template <class Record, class Read, class Write>
+void add_writer(const char* name, double limit, const document& of, Read read, Write write) {
+  add({name, limit, of->size(), scan(of), writing<Record>(of, read, write)});
 }
 
 int read_unshifted(char* text, channel_list* list) {
@@ -270,12 +274,13 @@ int dump_channels(channel_list* list) {
                         to_string ? &text : nullptr, nullptr);
 }
 
-template <class Entry, class Dump>
-auto dumping_dictionary(Dump dump) {
-  return [dump](std::vector<Entry*>* list) {
-    std::string text;
-    return dump(list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &text);
-  };
+int dump_dictionary(std::vector<zrt4_env_index_dictionary_entry*>* list) {
+  std::string text;
+  return dump_env_index_dict(list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &text);
+}
+int dump_dictionary_2010(std::vector<zrt4_env_index_dictionary_entry_2010*>* list) {
+  std::string text;
+  return dump_env_index_dict_2010(list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &text);
 }
 
 void add_writers() {
@@ -293,14 +298,11 @@ void add_writers() {
   channels("channel text dump", 0, elements, dump_channels<DUMP_TXT_FILE, ZRT4_FORMAT>);
   channels("channel text dump, short", 0, elements,
            dump_channels<DUMP_TXT_FILE_SHORT, ZRT4_FORMAT>);
-  using older = zrt4_env_index_dictionary_entry;
-  add_writer<older>(
-      "dictionary XML dump, 80 characters", 0, dictionary, parse_env_index_dict_list_read,
-      dumping_dictionary<older>([](auto... to) { return dump_env_index_dict(to...); }));
-  using newer = zrt4_env_index_dictionary_entry_2010;
-  add_writer<newer>(
-      "dictionary XML dump, 256 characters", 0, dictionary, parse_env_index_dict_list_read_2010,
-      dumping_dictionary<newer>([](auto... to) { return dump_env_index_dict_2010(to...); }));
+  add_writer<zrt4_env_index_dictionary_entry>("dictionary XML dump, 80 characters", 0, dictionary,
+                                              parse_env_index_dict_list_read, dump_dictionary);
+  add_writer<zrt4_env_index_dictionary_entry_2010>("dictionary XML dump, 256 characters", 0,
+                                                   dictionary, parse_env_index_dict_list_read_2010,
+                                                   dump_dictionary_2010);
 }
 
 // The 100-byte document, many times over: with the XML library held, or not, by the caller.
@@ -462,15 +464,20 @@ void add_growths() {
   add_growth("event list", bench::event_list, [](const document& of) {
     return reading<zrt4_ev_entry>(of, from::text, zrt4_parse_ev_list_read);
   });
-  add_growth("channel XML dump", bench::element_channels, [](const document& of) {
-    return [of] {
-      channel_list list;
-      must(read_unshifted(of->text().data(), &list) == 0);
-      const double taken =
-          seconds([&] { must(dump_channels<DUMP_XML_FILE, ZRT4_FORMAT>(&list) == 0); });
-      release(list);
-      return taken;
-    };
+  add_growth("channel XML dump, element dialect", bench::element_channels, [](const document& of) {
+    return writing<chan_descr_2010>(of, read_unshifted, dump_channels<DUMP_XML_FILE, ZRT4_FORMAT>);
+  });
+  add_growth("channel XML dump, variable dialect", bench::variable_channels,
+             [](const document& of) {
+               return writing<chan_descr_2010>(of, read_unshifted,
+                                               dump_channels<DUMP_XML_FILE, MORV_FORMAT>);
+             });
+  add_growth("channel text dump", bench::element_channels, [](const document& of) {
+    return writing<chan_descr_2010>(of, read_unshifted, dump_channels<DUMP_TXT_FILE, ZRT4_FORMAT>);
+  });
+  add_growth("dictionary XML dump", bench::dictionary, [](const document& of) {
+    return writing<zrt4_env_index_dictionary_entry_2010>(of, parse_env_index_dict_list_read_2010,
+                                                         dump_dictionary_2010);
   });
 }
 
@@ -480,6 +487,7 @@ int main(int argc, char** argv) {
   // Memory that a read released stays with the program: whether the heap gives it back otherwise
   // depends on what happens to lie behind it.
   mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+  mallopt(M_MMAP_MAX, 0);
   XMLPlatformUtils::Initialize();
   add_readers();
   add_peers();

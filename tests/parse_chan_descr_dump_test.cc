@@ -404,6 +404,49 @@ TEST(ChanDescrDumpXmlTo, StringsGrow) {
   EXPECT_EQ(text, empty_variables + empty_variables);
 }
 
+TEST(ChanDescrDumpXmlTo, AnEmptyStringsOwnMemory) {
+  two_channels from;
+  std::string text;
+  text.reserve(100'000);
+  const char* const memory = text.data();
+  for (const int format : {ZRT4_FORMAT, MORV_FORMAT}) {
+    text.clear();
+    EXPECT_EQ(dump_chan_desr(&from.list, nullptr, DUMP_XML_FILE, format, -1, &text, nullptr), 0);
+    EXPECT_EQ(text, test::dumped(from, format));
+    EXPECT_EQ(text.data(), memory);
+  }
+}
+
+TEST(ChanDescrDumpXmlTo, AStringsMemoryStaysItsOwnWhenTheDescriptorFails) {
+  two_channels from;
+  std::string text;
+  text.reserve(100'000);
+  const char* const memory = text.data();
+  captured([&] {
+    EXPECT_EQ(dump_chan_desr(&from.list, nullptr, DUMP_XML_FILE, ZRT4_FORMAT, -2, &text, nullptr),
+              2);
+  });
+  EXPECT_EQ(text, "");
+  EXPECT_EQ(text.data(), memory);
+  EXPECT_EQ(text.capacity(), 100'000U);
+}
+
+// Long enough for large pages.
+TEST(ChanDescrDumpXmlTo, AStringOfManyMegabytes) {
+  records from;
+  constexpr int channels = 30'000;
+  for (int n = 0; n < channels; ++n) from.add("P/" + std::to_string(n), "D");
+  std::string text;
+  EXPECT_EQ(dump_chan_desr(&from.list, nullptr, DUMP_XML_FILE, ZRT4_FORMAT, -1, &text, nullptr), 0);
+  EXPECT_GT(text.size(), 6U << 20U);
+  std::size_t at = 0;
+  for (int n = 0; n < channels; ++n) {
+    at = text.find("<PROP>P/" + std::to_string(n) + "</PROP>\n", at);
+    ASSERT_NE(at, std::string::npos) << n;
+  }
+  EXPECT_EQ(text.substr(text.size() - 32), "</CHANNEL>\n</CHANDESCRIPTIONS>\n\n");
+}
+
 TEST_F(ChanDescrDump, TheFileIsFirst) {
   records none;
   const int same = open(file.name(), O_WRONLY | O_APPEND);

@@ -286,6 +286,15 @@ TYPED_TEST(EnvIndexDictDump, XmlString) {
   EXPECT_EQ(dateless(this->text), head + sample_channel + tail);
 }
 
+TYPED_TEST(EnvIndexDictDump, XmlStringInItsOwnMemory) {
+  this->text.clear();
+  this->text.reserve(100'000);
+  const char* const memory = this->text.data();
+  this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
+  EXPECT_EQ(dateless(this->text), head + sample_channel + tail);
+  EXPECT_EQ(this->text.data(), memory);
+}
+
 TYPED_TEST(EnvIndexDictDump, XmlStringOfNoEntries) {
   this->list.release();
   this->expect(0, "", &this->list, no_file, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
