@@ -22,6 +22,9 @@ constexpr std::string_view root_name = "BMR";
 // One less than the field could hold: consumers compare names that were always cut here.
 constexpr std::size_t longest_block_name = 254;
 
+// Of a block that has any. It saves growing in ones and twos.
+constexpr std::size_t usual_channels = 4;
+
 struct number_element {
   std::string_view name;
   std::uint32_t& (*field)(zrt4_ev_entry&);
@@ -142,6 +145,7 @@ class ev_list_reader {
   }
 
   void channel(const char* name) {
+    if (block->ch_list->empty()) block->ch_list->reserve(usual_channels);
     const std::size_t size = std::strlen(name) + 1;
     std::unique_ptr<char[]> copy(new char[size]);
     std::memcpy(copy.get(), name, size);

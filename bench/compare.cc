@@ -243,13 +243,15 @@ void add_peers() {
   peer("same channels by pugixml", bench::read_by_pugixml);
 }
 
-// Writers, against a scan of what they write. The string is a new one each time.
+// Writers, against a scan of what they write. The string is a new one each time; as with readers,
+// its memory may be new, too.
 
 template <class Record, class Read, class Write>
-measure writing(const document& of, Read read, Write write) {
+measure writing(const document& of, Read read, Write write, memory used = memory::reused) {
   return [=] {
     std::vector<Record*> list;
     must(read(of->text().data(), &list) == 0);
+    if (used == memory::first) malloc_trim(0);
     const double taken = seconds([&] { must(write(&list) == 0); });
     release(list);
     return taken;
@@ -291,10 +293,16 @@ void add_writers() {
   const auto channels = [&](const char* name, double limit, const document& of, auto dump) {
     add_writer<chan_descr_2010>(name, limit, of, read_unshifted, dump);
   };
+  const auto into_new_memory = [&](const document& of, auto dump) {
+    add({"- into new memory", 0.35, of->size(), scan(of),
+         writing<chan_descr_2010>(of, read_unshifted, dump, memory::first)});
+  };
   channels("channel XML dump into a string, element dialect", 0.35, elements,
            dump_channels<DUMP_XML_FILE, ZRT4_FORMAT>);
+  into_new_memory(elements, dump_channels<DUMP_XML_FILE, ZRT4_FORMAT>);
   channels("channel XML dump into a string, variable dialect", 0.35, variables,
            dump_channels<DUMP_XML_FILE, MORV_FORMAT>);
+  into_new_memory(variables, dump_channels<DUMP_XML_FILE, MORV_FORMAT>);
   channels("channel text dump", 0, elements, dump_channels<DUMP_TXT_FILE, ZRT4_FORMAT>);
   channels("channel text dump, short", 0, elements,
            dump_channels<DUMP_TXT_FILE_SHORT, ZRT4_FORMAT>);
@@ -351,15 +359,22 @@ void parse_dom(const char* name) {
   parser.parse(name);
 }
 
+measure parsing_dom(const document& of) {
+  return [of] {
+    const char* name = of->file();
+    return seconds([&] { parse_dom(name); });
+  };
+}
+
+measure reading_features(const document& of) {
+  return reading<ZRT4GigEFeature>(of, from::file, zrt4_fill_gige_descr);
+}
+
 void add_camera() {
   constexpr int many = 10000;
   const document features = make(bench::camera, many);
-  add({"camera reader against a bare DOM parse", 1.15, many,
-       [features] {
-         const char* name = features->file();
-         return seconds([&] { parse_dom(name); });
-       },
-       reading<ZRT4GigEFeature>(features, from::file, zrt4_fill_gige_descr)});
+  add({"camera reader against a bare DOM parse", 1.15, many, parsing_dom(features),
+       reading_features(features)});
 }
 
 // The selector, against a hash table of the same names.
@@ -431,10 +446,11 @@ void add_selector() {
 // that at 1,000. Both are measured in each turn.
 
 template <class Make>
-void add_growth(const std::string& name, std::string (*maker)(int), Make measured) {
+void add_growth(const std::string& name, std::string (*maker)(int), Make measured,
+                measure (*reference)(const document& of) = scan, int turns = 5) {
   constexpr int few = 1000;
   constexpr int many = 1000000;
-  const auto ratio = [maker, measured](int parts) {
+  const auto ratio = [maker, measured, reference](int parts) {
     // The document is made anew: a million channels are not kept in memory between turns.
     return [=] {
       const document of = make(maker, parts);
@@ -442,13 +458,12 @@ void add_growth(const std::string& name, std::string (*maker)(int), Make measure
       double scanning = 0;
       double working = 0;
       for (int n = 0; n < many / parts / 20 + 1; ++n) {
-        scanning += scan(of)();
+        scanning += reference(of)();
         working += measured(of)();
       }
       return working / scanning;
     };
   };
-  constexpr int turns = 3;
   add({"growth to 1,000,000, " + name, 1.25, 0, ratio(few), ratio(many)}, turns);
 }
 
@@ -464,6 +479,7 @@ void add_growths() {
   add_growth("event list", bench::event_list, [](const document& of) {
     return reading<zrt4_ev_entry>(of, from::text, zrt4_parse_ev_list_read);
   });
+  add_growth("camera reader", bench::camera, reading_features, parsing_dom, 3);
   add_growth("channel XML dump, element dialect", bench::element_channels, [](const document& of) {
     return writing<chan_descr_2010>(of, read_unshifted, dump_channels<DUMP_XML_FILE, ZRT4_FORMAT>);
   });
@@ -484,8 +500,8 @@ void add_growths() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // Memory that a read released stays with the program: whether the heap gives it back otherwise
-  // depends on what happens to lie behind it.
+  // Memory that was released stays with the program: whether the heap gives it back otherwise
+  // depends on its size and on what happens to lie behind it.
   mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
   mallopt(M_MMAP_MAX, 0);
   XMLPlatformUtils::Initialize();

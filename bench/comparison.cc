@@ -86,11 +86,12 @@ class table : public benchmark::BenchmarkReporter {
 
 }  // namespace
 
-void add(const comparison& compared, int repetitions) {
+void add(const comparison& compared, int turns) {
+  if (turns == 0) turns = compared.parts < 10000 ? 101 : compared.parts < 100000 ? 31 : 15;
   benchmark::RegisterBenchmark(
       compared.name.c_str(), [compared](benchmark::State& state) { measure_once(state, compared); })
       ->Iterations(1)
-      ->Repetitions(repetitions)
+      ->Repetitions(turns)
       ->UseManualTime()
       ->ComputeStatistics("first", first_quartile)
       ->ComputeStatistics("third", third_quartile);

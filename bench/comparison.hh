@@ -37,8 +37,9 @@ struct comparison {
   measure candidate;
 };
 
-/// Measures a comparison when its turn comes.
-void add(const comparison& compared, int repetitions = 15);
+/// Measures a comparison when its turn comes: in as many turns as it takes for other programs'
+/// moments not to count, unless `turns` says how many.
+void add(const comparison& compared, int turns = 0);
 
 /// Measures what was added and prints the table. Takes Google Benchmark's options.
 int run(int argc, char** argv);
