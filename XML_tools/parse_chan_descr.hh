@@ -123,10 +123,11 @@ ZRT4_EXPORT void print_zrt4_chan_descr(std::vector<chan_descr_2010*>* list);
 /// whatever the mode. `dims` may be null; in the element dialect it adds parameters to the
 /// dimensions of the channels it names. Nothing passed in is changed or kept, except that `sout`
 /// grows; without a descriptor, the document is written into the memory of an empty `sout`, so that
-/// one string, cleared between dumps, costs new memory but once. Returns 0; 1 when the file cannot be opened; 2 for a null list or an invalid format, or
-/// when writing to `fd` failed (then the file is left open and `sout` untouched). Messages go to
-/// standard output, the reason of a failed opening to standard error. In short mode each line with
-/// a data type also prints an empty line to standard output.
+/// one string, cleared between dumps, costs new memory but once. Returns 0; 1 when the file cannot
+/// be opened; 2 for a null list or an invalid format, or when writing to `fd` failed (then the file
+/// is left open and `sout` untouched). Messages go to standard output, the reason of a failed
+/// opening to standard error. In short mode each line with a data type also prints an empty line to
+/// standard output.
 ZRT4_EXPORT int dump_chan_desr(std::vector<chan_descr_2010*>* chdscr_list, char* file_name,
                                int mode, int format, int fd, std::string* sout,
                                std::vector<dim_params*>* dims);

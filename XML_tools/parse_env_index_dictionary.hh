@@ -63,13 +63,13 @@ ZRT4_EXPORT int parse_env_index_dict_readf_2010(
 /// Write a dictionary out. `mode`: ENV_INDX_DUMP_TXT_FILE, tab-separated text to the file;
 /// ENV_INDX_DUMP_XML_FILE, a document to the file, then to the descriptor `fd`;
 /// ENV_INDX_DUMP_XML_STRING, the document in place of what `xml_str` held (in its memory when it is
-/// empty); any other mode writes nothing into the file. `file_name` null or empty: no file; `fd` -1: no descriptor; `xml_str`
-/// null: no string. With no destination at all the entries are listed on standard output, whatever
-/// the mode. A file is created whatever the mode, and its creation and closing are told on standard
-/// output. An empty property is written as "!!!UNDEFINED!!!" (but listed as it is).
-/// Return 0; 1 when the file cannot be opened; 2 for a null list, or when writing to `fd` failed
-/// (then the file is left open). Messages go to standard output, the reason of a failed opening to
-/// standard error.
+/// empty); any other mode writes nothing into the file. `file_name` null or empty: no file; `fd`
+/// -1: no descriptor; `xml_str` null: no string. With no destination at all the entries are listed
+/// on standard output, whatever the mode. A file is created whatever the mode, and its creation and
+/// closing are told on standard output. An empty property is written as "!!!UNDEFINED!!!" (but
+/// listed as it is). Return 0; 1 when the file cannot be opened; 2 for a null list, or when writing
+/// to `fd` failed (then the file is left open). Messages go to standard output, the reason of a
+/// failed opening to standard error.
 ZRT4_EXPORT int dump_env_index_dict(std::vector<zrt4_env_index_dictionary_entry*>* list,
                                     char* file_name, int mode, int fd, std::string* xml_str);
 ZRT4_EXPORT int dump_env_index_dict_2010(std::vector<zrt4_env_index_dictionary_entry_2010*>* list,

@@ -14,9 +14,11 @@ namespace zrt4::detail {
 template <class Record>
 [[gnu::always_inline]] inline void fetch_behind(const Record* record) {
   constexpr std::size_t cache_line = 64;
-  const auto end = reinterpret_cast<std::uintptr_t>(record + 1);
+  // A number, because no pointer may point there.
+  const auto behind = reinterpret_cast<std::uintptr_t>(record + 1);
   for (std::size_t line = 0; line <= sizeof(Record); line += cache_line) {
-    __builtin_prefetch(reinterpret_cast<const void*>(end + line), 1);
+    // NOLINTNEXTLINE(performance-no-int-to-ptr)
+    __builtin_prefetch(reinterpret_cast<const void*>(behind + line), 1);
   }
 }
 

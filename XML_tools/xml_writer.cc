@@ -3,7 +3,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <cstdint>
+#include <memory>
 
 #include "parse_chan_descr.hh"
 
@@ -13,13 +13,13 @@ namespace {
 
 // The kernel hands out the memory of a long document page by page, which takes longer than writing
 // it. Large pages take a sixth of that. It is a hint: whoever has no large pages gets small ones.
-void prefer_large_pages(const std::string& document) {
+void prefer_large_pages(std::string& document) {
 #ifdef MADV_HUGEPAGE
-  constexpr std::uintptr_t large_page = std::uintptr_t{2} << 20U;
-  const auto memory = reinterpret_cast<std::uintptr_t>(document.data());
-  const std::uintptr_t first = (memory + large_page - 1) / large_page * large_page;
-  const std::uintptr_t end = (memory + document.capacity()) / large_page * large_page;
-  if (first < end) madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE);
+  constexpr std::size_t large_page = 2U << 20U;
+  void* memory = document.data();
+  std::size_t space = document.capacity();
+  if (std::align(large_page, large_page, memory, space) == nullptr) return;
+  (void)madvise(memory, space / large_page * large_page, MADV_HUGEPAGE);
 #endif
 }
 
