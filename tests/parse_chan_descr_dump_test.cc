@@ -5,7 +5,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cinttypes>
 #include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <fstream>
 
 #include "channel_records.hh"
 #include "own_locale.hh"
@@ -431,14 +435,39 @@ TEST(ChanDescrDumpXmlTo, AStringsMemoryStaysItsOwnWhenTheDescriptorFails) {
   EXPECT_EQ(text.capacity(), 100'000U);
 }
 
-// Long enough for large pages.
-TEST(ChanDescrDumpXmlTo, AStringOfManyMegabytes) {
+namespace {
+
+// What the kernel was told of the memory at `place`, as letters in pairs; empty when it does not
+// say.
+std::string memory_flags(const void* place) {
+  const auto address = reinterpret_cast<std::uintptr_t>(place);
+  std::ifstream mappings("/proc/self/smaps");
+  std::string line;
+  bool here = false;
+  while (std::getline(mappings, line)) {
+    std::uintptr_t begin = 0;
+    std::uintptr_t end = 0;
+    if (std::sscanf(line.c_str(), "%" SCNxPTR "-%" SCNxPTR " ", &begin, &end) == 2) {
+      here = begin <= address && address < end;
+    } else if (here && line.rfind("VmFlags:", 0) == 0) {
+      return line.substr(sizeof "VmFlags:" - 1);
+    }
+  }
+  return "";
+}
+
+}  // namespace
+
+TEST(ChanDescrDumpXmlTo, AStringOfManyMegabytesInLargePages) {
   records from;
   constexpr int channels = 30'000;
   for (int n = 0; n < channels; ++n) from.add("P/" + std::to_string(n), "D");
   std::string text;
   EXPECT_EQ(dump_chan_desr(&from.list, nullptr, DUMP_XML_FILE, ZRT4_FORMAT, -1, &text, nullptr), 0);
   EXPECT_GT(text.size(), 6U << 20U);
+  const bool large_pages_exist = access("/sys/kernel/mm/transparent_hugepage", F_OK) == 0;
+  EXPECT_THAT(large_pages_exist ? memory_flags(&text[text.size() / 2]) : "",
+              testing::AnyOf("", HasSubstr(" hg")));
   std::size_t at = 0;
   for (int n = 0; n < channels; ++n) {
     at = text.find("<PROP>P/" + std::to_string(n) + "</PROP>\n", at);
