@@ -6,7 +6,7 @@
 
 #include "SAX_File_Parser.hh"
 #include "SAX_Memory_Parser.hh"
-#include "SAX_direct_scanner.hh"
+#include "direct_scanner.hh"
 #include "diagnostics.hh"
 #include "local_text.hh"
 
@@ -141,19 +141,3 @@ template class pull_parser<memory_variant>;
 template class pull_parser<file_variant>;
 
 }  // namespace zrt4
-
-SAX_Memory_Parser::SAX_Memory_Parser(char* text) {
-  set_up(text);
-}
-SAX_Memory_Parser::~SAX_Memory_Parser() = default;
-bool SAX_Memory_Parser::start() {
-  return begin(nullptr);
-}
-
-SAX_File_Parser::SAX_File_Parser() {
-  set_up(nullptr);
-}
-SAX_File_Parser::~SAX_File_Parser() = default;
-bool SAX_File_Parser::start(char* file) {
-  return begin(file);
-}

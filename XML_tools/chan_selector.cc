@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "chan_selector_index.hh"
+#include "selector_index.hh"
 #include "diagnostics.hh"
 
 namespace {

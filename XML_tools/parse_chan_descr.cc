@@ -6,7 +6,7 @@
 #include <string>
 
 #include "diagnostics.hh"
-#include "parse_chan_descr_records.hh"
+#include "channel_records.hh"
 
 using zrt4::detail::say;
 using zrt4::detail::set_text;

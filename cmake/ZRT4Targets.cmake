@@ -10,17 +10,22 @@ function(zrt4_warnings target)
     $<$<BOOL:${ZRT4_WERROR}>:-Werror>)
 endfunction()
 
+# What a library of this project is made of, compiled once whatever it becomes a part of.
+function(zrt4_library_objects target)
+  zrt4_warnings(${target})
+  target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
+endfunction()
+
 # A shared library of this project: SONAME from the project's version, only the declared interface
 # exported, nothing of the standard library or of the scanner leaking out.
 function(zrt4_shared_library target)
   add_library(${target} SHARED ${ARGN})
-  zrt4_warnings(${target})
+  zrt4_library_objects(${target})
   set_target_properties(${target} PROPERTIES
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
     INSTALL_RPATH "$ORIGIN"  # the two libraries are installed side by side
     LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
-  target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
   target_link_options(${target} PRIVATE
     -Wl,--no-undefined,--as-needed
     -Wl,-Bsymbolic-functions  # calls inside the library take no detour through the symbol table

@@ -1,0 +1,110 @@
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+#include "parse_chan_descr.hh"
+#include "channel_records.hh"
+
+using zrt4::detail::append_copies;
+using zrt4::detail::append_copy;
+using zrt4::detail::set_text;
+
+namespace {
+
+template <class Number>
+void extend_number(Number& in, Number from, bool force) {
+  if (force ? from != 0 : in == 0) in = from;
+}
+
+template <std::size_t Size>
+void extend_text(char (&in)[Size], const char (&from)[Size], bool force) {
+  if (force ? *from != '\0' : *in == '\0') set_text(in, from);
+}
+
+void extend_fields(chan_descr_2010& in, const chan_descr_2010& from, bool force) {
+  extend_number(in.stream, from.stream, force);
+  extend_number(in.ev_type, from.ev_type, force);
+  extend_number(in.count, from.count, force);
+  extend_number(in.dtype, from.dtype, force);
+  extend_number(in.max_size, from.max_size, force);
+  extend_number(in.set_point, from.set_point, force);
+  if (force ? from.db_key > 0 : in.db_key <= 0) in.db_key = from.db_key;
+  extend_text(in.daq_name, from.daq_name, force);
+  extend_text(in.prop_desc, from.prop_desc, force);
+  extend_text(in.units, from.units, force);
+  extend_text(in.sb_name, from.sb_name, force);
+  extend_text(in.subsystem, from.subsystem, force);
+}
+
+template <class Record>
+Record* find_number(const std::vector<Record*>& records, std::int32_t Record::*field,
+                    std::int32_t number) {
+  const auto found = std::find_if(records.begin(), records.end(), [=](const Record* record) {
+    return record != nullptr && record->*field == number;
+  });
+  return found != records.end() ? *found : nullptr;
+}
+
+void complete_bits(chan_descr_2010& in, const chan_descr_2010& from) {
+  for (bit_descr* bit : from.bits) {
+    if (bit != nullptr && find_number(in.bits, &bit_descr::bit, bit->bit) == nullptr)
+      append_copy(in.bits, in.nbits, bit, zrt4_clone_bit_descr);
+  }
+}
+
+void complete_dims(chan_descr_2010& in, const chan_descr_2010& from) {
+  for (dim_descr* dim : from.dims) {
+    if (dim == nullptr) continue;
+    dim_descr* known = find_number(in.dims, &dim_descr::dim, dim->dim);
+    if (known == nullptr) {
+      append_copy(in.dims, in.ndims, dim, zrt4_clone_dim_descr);
+    } else if (known->nstats == 0 && dim->nstats != 0) {
+      append_copies(known->stats, known->nstats, dim->stats, zrt4_clone_stat_descr);
+    }
+  }
+}
+
+void drop_bits(chan_descr_2010& in) {
+  if (in.nbits == 0) return;
+  for (const bit_descr* bit : in.bits) delete bit;
+  in.bits.clear();
+  in.nbits = 0;
+}
+
+void drop_dims(chan_descr_2010& in) {
+  if (in.ndims == 0) return;
+  zrt4::detail::release_dimensions(in);
+  in.dims.clear();
+  in.ndims = 0;
+}
+
+void extend_bits(chan_descr_2010& in, const chan_descr_2010& from, bool force) {
+  if (from.nbits == 0) return;
+  if (force) drop_bits(in);
+  if (in.nbits == 0) {
+    append_copies(in.bits, in.nbits, from.bits, zrt4_clone_bit_descr);
+  } else {
+    complete_bits(in, from);
+  }
+}
+
+void extend_dims(chan_descr_2010& in, const chan_descr_2010& from, bool force) {
+  if (from.ndims == 0) return;
+  if (force) drop_dims(in);
+  if (in.ndims == 0) {
+    append_copies(in.dims, in.ndims, from.dims, zrt4_clone_dim_descr);
+  } else {
+    complete_dims(in, from);
+  }
+}
+
+}  // namespace
+
+bool extend_channel_description(chan_descr_2010* in, chan_descr_2010* from, bool force) {
+  if (in == nullptr || from == nullptr) return true;
+  if (std::strcmp(in->prop_name, from->prop_name) != 0) return true;
+  extend_fields(*in, *from, force);
+  extend_bits(*in, *from, force);
+  extend_dims(*in, *from, force);
+  return false;
+}

@@ -1,0 +1,46 @@
+#ifndef READER_RULES_HH
+#define READER_RULES_HH
+
+// What the two channel description readers do differently. Programs rely on either behaviour, so
+// every difference stays; everything else is one algorithm. (That STAT_UNITS asks for a dimension
+// too in memory has no member here: no statistic is ever current without one.)
+
+#include <string_view>
+
+#include "read_document.hh"
+
+namespace zrt4::detail {
+
+struct memory_reader {
+  using input = from_memory;
+  static constexpr bool refuses_null_list = true;
+  static constexpr bool keeps_unusable_parser = false;
+  // Element dialect.
+  static constexpr bool merges_duplicate_prop = true;  // when asked to delete duplicates
+  static constexpr bool stray_stat_descr_is_channels = true;
+  static constexpr bool dim_ends_statistic = true;
+  // Variable dialect.
+  static constexpr bool shifts_variable_event_type = true;
+  static constexpr bool merges_variable_types_by_or = false;  // else only where there is none
+  static constexpr bool reports_untitled_bit = true;
+  static constexpr std::string_view bit_title_without_bit = "No attribute";
+};
+
+struct file_reader {
+  using input = from_file;
+  static constexpr bool refuses_null_list = false;
+  static constexpr bool keeps_unusable_parser = true;
+  // Element dialect.
+  static constexpr bool merges_duplicate_prop = false;
+  static constexpr bool stray_stat_descr_is_channels = false;
+  static constexpr bool dim_ends_statistic = false;
+  // Variable dialect.
+  static constexpr bool shifts_variable_event_type = false;
+  static constexpr bool merges_variable_types_by_or = true;
+  static constexpr bool reports_untitled_bit = false;
+  static constexpr std::string_view bit_title_without_bit = "No attribute: ";
+};
+
+}  // namespace zrt4::detail
+
+#endif

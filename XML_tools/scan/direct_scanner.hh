@@ -1,0 +1,63 @@
+#ifndef DIRECT_SCANNER_HH
+#define DIRECT_SCANNER_HH
+
+#include <cstddef>
+#include <xercesc/framework/XMLElementDecl.hpp>
+#include <xercesc/internal/VecAttrListImpl.hpp>
+#include <xercesc/parsers/SAXParser.hpp>
+
+#include "document_type_limits.hh"
+
+namespace zrt4::detail {
+
+/// A scanner that hands the events of a document to `Handlers` itself. The base class does the same
+/// through an interface of its own for each event, at several per cent of the time of a scan.
+template <class Handlers>
+class direct_scanner final : public limited_scanner<xercesc::SAXParser> {
+ public:
+  explicit direct_scanner(Handlers& handlers) : to(handlers) {
+    setDocumentHandler(&handlers);
+    setErrorHandler(&handlers);
+  }
+
+  void startElement(const xercesc::XMLElementDecl& element, const unsigned int /*uri*/,
+                    const XMLCh* const /*prefix*/,
+                    const xercesc::RefVectorOf<xercesc::XMLAttr>& list, const XMLSize_t count,
+                    const bool is_empty, const bool /*is_root*/) override {
+    this->count_tag(element, count);
+    this->count_values(list, count);
+    attributes.setVector(&list, count);
+    to.start_declared(element, attributes);
+    this->end_tag(count);
+    if (is_empty) {
+      to.Handlers::endElement(nullptr);
+    } else {
+      ++depth;
+    }
+  }
+
+  void endElement(const xercesc::XMLElementDecl& /*element*/, const unsigned int /*uri*/,
+                  const bool /*is_root*/, const XMLCh* const /*prefix*/) override {
+    --depth;
+    to.Handlers::endElement(nullptr);
+  }
+
+  void docCharacters(const XMLCh* const chars, const XMLSize_t length,
+                     const bool /*cdata*/) override {
+    if (depth != 0) to.Handlers::characters(chars, length);
+  }
+
+  void ignorableWhitespace(const XMLCh* const chars, const XMLSize_t length,
+                           const bool /*cdata*/) override {
+    if (depth != 0) to.Handlers::ignorableWhitespace(chars, length);
+  }
+
+ private:
+  Handlers& to;
+  xercesc::VecAttrListImpl attributes;
+  std::size_t depth = 0;  // text outside the root is no text of the document
+};
+
+}  // namespace zrt4::detail
+
+#endif
