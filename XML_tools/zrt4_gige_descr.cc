@@ -18,7 +18,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLException.hpp>
 
-#include "document_type_limits.hh"
+#include "limited_scanner.hh"
 #include "local_text.hh"
 #include "name_table.hh"
 

@@ -6,7 +6,7 @@
 #include <xercesc/internal/VecAttrListImpl.hpp>
 #include <xercesc/parsers/SAXParser.hpp>
 
-#include "document_type_limits.hh"
+#include "limited_scanner.hh"
 
 namespace zrt4::detail {
 

@@ -22,17 +22,6 @@ namespace zrt4::detail {
 
 namespace {
 
-constexpr std::size_t chunk_size = std::size_t{16} * 1024;
-
-// The sanitizer watches blocks, not what is cut from them.
-#ifdef __SANITIZE_ADDRESS__
-constexpr bool cuts_cells = false;
-#elif defined(__has_feature)
-constexpr bool cuts_cells = !__has_feature(address_sanitizer);
-#else
-constexpr bool cuts_cells = true;
-#endif
-
 // As the scanner requests it, with room for the memory manager before the object.
 template <class Object>
 XMLSize_t request_for() {
@@ -165,78 +154,6 @@ class automaton {
 };
 
 }  // namespace
-
-scanner_memory::~scanner_memory() {
-  for (block* next = held.next; next != &held;) {
-    block* const released = std::exchange(next, next->next);
-    XMLPlatformUtils::fgMemoryManager->deallocate(released);
-  }
-}
-
-xercesc::MemoryManager* scanner_memory::getExceptionMemoryManager() {
-  return XMLPlatformUtils::fgMemoryManager->getExceptionMemoryManager();
-}
-
-void* scanner_memory::allocate(XMLSize_t size) {
-  try {
-    if (cuts_cells && size <= steps_at_most * step) return from_cells((size + step - 1) / step);
-    return from_system(size);
-  } catch (...) {
-    keep_all();
-    if (!ends) throw;
-    return from_reserve(size);
-  }
-}
-
-void* scanner_memory::from_cells(std::size_t steps) {
-  block& free_ones = free_cells[steps];
-  block* cell = free_ones.next;
-  if (cell != &free_ones) {
-    free_ones.next = cell->next;
-  } else {
-    const std::size_t size = (1 + steps) * step;
-    if (size > uncut_size) {
-      uncut = static_cast<char*>(from_system(chunk_size));
-      uncut_size = chunk_size;
-    }
-    cell = new (uncut) block;
-    cell->previous = nullptr;
-    uncut += size;
-    uncut_size -= size;
-  }
-  cell->next = &free_ones;
-  return reinterpret_cast<char*>(cell) + step;
-}
-
-void* scanner_memory::from_system(XMLSize_t size) {
-  static_assert(sizeof(block) <= step);
-  void* memory = XMLPlatformUtils::fgMemoryManager->allocate(step + size);
-  auto* added = new (memory) block;
-  added->previous = held.previous;
-  added->next = &held;
-  held.previous->next = added;
-  held.previous = added;
-  return static_cast<char*>(memory) + step;
-}
-
-void* scanner_memory::from_reserve(XMLSize_t size) {
-  const std::size_t rounded = (size + step - 1) / step * step;
-  if (rounded > sizeof(reserve) - reserve_used) throw xercesc::OutOfMemoryException();
-  return reserve + std::exchange(reserve_used, reserve_used + rounded);
-}
-
-void scanner_memory::deallocate(void* memory) {
-  if (memory == nullptr || keeps_all) return;
-  auto* released = reinterpret_cast<block*>(static_cast<char*>(memory) - step);
-  if (released->previous == nullptr) {
-    block& free_ones = *released->next;
-    released->next = std::exchange(free_ones.next, released);
-    return;
-  }
-  released->previous->next = released->next;
-  released->next->previous = released->previous;
-  XMLPlatformUtils::fgMemoryManager->deallocate(released);
-}
 
 // Only names beyond the first are kept: up to so many cost little even in one slot.
 bool name_spread::add(const XMLCh* name) {

@@ -8,24 +8,17 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
-#include <type_traits>
 #include <utility>
 #include <vector>
-#include <xercesc/framework/MemoryManager.hpp>
 #include <xercesc/framework/XMLAttr.hpp>
-#include <xercesc/framework/XMLErrorCodes.hpp>
-#include <xercesc/framework/XMLErrorReporter.hpp>
 #include <xercesc/framework/XMLNotationDecl.hpp>
-#include <xercesc/internal/ReaderMgr.hpp>
-#include <xercesc/internal/XMLScanner.hpp>
-#include <xercesc/parsers/AbstractDOMParser.hpp>
 #include <xercesc/util/RefVectorOf.hpp>
 #include <xercesc/util/SecurityManager.hpp>
-#include <xercesc/util/XMLUni.hpp>
 #include <xercesc/validators/DTD/DTDAttDef.hpp>
 #include <xercesc/validators/DTD/DTDElementDecl.hpp>
 #include <xercesc/validators/DTD/DTDEntityDecl.hpp>
+
+#include "scanner_memory.hh"
 
 namespace zrt4::detail {
 
@@ -67,54 +60,6 @@ constexpr std::size_t nesting_entities = 512;
 constexpr std::size_t entity_references = 50'000;
 constexpr std::size_t added_units = std::size_t{16} << 20;
 constexpr std::size_t units_of_node = 128;
-
-/// The memory of one scanner. What the scanner has not released by itself is released with it: a
-/// scan that ends in the middle of a declaration forgets what it has built of it. After a request
-/// that failed nothing is released before: the scanner then releases some of its objects twice.
-///
-/// A scanner makes some 200 small objects before it looks at the first character, half the time of
-/// a small document. They are cut from chunks, and serve again for requests of the same size.
-class scanner_memory : public xercesc::MemoryManager {
- public:
-  scanner_memory() = default;
-  scanner_memory(const scanner_memory&) = delete;
-  scanner_memory& operator=(const scanner_memory&) = delete;
-  ~scanner_memory() override;
-
-  xercesc::MemoryManager* getExceptionMemoryManager() override;
-  void* allocate(XMLSize_t size) override;
-  void deallocate(void* memory) override;
-
- protected:
-  void keep_all() { keeps_all = true; }
-  /// From here on requests are met from a reserve when there is no memory: the scanner asks for
-  /// some when it is destroyed, where it must not fail.
-  void prepare_end() { ends = true; }
-
- private:
-  // Stands before what is handed out. A block from the system is in the ring through `held`; a cell
-  // has no previous one, and its next is the list of its size, or in that list the next free cell.
-  struct block {
-    block* previous = this;
-    block* next = this;
-  };
-
-  static constexpr std::size_t step = alignof(std::max_align_t);
-  static constexpr std::size_t steps_at_most = 32;
-
-  void* from_cells(std::size_t steps);
-  void* from_system(XMLSize_t size);
-  void* from_reserve(XMLSize_t size);
-
-  block held;
-  block free_cells[steps_at_most + 1];  // by size in steps
-  char* uncut = nullptr;
-  std::size_t uncut_size = 0;
-  bool keeps_all = false;
-  bool ends = false;
-  std::size_t reserve_used = 0;
-  alignas(void*) char reserve[2048];  // as the XML library aligns objects that hold it
-};
 
 /// How a hash table of the scanner grows: from so many slots, when its names are so many quarters
 /// of them, to so many times the slots and one.
@@ -242,120 +187,6 @@ class document_type_limits : public scanner_memory, private document_counts {
   name_spread element_names;
   name_spread attribute_names;
   xercesc::RefVectorOf<xercesc::XMLAttr>* attribute_list = nullptr;
-};
-
-/// A scanner within the limits, which opens nothing that a document names.
-template <class Parser>
-class limited_scanner : private document_type_limits, public Parser {
- public:
-  limited_scanner() : document_type_limits(wanted), Parser(nullptr, this) {
-    count_attributes_in(opened::attributes_of(scanner()));
-    scanner().setDocTypeHandler(this);
-    scanner().setSecurityManager(&references);
-    this->setDisableDefaultEntityResolution(true);
-  }
-
-  limited_scanner(const limited_scanner&) = delete;
-  limited_scanner& operator=(const limited_scanner&) = delete;
-  ~limited_scanner() override { prepare_end(); }
-
-  xercesc::MemoryManager* memory() { return this; }
-
-  void startDocument() override {
-    begin_document();
-    Parser::startDocument();
-  }
-
-  void startIntSubset() override {
-    begin_declarations();
-    Parser::startIntSubset();
-  }
-
-  void endIntSubset() override {
-    end_declarations();
-    Parser::endIntSubset();
-  }
-
-  void elementDecl(const xercesc::DTDElementDecl& element, const bool is_ignored) override {
-    if (!is_ignored) count(element);
-    Parser::elementDecl(element, is_ignored);
-  }
-
-  void attDef(const xercesc::DTDElementDecl& element, const xercesc::DTDAttDef& attribute,
-              const bool is_ignored) override {
-    count(element, attribute);
-    Parser::attDef(element, attribute, is_ignored);
-  }
-
-  void notationDecl(const xercesc::XMLNotationDecl& notation, const bool is_ignored) override {
-    if (!is_ignored) count(notation);
-    Parser::notationDecl(notation, is_ignored);
-  }
-
-  void entityDecl(const xercesc::DTDEntityDecl& entity, const bool is_parameter,
-                  const bool is_ignored) override {
-    if (!is_ignored && count(entity, is_parameter)) scanner().setSecurityManager(&references);
-    Parser::entityDecl(entity, is_parameter, is_ignored);
-  }
-
-  void startEntityReference(const xercesc::XMLEntityDecl& entity) override {
-    begin_count_of_requests();  // its reader requests memory of any size
-    Parser::startEntityReference(entity);
-  }
-
-  void error(const unsigned int code, const XMLCh* const domain,
-             const xercesc::XMLErrorReporter::ErrTypes type, const XMLCh* const text,
-             const XMLCh* const system_id, const XMLCh* const public_id, const XMLFileLoc line,
-             const XMLFileLoc column) override {
-    const report uncounted(*this);
-    Parser::error(code, domain, type, text, system_id, public_id, line, column);
-  }
-
-  void startElement(const xercesc::XMLElementDecl& element, const unsigned int uri,
-                    const XMLCh* const prefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& list,
-                    const XMLSize_t attributes, const bool is_empty, const bool is_root) override {
-    count_tag(element, attributes);
-    count_values(list, attributes);
-    Parser::startElement(element, uri, prefix, list, attributes, is_empty, is_root);
-    end_tag(attributes);
-  }
-
- protected:
-  using document_type_limits::count_tag;
-  using document_type_limits::count_values;
-  using document_type_limits::end_tag;
-
- private:
-  static constexpr result wanted =
-      std::is_base_of_v<xercesc::AbstractDOMParser, Parser> ? result::tree : result::events;
-
-  // The scanner shows its list to derived classes only.
-  struct opened : xercesc::XMLScanner {
-    static xercesc::RefVectorOf<xercesc::XMLAttr>& attributes_of(xercesc::XMLScanner& scanner) {
-      return *(scanner.*&opened::fAttrList);
-    }
-  };
-
-  static xercesc::XMLScanner& writable(const xercesc::XMLScanner& own) {
-    return const_cast<xercesc::XMLScanner&>(own);  // the parser's own, which it shows as constant
-  }
-  static xercesc::XMLScanner& writable(xercesc::XMLScanner* own) { return *own; }
-  xercesc::XMLScanner& scanner() { return writable(this->getScanner()); }
-
-  void refuse(const char* reason) override {
-    end_count();
-    XMLCh text[128];
-    for (std::size_t i = 0; i < std::size(text); ++i) {
-      text[i] = static_cast<XMLCh>(reason[i]);
-      if (reason[i] == '\0') break;
-    }
-    xercesc::ReaderMgr::LastExtEntityInfo at;
-    scanner().getReaderMgr()->getLastExtEntityInfo(at);
-    constexpr auto code = xercesc::XMLErrs::XMLException_Fatal;
-    this->error(code, xercesc::XMLUni::fgXMLErrDomain, xercesc::XMLErrorReporter::ErrType_Fatal,
-                text, at.systemId, at.publicId, at.lineNumber, at.colNumber);
-    throw xercesc::XMLErrs::Codes{code};
-  }
 };
 
 }  // namespace zrt4::detail

@@ -7,8 +7,8 @@
 
 #include "SAX_File_Parser.hh"
 #include "SAX_Memory_Parser.hh"
-#include "element_names.hh"
 #include "diagnostics.hh"
+#include "element_names.hh"
 #include "local_text.hh"
 
 namespace zrt4 {

@@ -1,4 +1,4 @@
-#include "document_type_limits.hh"
+#include "limited_scanner.hh"
 
 #include <pthread.h>
 #include <sys/resource.h>

@@ -6,7 +6,7 @@
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLString.hpp>
 
-#include "document_type_limits.hh"
+#include "limited_scanner.hh"
 
 namespace {
 

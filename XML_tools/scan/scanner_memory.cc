@@ -1,0 +1,63 @@
+#include "scanner_memory.hh"
+
+#include <new>
+#include <utility>
+#include <xercesc/util/OutOfMemoryException.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+
+using xercesc::XMLPlatformUtils;
+
+namespace zrt4::detail {
+
+scanner_memory::~scanner_memory() {
+  for (memory_block* next = held.next; next != &held;) {
+    memory_block* const released = std::exchange(next, next->next);
+    XMLPlatformUtils::fgMemoryManager->deallocate(released);
+  }
+}
+
+xercesc::MemoryManager* scanner_memory::getExceptionMemoryManager() {
+  return XMLPlatformUtils::fgMemoryManager->getExceptionMemoryManager();
+}
+
+void* scanner_memory::allocate(XMLSize_t size) {
+  try {
+    if (!scanner_cells::fits(size)) return from_system(size);
+    return cells.take(size, [this](std::size_t chunk) { return from_system(chunk); });
+  } catch (...) {
+    keep_all();
+    if (!ends) throw;
+    return from_reserve(size);
+  }
+}
+
+void* scanner_memory::from_system(XMLSize_t size) {
+  void* const memory = XMLPlatformUtils::fgMemoryManager->allocate(memory_block::room + size);
+  auto* added = new (memory) memory_block;
+  added->previous = held.previous;
+  added->next = &held;
+  held.previous->next = added;
+  held.previous = added;
+  return added->memory();
+}
+
+void* scanner_memory::from_reserve(XMLSize_t size) {
+  constexpr std::size_t step = alignof(std::max_align_t);
+  const std::size_t rounded = (size + step - 1) / step * step;
+  if (rounded > sizeof(reserve) - reserve_used) throw xercesc::OutOfMemoryException();
+  return reserve + std::exchange(reserve_used, reserve_used + rounded);
+}
+
+void scanner_memory::deallocate(void* memory) {
+  if (memory == nullptr || keeps_all) return;
+  memory_block& released = *memory_block::before(memory);
+  if (scanner_cells::is_cell(released)) {
+    scanner_cells::give_back(released);
+    return;
+  }
+  released.previous->next = released.next;
+  released.next->previous = released.previous;
+  XMLPlatformUtils::fgMemoryManager->deallocate(&released);
+}
+
+}  // namespace zrt4::detail
