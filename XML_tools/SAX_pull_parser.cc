@@ -6,8 +6,8 @@
 
 #include "SAX_File_Parser.hh"
 #include "SAX_Memory_Parser.hh"
-#include "direct_scanner.hh"
 #include "diagnostics.hh"
+#include "direct_scanner.hh"
 #include "local_text.hh"
 
 using xercesc::XMLPlatformUtils;
@@ -18,10 +18,10 @@ namespace {
 
 // What the two variants do differently. Everything else is written once below.
 template <class Variant>
-struct rules;
+struct variant_rules;
 
 template <>
-struct rules<memory_variant> {
+struct variant_rules<memory_variant> {
   static void create_handler(MemParseHandlers*& handler) { handler = new MemParseHandlers; }
   static MemParseHandlers& handler_of(MemParseHandlers* handler) { return *handler; }
   static void delete_handler(MemParseHandlers* handler) { delete handler; }
@@ -42,7 +42,7 @@ struct rules<memory_variant> {
 };
 
 template <>
-struct rules<file_variant> {
+struct variant_rules<file_variant> {
   using no_source = file_variant::input_source;
 
   static void create_handler(FileParseHandlers& /*embedded*/) {}
@@ -70,15 +70,15 @@ void pull_parser<Variant>::set_up(char* text) {
   using xercesc::SAXParser;
   try {
     XMLPlatformUtils::Initialize();
-    rules<Variant>::create_handler(handler);
-    parse_handlers<Variant>& handlers = rules<Variant>::handler_of(handler);
+    variant_rules<Variant>::create_handler(handler);
+    parse_handlers<Variant>& handlers = variant_rules<Variant>::handler_of(handler);
     auto* scanner = new detail::direct_scanner<parse_handlers<Variant>>(handlers);
     parser = scanner;
     parser->setValidationScheme(SAXParser::Val_Auto);
     parser->setDoNamespaces(false);
     parser->setDoSchema(false);
     parser->setValidationSchemaFullChecking(false);
-    rules<Variant>::create_source(memBufIS, text, scanner->memory());
+    variant_rules<Variant>::create_source(memBufIS, text, scanner->memory());
     init = true;
   } catch (const xercesc::XMLException& exception) {
     detail::say(stderr, {"Error during initialization! Message:\n",
@@ -88,16 +88,20 @@ void pull_parser<Variant>::set_up(char* text) {
 
 template <class Variant>
 pull_parser<Variant>::~pull_parser() {
-  rules<Variant>::delete_source(memBufIS);  // which is in the memory of the scanner
+  variant_rules<Variant>::delete_source(memBufIS);  // which is in the memory of the scanner
   delete parser;
-  rules<Variant>::delete_handler(handler);
+  variant_rules<Variant>::delete_handler(handler);
   XMLPlatformUtils::Terminate();
 }
 
 template <class Variant>
 bool pull_parser<Variant>::begin(char* file) {
   try {
-    if (rules<Variant>::scan_prolog(*parser, file, memBufIS, token)) return false;
+    // The scanner would go on with a document that was left in its middle.
+    const bool is_within_document =
+        gotMore && variant_rules<Variant>::handler_of(handler).getElementCount() != 0;
+    if (is_within_document) parser->parseReset(token);
+    if (variant_rules<Variant>::scan_prolog(*parser, file, memBufIS, token)) return false;
     detail::say(stderr, {"scanFirst() failed\n"});
   } catch (const xercesc::XMLException& exception) {
     // Both variants say "memory stream": programs watch for this very line.
@@ -111,7 +115,7 @@ template <class Variant>
 int pull_parser<Variant>::parse(char** tag, char** val) {
   if (tag != nullptr) *tag = nullptr;
   if (val != nullptr) *val = nullptr;
-  auto& handlers = rules<Variant>::handler_of(handler);
+  auto& handlers = variant_rules<Variant>::handler_of(handler);
   handlers.reset_end_tag_flag();
   if (!gotMore) return -1;
   gotMore = parser->parseNext(token);
@@ -125,14 +129,14 @@ int pull_parser<Variant>::parse(char** tag, char** val) {
 
 template <class Variant>
 int pull_parser<Variant>::get_error_counter() const {
-  return rules<Variant>::handler_of(handler).getErrorCount();
+  return variant_rules<Variant>::handler_of(handler).getErrorCount();
 }
 
 template <class Variant>
 int pull_parser<Variant>::get_attr(char* name, char** res) {
   if (res != nullptr) *res = nullptr;
   if (name == nullptr || get_error_counter() != 0) return -1;
-  const char* value = rules<Variant>::handler_of(handler).getAttr(name);
+  const char* value = variant_rules<Variant>::handler_of(handler).getAttr(name);
   if (res != nullptr) *res = const_cast<char*>(value);
   return value != nullptr ? 0 : -1;
 }

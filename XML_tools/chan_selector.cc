@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "selector_index.hh"
 #include "diagnostics.hh"
+#include "selector_index.hh"
 
 namespace {
 

@@ -5,31 +5,49 @@
 #include <memory>
 #include <string>
 
-#include "diagnostics.hh"
+#include "channel_fields.hh"
 #include "channel_records.hh"
+#include "diagnostics.hh"
+#include "document_head.hh"
 
 using zrt4::detail::say;
 using zrt4::detail::set_text;
 
+namespace {
+
+namespace names_of = zrt4::detail::element_dialect_names;
+using zrt4::detail::element_name;
+using chan = chan_descr_2010;
+
+}  // namespace
+
 const char* const tags[18][3] = {
-    /* DESCR_ROOT     */ {"CHANDESCRIPTIONS", nullptr, nullptr},
-    /* DESCR_CHAN     */ {"CHANNEL", nullptr, nullptr},
-    /* DESCR_EVTYPE   */ {"EVTYPE", nullptr, nullptr},
-    /* DESCR_STREAM   */ {"STREAM", nullptr, nullptr},
-    /* DESCR_PROP     */ {"PROP", nullptr, nullptr},
-    /* DESCR_NAME     */ {"NAME", nullptr, nullptr},
-    /* DESCR_DESC     */ {"DESC", nullptr, nullptr},
-    /* DESCR_UNITS    */ {"UNITS", "DIM_UNITS", "STAT_UNITS"},
-    /* DESCR_SIZE     */ {"SIZE", nullptr, nullptr},
-    /* DESCR_BIT      */ {"BIT", "DIM", "STAT"},
-    /* DESCR_BIT_NAME */ {"BIT_NAME", "DIM_NAME", "STAT_NAME"},
-    /* DESCR_BIT_DESC */ {"BIT_DESCR", "DIM_DESCR", "STAT_DESCR"},
-    /* DESCR_SB_NAME  */ {"SB_NAME", nullptr, nullptr},
-    /* DESCR_DTYPE    */ {"DTYPE", nullptr, nullptr},
-    /* DESCR_COUNT    */ {"COUNT", nullptr, nullptr},
-    /* DESCR_SETPNT   */ {"SETPOINT", nullptr, nullptr},
-    /* DESCR_SUBSYS   */ {"SUBSYSTEM", nullptr, nullptr},
-    /* DESCR_DBKEY    */ {"DB_KEY", nullptr, nullptr},
+    /* DESCR_ROOT     */ {names_of::root},
+    /* DESCR_CHAN     */ {names_of::channel},
+    /* DESCR_EVTYPE   */ {element_name<&chan::ev_type>()},
+    /* DESCR_STREAM   */ {element_name<&chan::stream>()},
+    /* DESCR_PROP     */ {element_name<&chan::prop_name>()},
+    /* DESCR_NAME     */ {element_name<&chan::daq_name>()},
+    /* DESCR_DESC     */ {element_name<&chan::prop_desc>()},
+    /* DESCR_UNITS    */
+    {element_name<&chan::units>(), element_name<&dim_descr::units>(),
+     element_name<&stat_descr::units>()},
+    /* DESCR_SIZE     */ {element_name<&chan::max_size>()},
+    /* DESCR_BIT      */
+    {element_name<&bit_descr::bit>(), element_name<&dim_descr::dim>(),
+     element_name<&stat_descr::stat>()},
+    /* DESCR_BIT_NAME */
+    {element_name<&bit_descr::bit_name>(), element_name<&dim_descr::dim_name>(),
+     element_name<&stat_descr::stat_name>()},
+    /* DESCR_BIT_DESC */
+    {element_name<&bit_descr::bit_desc>(), element_name<&dim_descr::dim_desc>(),
+     element_name<&stat_descr::stat_desc>()},
+    /* DESCR_SB_NAME  */ {element_name<&chan::sb_name>()},
+    /* DESCR_DTYPE    */ {element_name<&chan::dtype>()},
+    /* DESCR_COUNT    */ {element_name<&chan::count>()},
+    /* DESCR_SETPNT   */ {element_name<&chan::set_point>()},
+    /* DESCR_SUBSYS   */ {element_name<&chan::subsystem>()},
+    /* DESCR_DBKEY    */ {element_name<&chan::db_key>()},
 };
 
 namespace {
@@ -124,4 +142,21 @@ void clean_chan_desr_list(std::vector<chan_descr_2010*>* list) {
   list->erase(std::unique(list->begin(), list->end()), list->end());
   for (const chan_descr_2010* channel : *list) zrt4::detail::release_channel(channel);
   list->clear();
+}
+
+void create_isodate(char* isodate_str, time_t* t) {
+  zrt4::detail::print_iso_date(isodate_str, t);
+}
+
+void create_isodate(char* isodate_str) {
+  const std::time_t now = std::time(nullptr);
+  zrt4::detail::print_iso_date(isodate_str, &now);
+}
+
+void set_xml_header(std::string& str) {
+  zrt4::detail::set_declaration(str);
+}
+
+void add_iso_date(std::string& str) {
+  zrt4::detail::append_date_line(str);
 }

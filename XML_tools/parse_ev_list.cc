@@ -5,37 +5,28 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <string_view>
 
 #include "diagnostics.hh"
+#include "event_fields.hh"
 #include "event_util.hh"
+#include "name_table.hh"
 #include "read_document.hh"
 
 namespace {
 
-using zrt4::detail::from_file;
-using zrt4::detail::from_memory;
-
-constexpr std::string_view root_name = "BMR";
-
-// One less than the field could hold: consumers compare names that were always cut here.
-constexpr std::size_t longest_block_name = 254;
+namespace event_names = zrt4::detail::event_names;
+using zrt4::detail::event_number;
+using zrt4::detail::event_numbers;
+using zrt4::detail::longest_block_name;
+using zrt4::detail::name_table;
+using zrt4::detail::named;
+using zrt4::detail::unusable_parser;
 
 // Of a block that has any. It saves growing in ones and twos.
 constexpr std::size_t usual_channels = 4;
-
-struct number_element {
-  std::string_view name;
-  std::uint32_t& (*field)(zrt4_ev_entry&);
-};
-
-constexpr number_element number_elements[] = {
-    {"TMASK", [](zrt4_ev_entry& e) -> std::uint32_t& { return e.tmask; }},
-    {"MINTIMESEC", [](zrt4_ev_entry& e) -> std::uint32_t& { return e.min_ev_time.timeup; }},
-    {"MINTIMEUSEC", [](zrt4_ev_entry& e) -> std::uint32_t& { return e.min_ev_time.timelow; }},
-    {"PRIORITY", [](zrt4_ev_entry& e) -> std::uint32_t& { return e.priority; }},
-};
 
 constexpr unsigned no_digit = 16;
 
@@ -72,16 +63,37 @@ void read_number(const char* text, std::uint32_t& field) {
   }
 }
 
+/// What an element is for: an action, or a number of an entry.
+struct event_element {
+  enum kind { event, type, server_block, channels, channel, number } what = number;
+  const event_number* field = nullptr;
+};
+
+/// All of them, by name.
+constexpr auto make_event_elements() {
+  constexpr std::size_t own = 5;
+  named<event_element> names[own + std::size(event_numbers)] = {
+      {event_names::event, {event_element::event}},
+      {event_names::type, {event_element::type}},
+      {event_names::server_block, {event_element::server_block}},
+      {event_names::channels, {event_element::channels}},
+      {event_names::channel, {event_element::channel}},
+  };
+  std::size_t count = own;
+  for (const auto& field : event_numbers) {
+    names[count++] = {field.element, {event_element::number, &field}};
+  }
+  return name_table(names);
+}
+constexpr auto event_elements = make_event_elements();
+
 class ev_list_reader {
  public:
-  template <class Input>
-  static constexpr bool keeps_unusable_parser = std::is_same_v<Input, from_file>;
-
   explicit ev_list_reader(std::vector<zrt4_ev_entry*>& into) : list(into) {}
 
   static bool root(std::string_view tag) {
-    if (tag == root_name) return true;
-    zrt4::detail::say(stderr, {"WRONG root tag: ", tag, " must be '", root_name, "'\n"});
+    if (tag == event_names::root) return true;
+    zrt4::detail::say(stderr, {"WRONG root tag: ", tag, " must be '", event_names::root, "'\n"});
     return false;
   }
 
@@ -89,32 +101,43 @@ class ev_list_reader {
 
   template <class Parser>
   void step(std::string_view tag, const char* text, Parser& /*parser*/) {
-    if (tag == "EVENT") {
+    const event_element* element = event_elements.find(tag);
+    if (element == nullptr) return;
+    if (element->what == event_element::event) {
       in_event = true;
       type_seen = in_block = in_channels = false;
-    } else if (tag == "TYPE") {
+    } else if (element->what == event_element::type) {
       if (in_event) type(text);
     } else if (in_event && type_seen) {
-      if (text != nullptr && tag == "SBLOCK") {
-        server_block(text);
-      } else if (text != nullptr && tag == "CHAN" && in_channels) {
-        channel(text);
-      } else if (tag == "CHLIST") {
-        if (in_block) in_channels = true;
-      } else if (text != nullptr) {
-        number(tag, text);
-      }
+      use(*element, text);
     }
   }
 
  private:
+  void use(const event_element& element, const char* text) {
+    switch (element.what) {
+      case event_element::server_block:
+        if (text != nullptr) server_block(text);
+        break;
+      case event_element::channels:
+        if (in_block) in_channels = true;
+        break;
+      case event_element::channel:
+        if (text != nullptr && in_channels) channel(text);
+        break;
+      default:
+        if (text != nullptr && entry != nullptr) read_number(text, element.field->in(*entry));
+    }
+  }
+
   // The first step of a TYPE only says that one is coming; each text then makes an entry.
   void type(const char* text) {
     if (!type_seen) {
       type_seen = true;
     } else if (text != nullptr) {
-      const auto number = static_cast<std::uint32_t>(std::strtol(text, nullptr, 10));
-      type_seen = number <= ZRT4_EV_EVMAX;
+      // Judged as the number it is: beyond 32 bits it must not become another one.
+      const long number = std::strtol(text, nullptr, 10);
+      type_seen = number >= 0 && number <= ZRT4_EV_EVMAX;
       if (type_seen) new_entry(static_cast<ZRT4_EVTYPE>(number));
     }
   }
@@ -153,13 +176,6 @@ class ev_list_reader {
     (void)copy.release();
   }
 
-  void number(std::string_view tag, const char* text) {
-    if (entry == nullptr) return;
-    for (const auto& element : number_elements) {
-      if (tag == element.name) read_number(text, element.field(*entry));
-    }
-  }
-
   std::vector<zrt4_ev_entry*>& list;
   zrt4_ev_entry* entry = nullptr;
   zrt4_ev_sb_list* block = nullptr;
@@ -170,10 +186,10 @@ class ev_list_reader {
   bool in_channels = false;
 };
 
-template <class Input>
-int read_ev_list(char* source, std::vector<zrt4_ev_entry*>* list) {
+template <class Variant>
+int read_ev_list(char* source, std::vector<zrt4_ev_entry*>* list, unusable_parser treatment) {
   ev_list_reader reader(*list);
-  return zrt4::detail::read_document<Input>(source, reader);
+  return zrt4::detail::read_document<Variant>(source, reader, treatment);
 }
 
 void print_block(int number, const zrt4_ev_sb_list& block) {
@@ -199,11 +215,11 @@ void release_block(zrt4_ev_sb_list* block) {
 }  // namespace
 
 int zrt4_parse_ev_list_read(char* xml, std::vector<zrt4_ev_entry*>* list) {
-  return read_ev_list<from_memory>(xml, list);
+  return read_ev_list<zrt4::memory_variant>(xml, list, unusable_parser::released);
 }
 
 int zrt4_parse_ev_list_readf(char* file, std::vector<zrt4_ev_entry*>* list) {
-  return read_ev_list<from_file>(file, list);
+  return read_ev_list<zrt4::file_variant>(file, list, unusable_parser::kept);
 }
 
 void zrt4_print_ev_list(std::vector<zrt4_ev_entry*>* list) {

@@ -4,9 +4,11 @@
 #include <string>
 #include <utility>
 
+#include "channel_document.hh"
 #include "diagnostics.hh"
 #include "parse_chan_descr.hh"
-#include "channel_document.hh"
+#include "type_masks.hh"
+#include "written_channels.hh"
 #include "xml_writer.hh"
 
 namespace {
@@ -53,7 +55,7 @@ void write_full_text(std::FILE* file, const chan_descr_2010& channel) {
 const char* block_name(std::uint32_t dtype) {
   if (dtype == 0) return "UNKNOWN";
   int lowest = 0;
-  while ((dtype >> static_cast<unsigned>(lowest) & 1U) == 0) ++lowest;
+  while (!zrt4::detail::has_bit(dtype, lowest)) ++lowest;
   say(stdout, {"\n"});
   return block_name_itoa(lowest);
 }

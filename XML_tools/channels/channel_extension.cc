@@ -1,39 +1,48 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
+#include <variant>
 
-#include "parse_chan_descr.hh"
+#include "channel_fields.hh"
 #include "channel_records.hh"
+#include "parse_chan_descr.hh"
 
 using zrt4::detail::append_copies;
 using zrt4::detail::append_copy;
+using zrt4::detail::channel_field;
+using zrt4::detail::field_role;
 using zrt4::detail::set_text;
 
 namespace {
 
 template <class Number>
-void extend_number(Number& in, Number from, bool force) {
-  if (force ? from != 0 : in == 0) in = from;
+bool is_known(Number number, field_role role) {
+  if constexpr (std::is_signed_v<Number>) {
+    if (role == field_role::database_key) return number > 0;
+  }
+  return number != 0;
 }
 
-template <std::size_t Size>
-void extend_text(char (&in)[Size], const char (&from)[Size], bool force) {
-  if (force ? *from != '\0' : *in == '\0') set_text(in, from);
+void extend_field(const channel_field<chan_descr_2010>& field, chan_descr_2010& in,
+                  const chan_descr_2010& from, bool force) {
+  std::visit(
+      [&](auto member) {
+        auto& to = in.*member;
+        const auto& value = from.*member;
+        if constexpr (std::is_array_v<std::remove_reference_t<decltype(to)>>) {
+          if (force ? *value != '\0' : *to == '\0') set_text(to, value);
+        } else {
+          if (force ? is_known(value, field.role) : !is_known(to, field.role)) to = value;
+        }
+      },
+      field.member);
 }
 
 void extend_fields(chan_descr_2010& in, const chan_descr_2010& from, bool force) {
-  extend_number(in.stream, from.stream, force);
-  extend_number(in.ev_type, from.ev_type, force);
-  extend_number(in.count, from.count, force);
-  extend_number(in.dtype, from.dtype, force);
-  extend_number(in.max_size, from.max_size, force);
-  extend_number(in.set_point, from.set_point, force);
-  if (force ? from.db_key > 0 : in.db_key <= 0) in.db_key = from.db_key;
-  extend_text(in.daq_name, from.daq_name, force);
-  extend_text(in.prop_desc, from.prop_desc, force);
-  extend_text(in.units, from.units, force);
-  extend_text(in.sb_name, from.sb_name, force);
-  extend_text(in.subsystem, from.subsystem, force);
+  for (const auto& field : zrt4::detail::tables::channel) {
+    if (field.role != field_role::property) extend_field(field, in, from, force);
+  }
 }
 
 template <class Record>

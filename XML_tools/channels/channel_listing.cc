@@ -4,8 +4,11 @@
 #include <cstring>
 
 #include "parse_chan_descr.hh"
+#include "type_masks.hh"
 
 namespace {
+
+using zrt4::detail::has_bit;
 
 /// The names of a mask's bits, joined by colons and cut at 255 characters.
 class joined_names {
@@ -27,10 +30,6 @@ class joined_names {
   std::size_t used = 0;
 };
 
-constexpr bool has_bit(std::uint32_t mask, int bit) {
-  return (mask >> bit & 1U) != 0;
-}
-
 joined_names event_names(std::uint32_t mask) {
   joined_names names;
   for (int bit = 0; bit < 32; ++bit)
@@ -38,9 +37,9 @@ joined_names event_names(std::uint32_t mask) {
   return names;
 }
 
-// Bit 31 has no name of its own: it says that the other bits stand for the family from 32 on.
+// The bit of the upper family has no name of its own.
 joined_names block_names(std::uint32_t mask) {
-  const int family = has_bit(mask, 31) ? 32 : 0;
+  const int family = (mask & zrt4::detail::upper_data_types) != 0 ? 32 : 0;
   joined_names names;
   for (int bit = 0; bit < 31; ++bit)
     if (has_bit(mask, bit)) names.add(block_name_itoa(family + bit));

@@ -1,26 +1,33 @@
 #ifndef CHANNEL_RECORDS_HH
 #define CHANNEL_RECORDS_HH
 
-// What every source of the channel descriptions does with the records: set texts, append
+// What every source of the channel descriptions does with the records: set fields, append
 // sub-records, release them.
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <memory>
-#include <utility>
+#include <type_traits>
 #include <vector>
 
+#include "channel_fields.hh"
 #include "event_util.hh"
+#include "number_text.hh"
+#include "record_fields.hh"
 
 namespace zrt4::detail {
 
-/// Copies as much of `text` as `field` holds. Whatever the field held before, zeroes follow.
-template <std::size_t Size>
-void set_text(char (&field)[Size], const char* text) {
-  const std::size_t length = strnlen(text, Size - 1);
-  std::memmove(field, text, length);
-  if (field[length] != '\0') std::memset(field + length, 0, Size - length);
+/// Sets a field to what an element's text says: a text, or a decimal number.
+template <class Record>
+void set_field(const channel_field<Record>& field, Record& record, const char* value) {
+  with_value(field.member, record, [value](auto& held) {
+    using held_type = std::remove_reference_t<decltype(held)>;
+    if constexpr (std::is_array_v<held_type>) {
+      set_text(held, value);
+    } else {
+      held = static_cast<held_type>(read_decimal(value));
+    }
+  });
 }
 
 /// Releases a channel and all it holds; nothing when it is null.

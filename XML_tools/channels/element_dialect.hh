@@ -4,161 +4,115 @@
 // The element dialect: one CHANNEL element per channel, BIT, DIM and STAT elements whose text is
 // the number. Nesting is not checked: a value applies to the record that is current.
 
-#include <cstdint>
+#include <array>
+#include <cstddef>
 #include <cstring>
-#include <memory>
-#include <string_view>
+#include <variant>
 #include <vector>
 
-#include "name_table.hh"
-#include "parse_chan_descr.hh"
+#include "channel_fields.hh"
 #include "current_channel.hh"
+#include "name_table.hh"
+#include "reader_rules.hh"
+#include "type_masks.hh"
 
 namespace zrt4::detail {
 
-template <class Rules>
+/// What an element of the dialect is for: the start of a channel, or a field of some record.
+using channel_element =
+    std::variant<std::monostate, const channel_field<chan_descr_2010>*,
+                 const channel_field<bit_descr>*, const channel_field<dim_descr>*,
+                 const channel_field<stat_descr>*>;
+
+/// All of them, by name.
+constexpr auto make_channel_elements() {
+  constexpr std::size_t count = 1 + std::size(tables::channel) + std::size(tables::bit) +
+                                std::size(tables::dimension) + std::size(tables::statistic);
+  named<channel_element> names[count] = {{element_dialect_names::channel, {}}};
+  std::size_t last = 0;
+  for (const auto& field : tables::channel) names[++last] = {field.element, &field};
+  for (const auto& field : tables::bit) names[++last] = {field.element, &field};
+  for (const auto& field : tables::dimension) names[++last] = {field.element, &field};
+  for (const auto& field : tables::statistic) names[++last] = {field.element, &field};
+  return name_table(names);
+}
+inline constexpr auto channel_elements = make_channel_elements();
+
+template <class Variant>
 class element_dialect {
+  using rules = reader_rules<Variant>;
+
  public:
   element_dialect(std::vector<chan_descr_2010*>* list, bool shift_types, bool delete_duplicated)
       : channel(list),
         shift(shift_types),
-        duplicate_prop(Rules::merges_duplicate_prop && delete_duplicated
-                           ? duplicates::complete_types
-                           : duplicates::listed) {}
+        for_known(rules::merges_duplicate_prop && delete_duplicated ? known_property::takes_types
+                                                                    : known_property::is_listed) {}
 
   void step(const char* tag, const char* value) {
     // Only CHANNEL acts without a text or outside a channel.
     if (value == nullptr || channel.record() == nullptr) {
-      if (*tag == *channel_name && std::strcmp(tag, channel_name) == 0) begin(value);
-    } else if (const action* act = actions().find(tag)) {
-      (this->**act)(value);
+      if (std::strcmp(tag, element_dialect_names::channel) == 0) begin();
+    } else if (const channel_element* element = channel_elements.find(tag)) {
+      std::visit([&](auto what) { take(what, value); }, *element);
     }
   }
 
  private:
-  static constexpr const char* channel_name = "CHANNEL";
-  using self = element_dialect;
-  using action = void (self::*)(const char* value);
-
-  static const auto& actions() {
-    using chan = chan_descr_2010;
-    static constexpr named<action> names[] = {
-        {channel_name, &self::begin},
-        {"EVTYPE", &self::event_type},
-        {"STREAM", &self::number<&chan::stream>},
-        {"PROP", &self::property},
-        {"SB_NAME", &self::text<&chan::sb_name>},
-        {"DTYPE", &self::data_type},
-        {"DB_KEY", &self::number<&chan::db_key>},
-        {"COUNT", &self::number<&chan::count>},
-        {"SETPOINT", &self::number<&chan::set_point>},
-        {"NAME", &self::text<&chan::daq_name>},
-        {"SUBSYSTEM", &self::text<&chan::subsystem>},
-        {"DESC", &self::text<&chan::prop_desc>},
-        {"UNITS", &self::text<&chan::units>},
-        {"SIZE", &self::number<&chan::max_size>},
-        {"BIT", &self::begin_bit},
-        {"BIT_NAME", &self::text<&bit_descr::bit_name>},
-        {"BIT_DESCR", &self::text<&bit_descr::bit_desc>},
-        {"DIM", &self::begin_dimension},
-        {"DIM_NAME", &self::text<&dim_descr::dim_name>},
-        {"DIM_DESCR", &self::dimension_description},
-        {"DIM_UNITS", &self::text<&dim_descr::units>},
-        {"STAT", &self::begin_statistic},
-        {"STAT_NAME", &self::text<&stat_descr::stat_name>},
-        {"STAT_DESCR", &self::statistic_description},
-        {"STAT_UNITS", &self::text<&stat_descr::units>},
-    };
-    static constexpr name_table table(names);
-    return table;
-  }
-
-  void begin(const char* /*value*/) {
+  void begin() {
     channel.begin();
     bit = nullptr;
     dim = nullptr;
     stat = nullptr;
   }
 
-  void event_type(const char* value) {
-    const std::int32_t number = decimal(value);
-    channel.record()->ev_type = shift ? bit_mask(number) : static_cast<std::uint32_t>(number);
-  }
+  void take(std::monostate /*starts a channel*/, const char* /*value*/) { begin(); }
 
-  // Shifted, both families of data types share the low bits; bit 31 marks the one above 31, so that
-  // 63, whose own bit is bit 31, leaves nothing.
-  void data_type(const char* value) {
-    const std::int32_t number = decimal(value);
-    std::uint32_t& dtype = channel.record()->dtype;
-    if (!shift) {
-      dtype = static_cast<std::uint32_t>(number);
-    } else if (number <= 31) {
-      dtype = bit_mask(number);
-    } else {
-      dtype = 0x80000000U + bit_mask(number - 32);
+  void take(const channel_field<chan_descr_2010>* field, const char* value) {
+    chan_descr_2010& record = *channel.record();
+    switch (field->role) {
+      case field_role::event_type:
+        record.ev_type = event_type_of(value, shift);
+        break;
+      case field_role::data_type:
+        record.dtype = data_type_of(value, shift);
+        break;
+      case field_role::property:
+        channel.join(value, for_known);
+        break;
+      default:
+        set_field(*field, record, value);
     }
   }
 
-  void property(const char* value) { channel.join(value, duplicate_prop); }
-
-  void begin_bit(const char* value) {
-    bit = append(channel.record()->bits, channel.record()->nbits);
-    bit->bit = decimal(value);
+  void take(const channel_field<bit_descr>* field, const char* value) {
+    if (field->role == field_role::number_of_record) {
+      bit = append(channel.record()->bits, channel.record()->nbits);
+    }
+    if (bit != nullptr) set_field(*field, *bit, value);
   }
 
-  void begin_dimension(const char* value) {
-    if constexpr (Rules::dim_ends_statistic) stat = nullptr;
-    dim = append(channel.record()->dims, channel.record()->ndims);
-    dim->dim = decimal(value);
-  }
-
-  void begin_statistic(const char* value) {
-    if (dim == nullptr) return;
-    stat = append(dim->stats, dim->nstats);
-    stat->stat = decimal(value);
-  }
-
-  void dimension_description(const char* value) {
+  void take(const channel_field<dim_descr>* field, const char* value) {
+    if (field->role == field_role::number_of_record) {
+      if constexpr (rules::dim_ends_statistic) stat = nullptr;
+      dim = append(channel.record()->dims, channel.record()->ndims);
+    }
     if (dim != nullptr) {
-      set_text(dim->dim_desc, value);
-    } else {
+      set_field(*field, *dim, value);
+    } else if (field->role == field_role::description) {
       set_text(channel.record()->prop_desc, value);
     }
   }
 
-  void statistic_description(const char* value) {
+  void take(const channel_field<stat_descr>* field, const char* value) {
+    if (field->role == field_role::number_of_record && dim != nullptr) {
+      stat = append(dim->stats, dim->nstats);
+    }
     if (stat != nullptr) {
-      set_text(stat->stat_desc, value);
-    } else if constexpr (Rules::stray_stat_descr_is_channels) {
+      set_field(*field, *stat, value);
+    } else if (rules::stray_stat_descr_is_channels && field->role == field_role::description) {
       set_text(channel.record()->prop_desc, value);
     }
-  }
-
-  template <auto Field>
-  void text(const char* value) {
-    if (auto* record = current(Field)) set_text(record->*Field, value);
-  }
-
-  template <auto Field>
-  void number(const char* value) {
-    channel.record()->*Field = decimal(value);
-  }
-
-  template <class Text>
-  chan_descr_2010* current(Text chan_descr_2010::*) const {
-    return channel.record();
-  }
-  template <class Text>
-  bit_descr* current(Text bit_descr::*) const {
-    return bit;
-  }
-  template <class Text>
-  dim_descr* current(Text dim_descr::*) const {
-    return dim;
-  }
-  template <class Text>
-  stat_descr* current(Text stat_descr::*) const {
-    return stat;
   }
 
   current_channel channel;
@@ -166,7 +120,7 @@ class element_dialect {
   dim_descr* dim = nullptr;
   stat_descr* stat = nullptr;
   const bool shift;
-  const duplicates duplicate_prop;
+  const known_property for_known;
 };
 
 }  // namespace zrt4::detail

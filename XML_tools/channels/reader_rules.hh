@@ -11,10 +11,13 @@
 
 namespace zrt4::detail {
 
-struct memory_reader {
-  using input = from_memory;
+template <class Variant>
+struct reader_rules;
+
+template <>
+struct reader_rules<memory_variant> {
   static constexpr bool refuses_null_list = true;
-  static constexpr bool keeps_unusable_parser = false;
+  static constexpr auto if_unusable = unusable_parser::released;
   // Element dialect.
   static constexpr bool merges_duplicate_prop = true;  // when asked to delete duplicates
   static constexpr bool stray_stat_descr_is_channels = true;
@@ -26,10 +29,10 @@ struct memory_reader {
   static constexpr std::string_view bit_title_without_bit = "No attribute";
 };
 
-struct file_reader {
-  using input = from_file;
+template <>
+struct reader_rules<file_variant> {
   static constexpr bool refuses_null_list = false;
-  static constexpr bool keeps_unusable_parser = true;
+  static constexpr auto if_unusable = unusable_parser::kept;
   // Element dialect.
   static constexpr bool merges_duplicate_prop = false;
   static constexpr bool stray_stat_descr_is_channels = false;

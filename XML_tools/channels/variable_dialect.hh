@@ -3,150 +3,157 @@
 
 // The variable dialect: one DaqFloat, DaqBits or DaqFloatMatrix element per channel.
 
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "channel_fields.hh"
+#include "current_channel.hh"
 #include "diagnostics.hh"
 #include "name_table.hh"
 #include "parse_chan_descr.hh"
-#include "current_channel.hh"
+#include "reader_rules.hh"
+#include "type_masks.hh"
 
 namespace zrt4::detail {
 
-template <class Rules>
+/// What an element of the dialect is for. A description, say, is the dimension's when there is one.
+struct variable_element {
+  enum kind { field, number, bits, matrix, bit_title, dimension } what = field;
+  const channel_field<chan_descr_2010>* of_channel = nullptr;
+  const channel_field<dim_descr>* of_dimension = nullptr;
+};
+
+/// All of them, by name.
+constexpr auto make_variable_elements() {
+  namespace names_of = variable_dialect_names;
+  constexpr std::size_t own = 5;
+  constexpr std::size_t most = own + std::size(tables::channel) + std::size(tables::dimension);
+  named<variable_element> names[most] = {
+      {names_of::number, {variable_element::number}},
+      {names_of::bits, {variable_element::bits}},
+      {names_of::matrix, {variable_element::matrix}},
+      {names_of::bit_title, {variable_element::bit_title}},
+      {names_of::dimension, {variable_element::dimension}},
+  };
+  std::size_t count = own;
+  const auto entry_of = [&](std::string_view name) -> variable_element& {
+    for (std::size_t i = own; i < count; ++i) {
+      if (names[i].name == name) return names[i].meaning;
+    }
+    names[count].name = name;
+    return names[count++].meaning;
+  };
+  for (const auto& field : tables::channel) {
+    if (field.variable && field.variable_is_read) entry_of(field.variable.name).of_channel = &field;
+  }
+  for (const auto& field : tables::dimension) {
+    if (field.variable) entry_of(field.variable.name).of_dimension = &field;
+  }
+  return name_table(names);
+}
+inline constexpr auto variable_elements = make_variable_elements();
+
+template <class Variant>
 class variable_dialect {
+  using rules = reader_rules<Variant>;
+
  public:
-  using parser = typename Rules::input::parser;
+  using parser = parser_of<Variant>;
 
   variable_dialect(std::vector<chan_descr_2010*>* list, bool shift_types)
-      : channel(list), shift(Rules::shifts_variable_event_type && shift_types) {}
+      : channel(list), shift(rules::shifts_variable_event_type && shift_types) {}
 
   void step(std::string_view tag, const char* value, parser& pull) {
-    const rule* found = rules().find(tag);
-    if (found == nullptr) return;
-    switch (found->where) {
-      case anywhere:
-        break;
-      case in_variable:
-        if (channel.record() == nullptr || value == nullptr) return;
-        break;
-      case in_bits:
-        if (channel.record() == nullptr || kind != MORV_TYPE_BITS) return;
-        break;
-      case in_matrix:
-        if (channel.record() == nullptr || kind != MORV_TYPE_ARRAY) return;
+    const variable_element* element = variable_elements.find(tag);
+    if (element == nullptr) return;
+    switch (element->what) {
+      case variable_element::number:
+        return begin(MORV_TYPE_FLOAT);
+      case variable_element::bits:
+        return begin(MORV_TYPE_BITS);
+      case variable_element::matrix:
+        return begin(MORV_TYPE_ARRAY);
+      default:
         break;
     }
-    (this->*found->act)(value, pull);
+    if (channel.record() == nullptr) return;
+    if (element->what == variable_element::bit_title) {
+      if (kind == MORV_TYPE_BITS) bit_title(value, pull);
+    } else if (element->what == variable_element::dimension) {
+      if (kind == MORV_TYPE_ARRAY) begin_dimension(pull);
+    } else if (value != nullptr) {
+      if (dim != nullptr && element->of_dimension != nullptr) {
+        set_field(*element->of_dimension, *dim, value);
+      } else if (element->of_channel != nullptr) {
+        take(*element->of_channel, value);
+      }
+    }
   }
 
   /// Number of missing attributes.
   int errors() const { return missing_attributes; }
 
  private:
-  using self = variable_dialect;
-  // Only variables act everywhere, and only plain properties need a text.
-  enum place { anywhere, in_variable, in_bits, in_matrix };
-  struct rule {
-    place where;
-    void (self::*act)(const char* value, parser& pull);
-  };
-
-  static const auto& rules() {
-    using chan = chan_descr_2010;
-    static constexpr named<rule> names[] = {
-        {"DaqFloat", {anywhere, &self::begin<MORV_TYPE_FLOAT>}},
-        {"DaqBits", {anywhere, &self::begin<MORV_TYPE_BITS>}},
-        {"DaqFloatMatrix", {anywhere, &self::begin<MORV_TYPE_ARRAY>}},
-        {"evType", {in_variable, &self::event_type}},
-        {"vindo", {in_variable, &self::property}},
-        {"daqName", {in_variable, &self::text<&chan::daq_name>}},
-        {"subSystem", {in_variable, &self::text<&chan::subsystem>}},
-        {"setPoint", {in_variable, &self::set_point}},
-        {"description", {in_variable, &self::text<&chan::prop_desc, &dim_descr::dim_desc>}},
-        {"units", {in_variable, &self::text<&chan::units, &dim_descr::units>}},
-        {"lastIndex", {in_variable, &self::last_index}},
-        {"bitTitle", {in_bits, &self::bit_title}},
-        {"dimension", {in_matrix, &self::begin_dimension}},
-        {"name", {in_matrix, &self::dimension_name}},
-    };
-    static constexpr name_table table(names);
-    return table;
-  }
-
-  template <int Kind>
-  void begin(const char* /*value*/, parser& /*pull*/) {
+  void begin(int kind_of_variable) {
     channel.begin();
-    kind = Kind;
+    kind = kind_of_variable;
     dim = nullptr;
   }
 
-  void event_type(const char* value, parser& /*pull*/) {
-    const std::int32_t number = decimal(value);
-    channel.record()->ev_type = shift ? bit_mask(number) : static_cast<std::uint32_t>(number);
-  }
-
-  void property(const char* value, parser& /*pull*/) {
-    channel.join(value, Rules::merges_variable_types_by_or ? duplicates::accumulate_types
-                                                           : duplicates::complete_types);
-  }
-
-  template <auto Field>
-  void text(const char* value, parser& /*pull*/) {
-    set_text(channel.record()->*Field, value);
-  }
-
-  template <auto Field, auto DimensionField>
-  void text(const char* value, parser& pull) {
-    if (dim != nullptr) {
-      set_text(dim->*DimensionField, value);
-    } else {
-      text<Field>(value, pull);
+  void take(const channel_field<chan_descr_2010>& field, const char* value) {
+    chan_descr_2010& record = *channel.record();
+    switch (field.role) {
+      case field_role::event_type:
+        record.ev_type = event_type_of(value, shift);
+        break;
+      case field_role::property:
+        channel.join(value, rules::merges_variable_types_by_or ? known_property::joins_types
+                                                               : known_property::takes_types);
+        break;
+      case field_role::size: {
+        const auto last = static_cast<std::uint32_t>(read_decimal(value));
+        record.max_size = static_cast<std::int32_t>(last + 1);
+        break;
+      }
+      default:
+        set_field(field, record, value);
     }
-  }
-
-  void set_point(const char* value, parser& /*pull*/) {
-    channel.record()->set_point = decimal(value);
-  }
-
-  void last_index(const char* value, parser& /*pull*/) {
-    const auto last = static_cast<std::uint32_t>(decimal(value));
-    channel.record()->max_size = static_cast<std::int32_t>(last + 1);
   }
 
   // Taken at each step that yields the element: a title makes a nameless bit at its start tag and a
   // named one at its text, both of which callers count on.
   void bit_title(const char* value, parser& pull) {
-    char name[] = "bit";
-    const char* number = attribute(name, "bitTitle", Rules::bit_title_without_bit, pull);
+    const char* number =
+        attribute(variable_dialect_names::bit_attribute, variable_dialect_names::bit_title,
+                  rules::bit_title_without_bit, pull);
     if (number == nullptr) return;
     bit_descr* bit = append(channel.record()->bits, channel.record()->nbits);
-    bit->bit = decimal(number);
+    bit->bit = read_decimal(number);
     if (value != nullptr) {
       set_text(bit->bit_name, value);
-    } else if constexpr (Rules::reports_untitled_bit) {
+    } else if constexpr (rules::reports_untitled_bit) {
       say(stdout, {"bitTitle is not defined for bit  ", std::to_string(bit->bit),
                    " prop:", channel.record()->prop_name, "\n"});
     }
   }
 
-  void begin_dimension(const char* /*value*/, parser& pull) {
-    char name[] = "id";
-    const char* number = attribute(name, "dimension", "No attribute: ", pull);
+  void begin_dimension(parser& pull) {
+    const char* number = attribute(variable_dialect_names::dimension_attribute,
+                                   variable_dialect_names::dimension, "No attribute: ", pull);
     if (number == nullptr) return;
     dim = append(channel.record()->dims, channel.record()->ndims);
-    dim->dim = decimal(number);
+    dim->dim = read_decimal(number);
   }
 
-  void dimension_name(const char* value, parser& /*pull*/) {
-    if (dim != nullptr && value != nullptr) set_text(dim->dim_name, value);
-  }
-
-  const char* attribute(char* name, const char* element, std::string_view complaint, parser& pull) {
+  const char* attribute(const char* name, const char* element, std::string_view complaint,
+                        parser& pull) {
     char* value = nullptr;
-    if (pull.get_attr(name, &value) == 0) return value;
+    // Only read, whatever the signature says.
+    if (pull.get_attr(const_cast<char*>(name), &value) == 0) return value;
     say(stderr,
         {complaint, name, " found for ", element, " prop: ", channel.record()->prop_name, "\n"});
     ++missing_attributes;

@@ -1,26 +1,34 @@
+#include "dictionary_dump.hh"
+
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string_view>
 
+#include "SAX_pull_parser.hh"
 #include "attr_tags_functions.hh"
 #include "diagnostics.hh"
+#include "dictionary_fields.hh"
+#include "dictionary_reader.hh"
+#include "document_head.hh"
+#include "number_text.hh"
 #include "record_widths.hh"
-#include "parse_chan_descr.hh"
 #include "xml_writer.hh"
 
 namespace {
 
 using zrt4::detail::decimal;
+using zrt4::detail::dictionary_fields;
 using zrt4::detail::env_index_names;
 using zrt4::detail::fixed;
 using zrt4::detail::general;
-using zrt4::detail::generation_2010;
-using zrt4::detail::older_generation;
+using zrt4::detail::number_text;
 using zrt4::detail::say;
+using zrt4::detail::with_value;
 
 // The tags of a channel take 79 characters, numbers and name the rest. A longer channel only costs
 // another allocation.
@@ -33,13 +41,6 @@ std::string_view name_in(const char (&field)[Size]) {
   return {field, strnlen(field, Size)};
 }
 
-// Files never hold an empty property: their readers would not see the element.
-template <class Entry>
-std::string_view property_of(const Entry& entry) {
-  const std::string_view name = name_in(entry.data.env_prop);
-  return name.empty() ? "!!!UNDEFINED!!!" : name;
-}
-
 template <class Entry>
 void list_entry(int number, const Entry& entry) {
   say(stdout, {"-------------- ", decimal(number), " -----------------\n",  //
@@ -49,23 +50,41 @@ void list_entry(int number, const Entry& entry) {
                " DREL ", general(entry.data.env_ch_rel_delta), "\n"});
 }
 
+// What a file holds of a field.
+number_text text_of(std::int32_t index) {
+  return decimal(index);
+}
+number_text text_of(float threshold) {
+  return fixed(static_cast<double>(threshold));
+}
+template <std::size_t Size>
+std::string_view text_of(const char (&property)[Size]) {
+  const std::string_view name = name_in(property);
+  return name.empty() ? "!!!UNDEFINED!!!" : name;  // readers would not see an empty element
+}
+
 template <class Entry>
 void write_line(std::FILE* file, const Entry& entry) {
-  const std::string_view property = property_of(entry);
-  std::fprintf(file, "%d\t%.*s\t%s\t%s\n", static_cast<int>(entry.index),
-               static_cast<int>(property.size()), property.data(),
-               fixed(entry.data.env_ch_abs_delta).c_str(),
-               fixed(entry.data.env_ch_rel_delta).c_str());
+  const char* separator = "";
+  for (const auto& field : dictionary_fields<Entry>) {
+    with_value(field.member, entry, [&](const auto& value) {
+      const auto text = text_of(value);
+      const std::string_view shown = text;
+      std::fprintf(file, "%s%.*s", separator, static_cast<int>(shown.size()), shown.data());
+    });
+    separator = "\t";
+  }
+  std::fputc('\n', file);
 }
 
 template <class Entry>
 void append_channel(std::string& document, const Entry& entry) {
-  using zrt4::detail::append_leaf;
   START_TAGN(document, env_index_names[ENV_INDX_CHAN]);
-  append_leaf(document, env_index_names[ENV_INDX_INDX], decimal(entry.index));
-  append_leaf(document, env_index_names[ENV_INDX_PROP], property_of(entry));
-  append_leaf(document, env_index_names[ENV_INDX_DABS], fixed(entry.data.env_ch_abs_delta));
-  append_leaf(document, env_index_names[ENV_INDX_DREL], fixed(entry.data.env_ch_rel_delta));
+  for (const auto& field : dictionary_fields<Entry>) {
+    with_value(field.member, entry, [&](const auto& value) {
+      zrt4::detail::append_leaf(document, field.element, text_of(value));
+    });
+  }
   END_TAGN(document, env_index_names[ENV_INDX_CHAN]);
 }
 
@@ -74,7 +93,7 @@ std::string make_document(const std::vector<Entry*>& list, std::string* destinat
   std::string document = zrt4::detail::begin_document(destination);
   zrt4::detail::expect_length(document, list.size() * usual_channel_size);
   START_TAGN(document, env_index_names[ENV_INDX_ROOT]);
-  add_iso_date(document);
+  zrt4::detail::append_date_line(document);
   for (const Entry* entry : list) append_channel(document, *entry);
   END_TAGN(document, env_index_names[ENV_INDX_ROOT]);
   zrt4::detail::end_document(document);
@@ -95,42 +114,6 @@ output_file create(std::string_view function, const char* name) {
   return file;
 }
 
-template <class Generation>
-int dump(std::vector<typename Generation::entry*>* list, const char* file_name, int mode, int fd,
-         std::string* xml_str) {
-  if (list == nullptr) {
-    say(stdout, {Generation::dump, " invalid argument: '\n"});
-    return 2;
-  }
-  output_file file(nullptr, std::fclose);
-  if (file_name != nullptr && *file_name != '\0') {
-    file = create(Generation::dump, file_name);
-    if (!file) return 1;
-  }
-  if (!file && xml_str == nullptr && fd == -1) {
-    int number = 0;
-    for (const auto* entry : *list) list_entry(++number, *entry);
-  } else if (mode == ENV_INDX_DUMP_TXT_FILE && file) {
-    for (const auto* entry : *list) write_line(file.get(), *entry);
-  } else if (mode == ENV_INDX_DUMP_XML_FILE) {
-    const std::string document = make_document(*list, nullptr);
-    if (file) zrt4::detail::write_document(file.get(), document);
-    if (fd != -1 && !zrt4::detail::write_document(fd, document)) {
-      say(stdout, {Generation::dump, Generation::write_failed});
-      // Deliberately left open, as it always was.
-      (void)file.release();
-      return 2;
-    }
-  } else if (mode == ENV_INDX_DUMP_XML_STRING && xml_str != nullptr) {
-    *xml_str = make_document(*list, xml_str);
-  }
-  if (file) {
-    file.reset();
-    say(stdout, {Generation::dump, "  file: '", file_name, "' has been closed\n"});
-  }
-  return 0;
-}
-
 // Entries from a reader. A channel that named its property twice is listed twice, in a row.
 template <class Entry>
 struct owned_entries {
@@ -145,34 +128,62 @@ struct owned_entries {
   }
 };
 
-template <class Generation>
-int dump_text(char* xml, const char* file_name, int mode, int fd) {
-  owned_entries<typename Generation::entry> entries;
-  if (Generation::read_text(xml, &entries.list) != 0) {
+}  // namespace
+
+template <class Width>
+int zrt4::detail::dump_dictionary(std::vector<typename Width::entry*>* list, const char* file_name,
+                                  int mode, int fd, std::string* xml_str) {
+  if (list == nullptr) {
+    say(stdout, {Width::dump, " invalid argument: '\n"});
+    return 2;
+  }
+  output_file file(nullptr, std::fclose);
+  if (file_name != nullptr && *file_name != '\0') {
+    file = create(Width::dump, file_name);
+    if (!file) return 1;
+  }
+  if (!file && xml_str == nullptr && fd == -1) {
+    int number = 0;
+    for (const auto* entry : *list) list_entry(++number, *entry);
+  } else if (mode == ENV_INDX_DUMP_TXT_FILE && file) {
+    for (const auto* entry : *list) write_line(file.get(), *entry);
+  } else if (mode == ENV_INDX_DUMP_XML_FILE) {
+    const std::string document = make_document(*list, nullptr);
+    if (file) write_document(file.get(), document);
+    if (fd != -1 && !write_document(fd, document)) {
+      say(stdout, {Width::dump, Width::write_failed});
+      // Deliberately left open, as it always was.
+      (void)file.release();
+      return 2;
+    }
+  } else if (mode == ENV_INDX_DUMP_XML_STRING && xml_str != nullptr) {
+    *xml_str = make_document(*list, xml_str);
+  }
+  if (file) {
+    file.reset();
+    say(stdout, {Width::dump, "  file: '", file_name, "' has been closed\n"});
+  }
+  return 0;
+}
+
+template <class Width>
+int zrt4::detail::dump_dictionary_text(char* xml, const char* file_name, int mode, int fd) {
+  owned_entries<typename Width::entry> entries;
+  if (read_dictionary<Width, memory_variant>(xml, &entries.list) != 0) {
     say(stdout, {"Failed to parse ENV INDEX DICT list\n"});
     // What was read until then is deliberately not released, as it never was.
     entries.list.clear();
     return 3;
   }
-  return dump<Generation>(&entries.list, file_name, mode, fd, nullptr);
+  return dump_dictionary<Width>(&entries.list, file_name, mode, fd, nullptr);
 }
 
-}  // namespace
+using zrt4::detail::narrow_records;
+using zrt4::detail::wide_records;
 
-int dump_env_index_dict(std::vector<zrt4_env_index_dictionary_entry*>* list, char* file_name,
-                        int mode, int fd, std::string* xml_str) {
-  return dump<older_generation>(list, file_name, mode, fd, xml_str);
-}
-
-int dump_env_index_dict_2010(std::vector<zrt4_env_index_dictionary_entry_2010*>* list,
-                             char* file_name, int mode, int fd, std::string* xml_str) {
-  return dump<generation_2010>(list, file_name, mode, fd, xml_str);
-}
-
-int dump_env_index_dict(char* xml, char* file_name, int mode, int fd) {
-  return dump_text<older_generation>(xml, file_name, mode, fd);
-}
-
-int dump_env_index_dict_2010(char* xml, char* file_name, int mode, int fd) {
-  return dump_text<generation_2010>(xml, file_name, mode, fd);
-}
+template int zrt4::detail::dump_dictionary<narrow_records>(
+    std::vector<zrt4_env_index_dictionary_entry*>*, const char*, int, int, std::string*);
+template int zrt4::detail::dump_dictionary<wide_records>(
+    std::vector<zrt4_env_index_dictionary_entry_2010*>*, const char*, int, int, std::string*);
+template int zrt4::detail::dump_dictionary_text<narrow_records>(char*, const char*, int, int);
+template int zrt4::detail::dump_dictionary_text<wide_records>(char*, const char*, int, int);

@@ -1,50 +1,48 @@
+#include "dictionary_reader.hh"
+
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <string_view>
 
 #include "diagnostics.hh"
-#include "record_widths.hh"
+#include "dictionary_fields.hh"
+#include "name_table.hh"
 #include "number_text.hh"
+#include "prefetch.hh"
 #include "read_document.hh"
-#include "record_memory.hh"
+#include "record_fields.hh"
+#include "record_widths.hh"
 
 namespace {
 
+using zrt4::detail::dictionary_field;
+using zrt4::detail::dictionary_fields;
 using zrt4::detail::env_index_names;
 using zrt4::detail::fetch_behind;
-using zrt4::detail::from_file;
-using zrt4::detail::from_memory;
-using zrt4::detail::generation_2010;
-using zrt4::detail::older_generation;
+using zrt4::detail::name_table;
+using zrt4::detail::named;
+using zrt4::detail::set_text;
+using zrt4::detail::with_value;
 
-// Most elements differ from a name in its first character already.
-bool same(const char* tag, const char* name) {
-  return tag[0] == name[0] && std::strcmp(tag, name) == 0;
+/// What an element is for: null for the one that starts a channel.
+template <class Entry>
+constexpr auto make_elements() {
+  constexpr std::size_t count = 1 + std::size(dictionary_fields<Entry>);
+  named<const dictionary_field<Entry>*> names[count] = {{env_index_names[ENV_INDX_CHAN], nullptr}};
+  std::size_t last = 0;
+  for (const auto& field : dictionary_fields<Entry>) names[++last] = {field.element, &field};
+  return name_table(names);
 }
 
-// A text that is no number leaves the field as it was, as sscanf does.
-void read_delta(const char* text, float& field) {
-  if (!zrt4::detail::read_plain_number(text, field)) std::sscanf(text, "%f", &field);
-}
-
-// What strncpy would leave, knowing that behind the name held so far all is zero.
-template <std::size_t Size>
-void copy_name(const char* text, char (&name)[Size]) {
-  const std::size_t length = strnlen(text, Size - 1);
-  const std::size_t held = std::strlen(name);
-  std::memcpy(name, text, length);
-  if (held > length) std::memset(name + length, 0, held - length);
-}
-
-template <class Generation>
+template <class Width>
 class dictionary_reader {
-  using entry = typename Generation::entry;
+  using entry = typename Width::entry;
 
  public:
-  template <class Input>
-  static constexpr bool keeps_unusable_parser = true;
-
   explicit dictionary_reader(std::vector<entry*>& into) : list(into) {}
 
   static bool root(std::string_view tag) {
@@ -62,20 +60,14 @@ class dictionary_reader {
   }
 
   template <class Parser>
-  void step(const char* tag, const char* text, Parser& /*parser*/) {
-    static constexpr struct {
-      int name;
-      void (dictionary_reader::*take)(const char* text);
-    } fields[] = {
-        {ENV_INDX_INDX, &dictionary_reader::take_index},
-        {ENV_INDX_PROP, &dictionary_reader::take_property},
-        {ENV_INDX_DABS, &dictionary_reader::take_absolute_delta},
-        {ENV_INDX_DREL, &dictionary_reader::take_relative_delta},
-    };
-    if (same(tag, env_index_names[ENV_INDX_CHAN])) return open_channel();
-    if (!channel_open || text == nullptr) return;
-    for (const auto& field : fields) {
-      if (same(tag, env_index_names[field.name])) return (this->*field.take)(text);
+  void step(std::string_view tag, const char* text, Parser& /*parser*/) {
+    static constexpr auto elements = make_elements<entry>();
+    // Only CHANNEL acts without a text or outside a channel.
+    if (text == nullptr || !channel_open) {
+      if (tag == env_index_names[ENV_INDX_CHAN]) open_channel();
+    } else if (const auto* found = elements.find(tag)) {
+      if (*found == nullptr) return open_channel();
+      with_value((*found)->member, *current, [&](auto& field) { take(field, text); });
     }
   }
 
@@ -89,7 +81,7 @@ class dictionary_reader {
     index_seen = property_seen = false;
     channel_open = current != nullptr;
     if (!channel_open) {
-      std::puts(Generation::no_memory);
+      std::puts(Width::no_memory);
       return;
     }
     fetch_behind(current);
@@ -98,20 +90,23 @@ class dictionary_reader {
     appended = false;
   }
 
-  void take_index(const char* text) {
-    current->index = static_cast<std::int32_t>(std::strtol(text, nullptr, 10));
+  void take(std::int32_t& index, const char* text) {
+    index = static_cast<std::int32_t>(std::strtol(text, nullptr, 10));
     index_seen = true;
     if (property_seen) append(index_seen);
   }
 
-  void take_property(const char* text) {
-    copy_name(text, current->data.env_prop);
+  template <std::size_t Size>
+  void take(char (&property)[Size], const char* text) {
+    set_text(property, text);
     property_seen = true;
     if (index_seen) append(property_seen);
   }
 
-  void take_absolute_delta(const char* text) { read_delta(text, current->data.env_ch_abs_delta); }
-  void take_relative_delta(const char* text) { read_delta(text, current->data.env_ch_rel_delta); }
+  // A text that is no number leaves the field as it was, as sscanf does.
+  static void take(float& threshold, const char* text) {
+    if (!zrt4::detail::read_plain_number(text, threshold)) std::sscanf(text, "%f", &threshold);
+  }
 
   // Only the element that completed the entry is forgotten: coming again, it appends the entry
   // again.
@@ -129,35 +124,29 @@ class dictionary_reader {
   bool appended = false;
 };
 
-template <class Generation, class Input>
-int read_dictionary(char* source, std::vector<typename Generation::entry*>* list) {
-  dictionary_reader<Generation> reader(*list);
+}  // namespace
+
+template <class Width, class Variant>
+int zrt4::detail::read_dictionary(char* source, std::vector<typename Width::entry*>* list) {
+  dictionary_reader<Width> reader(*list);
   try {
     // The last incomplete channel's record is left behind on purpose.
     // NOLINTNEXTLINE(clang-analyzer-unix.Malloc)
-    return zrt4::detail::read_document<Input>(source, reader);
+    return read_document<Variant>(source, reader, unusable_parser::kept);
   } catch (...) {
     reader.release_unfinished();
     throw;
   }
 }
 
-}  // namespace
+using zrt4::detail::narrow_records;
+using zrt4::detail::wide_records;
 
-int parse_env_index_dict_list_read(char* xml, std::vector<zrt4_env_index_dictionary_entry*>* list) {
-  return read_dictionary<older_generation, from_memory>(xml, list);
-}
-
-int parse_env_index_dict_list_read_2010(char* xml,
-                                        std::vector<zrt4_env_index_dictionary_entry_2010*>* list) {
-  return read_dictionary<generation_2010, from_memory>(xml, list);
-}
-
-int parse_env_index_dict_readf(char* file, std::vector<zrt4_env_index_dictionary_entry*>* list) {
-  return read_dictionary<older_generation, from_file>(file, list);
-}
-
-int parse_env_index_dict_readf_2010(char* file,
-                                    std::vector<zrt4_env_index_dictionary_entry_2010*>* list) {
-  return read_dictionary<generation_2010, from_file>(file, list);
-}
+template int zrt4::detail::read_dictionary<narrow_records, zrt4::memory_variant>(
+    char*, std::vector<zrt4_env_index_dictionary_entry*>*);
+template int zrt4::detail::read_dictionary<narrow_records, zrt4::file_variant>(
+    char*, std::vector<zrt4_env_index_dictionary_entry*>*);
+template int zrt4::detail::read_dictionary<wide_records, zrt4::memory_variant>(
+    char*, std::vector<zrt4_env_index_dictionary_entry_2010*>*);
+template int zrt4::detail::read_dictionary<wide_records, zrt4::file_variant>(
+    char*, std::vector<zrt4_env_index_dictionary_entry_2010*>*);

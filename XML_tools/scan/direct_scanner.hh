@@ -20,6 +20,11 @@ class direct_scanner final : public limited_scanner<xercesc::SAXParser> {
     setErrorHandler(&handlers);
   }
 
+  void startDocument() override {
+    depth = 0;  // a document may have been left in its middle
+    limited_scanner<xercesc::SAXParser>::startDocument();
+  }
+
   void startElement(const xercesc::XMLElementDecl& element, const unsigned int /*uri*/,
                     const XMLCh* const /*prefix*/,
                     const xercesc::RefVectorOf<xercesc::XMLAttr>& list, const XMLSize_t count,

@@ -16,12 +16,15 @@ struct named {
   Meaning meaning;
 };
 
-/// A perfect hash of `Count` names, made by the compiler.
+/// A perfect hash of up to `Count` names, made by the compiler. An empty name is none.
 template <class Meaning, std::size_t Count>
 class name_table {
  public:
   constexpr explicit name_table(const named<Meaning> (&names)[Count]) {
-    while (!place(names)) ++multiplier;
+    for (int tries = 0; !place(names); ++tries) {
+      if (tries == 1 << 14) throw "two names agree in length and in first, middle and last letter";
+      ++multiplier;
+    }
   }
 
   /// The meaning of `name`, or null when the table does not have it.
@@ -46,6 +49,7 @@ class name_table {
   constexpr bool place(const named<Meaning> (&names)[Count]) {
     slots = {};
     for (const auto& entry : names) {
+      if (entry.name.empty()) continue;
       named<Meaning>& slot = slots[slot_of(entry.name)];
       if (!slot.name.empty()) return false;
       slot.name = entry.name;

@@ -2,6 +2,7 @@
 
 #include <langinfo.h>
 
+#include <algorithm>
 #include <cfenv>
 #include <cstdint>
 #include <cstdio>
@@ -39,6 +40,17 @@ bool prints_like_to_chars() {
 
 }  // namespace
 
+// A decimal point is one or, in UTF-8, more bytes.
+void number_text::make_point_plain() {
+  const std::string_view point = nl_langinfo(RADIXCHAR);
+  char* const end = characters.data() + size;
+  char* const found = std::search(characters.data(), end, point.begin(), point.end());
+  if (point.empty() || found == end) return;
+  *found = '.';
+  std::copy(found + point.size(), end + 1, found + 1);
+  size -= point.size() - 1;
+}
+
 template <class... Format>
 void number_text::print(Format... format) {
   char* end = std::to_chars(characters.data(), characters.data() + room - 1, format...).ptr;
@@ -75,7 +87,13 @@ number_text scientific(double number) {
 
 number_text general(double number) {
   number_text text;
-  text.print(number, std::chars_format::general, precision);
+  if (std::fegetround() == FE_TONEAREST) {
+    text.print(number, std::chars_format::general, precision);
+    return text;
+  }
+  const int length = std::snprintf(text.characters.data(), number_text::room, "%g", number);
+  text.size = static_cast<std::size_t>(length);
+  text.make_point_plain();
   return text;
 }
 

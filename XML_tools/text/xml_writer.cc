@@ -3,9 +3,10 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <exception>
 #include <memory>
 
-#include "parse_chan_descr.hh"
+#include "document_head.hh"
 
 namespace zrt4::detail {
 
@@ -28,13 +29,17 @@ void prefer_large_pages(std::string& document) {
 std::string begin_document(std::string* destination) {
   std::string document;
   if (destination != nullptr && destination->empty()) document.swap(*destination);
-  set_xml_header(document);
+  set_declaration(document);
   return document;
 }
 
 void expect_length(std::string& document, std::size_t length) {
   if (length <= document.capacity()) return;
-  document.reserve(length);
+  try {
+    document.reserve(length);
+  } catch (const std::exception&) {
+    return;  // what is written may well be shorter
+  }
   prefer_large_pages(document);
 }
 

@@ -43,7 +43,7 @@ inline void append_leaf(std::string& out, std::string_view name, std::string_vie
 std::string begin_document(std::string* destination);
 
 /// Makes room for a document that will be so long, about: growing step by step would cost more than
-/// writing it.
+/// writing it. It is a hint: where there is no such room, nothing happens.
 void expect_length(std::string& document, std::size_t length);
 
 /// Appends the empty line that every document ends with.

@@ -134,6 +134,14 @@ TYPED_TEST(EvList, TypeOutsideRejectsItsEventOnly) {
   }
 }
 
+TYPED_TEST(EvList, TypeBeyond32BitsRejectsItsEventWhateverItsLowerBits) {
+  EXPECT_EQ(this->read("<EVENT><TYPE>4294967297</TYPE><TMASK>5</TMASK></EVENT>"
+                       "<EVENT><TYPE>-4294967295</TYPE></EVENT>"
+                       "<EVENT><TYPE>99999999999999999999</TYPE></EVENT>"
+                       "<EVENT><TYPE>2</TYPE></EVENT>"),
+            "2 mask 0 time 0.0 prio 0\n");
+}
+
 TYPED_TEST(EvList, TypeIsDecimal) {
   EXPECT_EQ(this->read("<EVENT><TYPE> \n 12abc</TYPE></EVENT><EVENT><TYPE>none</TYPE></EVENT>"
                        "<EVENT><TYPE>0x9</TYPE></EVENT><EVENT><TYPE>+3</TYPE></EVENT>"),

@@ -85,6 +85,24 @@ TEST(PullParserFile, AnotherDocumentHasItsOwnNames) {
   EXPECT_EQ(step(parser), "0 'Z' -");
 }
 
+// What stands behind the root of the second is no text of it, however deep the first was left.
+TEST(PullParserFile, SecondDocumentStartsOutsideTheElementsOfTheFirst) {
+  test::temporary_file first("<A><B><C><D>1</D></C></B></A>");
+  test::temporary_file second("<X>2</X>\n\n");
+  struct : SAX_File_Parser {
+    const FileParseHandlers& counts() const { return handler; }
+  } parser;
+  ASSERT_FALSE(parser.start(first.name()));
+  char* tag = nullptr;
+  char* text = nullptr;
+  for (int steps = 0; steps < 3; ++steps) ASSERT_EQ(parser.parse(&tag, &text), 0);
+  ASSERT_FALSE(parser.start(second.name()));
+  const std::string lines = trace(parser);
+  EXPECT_EQ(lines, "0 'X' -\n0 'X' '2'\n0 - -\n0 - -\n-1 - -\n");
+  EXPECT_EQ(parser.counts().getCharacterCount(), 1U);
+  EXPECT_EQ(parser.counts().getSpaceCount(), 0U);
+}
+
 TYPED_TEST(PullParser, TextElementYieldsTagThenTextThenNothing) {
   EXPECT_EQ(this->steps("<ELEM>5</ELEM>\n"),
             "0 'ELEM' -\n"

@@ -58,8 +58,8 @@ inline plain_result plain_event_list(const std::string& source, bool file,
       if (!f_tp) {
         f_tp = true;
       } else if (val != nullptr) {
-        const auto type = static_cast<std::uint32_t>(plain_decimal(val));
-        f_tp = type <= 32;
+        const long type = std::strtol(val, nullptr, 10);
+        f_tp = type >= 0 && type <= 32;
         if (!f_tp) continue;
         entry = new zrt4_ev_entry{
             static_cast<ZRT4_EVTYPE>(type), new std::vector<zrt4_ev_sb_list*>, {0, 0}, 0, 0};

@@ -137,8 +137,19 @@ TEST(Numbers, PrintAsPrintfDoesForRandomBits) {
 TEST(Numbers, FollowTheRoundingDirection) {
   std::fesetround(FE_UPWARD);
   const std::string up = text_of(fixed(0.1234561));
+  const std::string significant_up = text_of(general(1.234561));
   std::fesetround(FE_TONEAREST);
   EXPECT_EQ(up, "0.123457");
+  EXPECT_EQ(significant_up, "1.23457");
+}
+
+TEST(Numbers, KeepTheirPointWhereAStreamDoesInEveryRoundingDirection) {
+  const test::comma_locale comma;
+  if (!comma.active()) GTEST_SKIP() << "no locale with a decimal comma can be made here";
+  std::fesetround(FE_DOWNWARD);
+  const std::string down = text_of(general(1.234569));
+  std::fesetround(FE_TONEAREST);
+  EXPECT_EQ(down, "1.23456");
 }
 
 TEST(Numbers, FollowTheDecimalPointOfTheLocale) {

@@ -129,3 +129,30 @@ TEST_F(MemoryManagerFailures, EachRequestWhereverThePiecesOfMemoryEnd) {
   test::expect_survival(test::shifted_readers(), false, least);
   test::expect_survival(test::shifted_readers(), true, least);
 }
+
+// A channel that never got its property is kept, also by a reader that runs while some exception of
+// the caller's is on its way: only one that began in the reader itself releases what it was
+// reading.
+TEST(ReaderDuringUnwinding, KeepsWhatItAlwaysKeeps) {
+  struct reads_when_released {
+    long& kept;
+    ~reads_when_released() {
+      char document[] = "<CHANDESCRIPTIONS><CHANNEL><NAME>n</NAME></CHANNEL></CHANDESCRIPTIONS>";
+      std::vector<chan_descr_2010*> list;
+      const test::kept_leak leak;
+      const long before = test::requests.live_blocks;
+      parse_descr_list_read(document, &list, false, false);
+      kept = test::requests.live_blocks - before;
+    }
+  };
+  long usually = 0;
+  { const reads_when_released now{usually}; }
+  long unwinding = 0;
+  try {
+    const reads_when_released later{unwinding};
+    throw 1;
+  } catch (int) {
+  }
+  EXPECT_EQ(usually, 1);
+  EXPECT_EQ(unwinding, 1);
+}

@@ -1,0 +1,141 @@
+#ifndef CHANNEL_FIELDS_HH
+#define CHANNEL_FIELDS_HH
+
+// The fields of a channel and of what belongs to it, each once. Both dialects' readers and writers,
+// completing one channel from another, and what the tool shows, compares and checks follow these
+// tables. A new field is a member of the record and a row here.
+
+#include <cstdint>
+#include <string_view>
+#include <variant>
+
+#include "event_util.hh"
+#include "record_fields.hh"
+
+namespace zrt4::detail {
+
+/// What makes a field of a channel more than its text or number.
+enum class field_role {
+  plain,
+  number_of_record,  // its element starts the record
+  description,       // without a record it is the channel's
+  event_type,        // a number, or the mask that it becomes
+  data_type,
+  property,      // the key, which says whether the channel is known
+  daq_name,      // never written empty
+  database_key,  // known when it is above 0
+  size,          // the variable dialect tells its last index
+};
+
+template <class Record>
+struct channel_field {
+  std::variant<char (Record::*)[16], char (Record::*)[64], char (Record::*)[80],
+               char (Record::*)[256], std::int32_t Record::*, std::uint32_t Record::*>
+      member;
+  listed row;                ///< as a value of a record, for programs: JSON, diff, stat
+  std::string_view element;  ///< of the element dialect, whose order is that of the table
+  listed variable = {};      ///< of the variable dialect
+  field_role role = field_role::plain;
+  bool variable_is_read = true;  ///< not only written
+};
+
+namespace tables {
+
+using chan = chan_descr_2010;
+
+constexpr channel_field<chan> channel[] = {
+    // member            row                   element      variable            more
+    {&chan::stream, {"stream", 5}, "STREAM"},
+    {&chan::ev_type, {"event_type", 3}, "EVTYPE", {"evType", 1}, field_role::event_type},
+    {&chan::dtype, {"data_type", 4}, "DTYPE", {}, field_role::data_type},
+    {&chan::db_key, {"db_key", 12}, "DB_KEY", {"DBKey", 4}, field_role::database_key, false},
+    {&chan::count, {"count", 13}, "COUNT"},
+    {&chan::sb_name, {"server_block", 7}, "SB_NAME", {"sbName", 6}, field_role::plain, false},
+    {&chan::prop_name, {"property", 1}, "PROP", {"vindo", 2}, field_role::property},
+    {&chan::daq_name, {"name", 2}, "NAME", {"daqName", 3}, field_role::daq_name},
+    {&chan::set_point, {"set_point", 11}, "SETPOINT", {"setPoint", 5}},
+    {&chan::subsystem, {"subsystem", 6}, "SUBSYSTEM", {"subSystem", 7}},
+    {&chan::units, {"units", 9}, "UNITS", {"units", 9}},
+    {&chan::prop_desc, {"description", 8}, "DESC", {"description", 8}},
+    {&chan::max_size, {"size", 10}, "SIZE", {"lastIndex", 10}, field_role::size},
+};
+
+// A bit's title in the variable dialect is no field: it is read as the name, and written from the
+// description.
+constexpr channel_field<bit_descr> bit[] = {
+    {&bit_descr::bit, {"number", 1}, "BIT", {}, field_role::number_of_record},
+    {&bit_descr::bit_name, {"name", 2}, "BIT_NAME"},
+    {&bit_descr::bit_desc, {"description", 3}, "BIT_DESCR"},
+};
+
+constexpr channel_field<dim_descr> dimension[] = {
+    {&dim_descr::dim, {"number", 1}, "DIM", {}, field_role::number_of_record},
+    {&dim_descr::dim_name, {"name", 2}, "DIM_NAME", {"name", 1}},
+    {&dim_descr::units, {"units", 4}, "DIM_UNITS", {"units", 3}},
+    {&dim_descr::dim_desc,
+     {"description", 3},
+     "DIM_DESCR",
+     {"description", 2},
+     field_role::description},
+};
+
+constexpr channel_field<stat_descr> statistic[] = {
+    {&stat_descr::stat, {"number", 1}, "STAT", {}, field_role::number_of_record},
+    {&stat_descr::stat_name, {"name", 2}, "STAT_NAME"},
+    {&stat_descr::units, {"units", 4}, "STAT_UNITS"},
+    {&stat_descr::stat_desc, {"description", 3}, "STAT_DESCR", {}, field_role::description},
+};
+
+}  // namespace tables
+
+/// The table of a type of record.
+constexpr auto& fields_of(const chan_descr_2010*) {
+  return tables::channel;
+}
+constexpr auto& fields_of(const bit_descr*) {
+  return tables::bit;
+}
+constexpr auto& fields_of(const dim_descr*) {
+  return tables::dimension;
+}
+constexpr auto& fields_of(const stat_descr*) {
+  return tables::statistic;
+}
+
+template <class Record, class Value>
+constexpr const Record* record_of(Value Record::* /*member*/) {
+  return nullptr;
+}
+
+/// The name that a member's element has in the element dialect.
+template <auto Member>
+constexpr const char* element_name() {
+  for (const auto& field : fields_of(record_of(Member))) {
+    const auto* member = std::get_if<decltype(Member)>(&field.member);
+    if (member != nullptr && *member == Member) return field.element.data();
+  }
+  return nullptr;
+}
+
+/// What else the two dialects have.
+namespace element_dialect_names {
+constexpr const char* root = "CHANDESCRIPTIONS";
+constexpr const char* channel = "CHANNEL";
+}  // namespace element_dialect_names
+
+namespace variable_dialect_names {
+constexpr const char* root = "DAQvariables";
+constexpr const char* number = "DaqFloat";
+constexpr const char* bits = "DaqBits";
+constexpr const char* matrix = "DaqFloatMatrix";
+constexpr const char* bit_title = "bitTitle";
+constexpr const char* bit_attribute = "bit";
+constexpr const char* dimension = "dimension";
+constexpr const char* dimension_attribute = "id";
+constexpr const char* first_index = "firstIndex";
+constexpr const char* frequency = "freq";
+}  // namespace variable_dialect_names
+
+}  // namespace zrt4::detail
+
+#endif

@@ -1,0 +1,22 @@
+#ifndef DOCUMENT_HEAD_HH
+#define DOCUMENT_HEAD_HH
+
+// The declaration and the date line that every document of this library starts with.
+
+#include <cstddef>
+#include <ctime>
+#include <string>
+
+namespace zrt4::detail {
+
+/// What callers provide for a date. The longest takes 27: its year has eleven characters.
+constexpr std::size_t date_size = 40;
+
+/// See `create_isodate`, `set_xml_header` and `add_iso_date`.
+void print_iso_date(char* to, const std::time_t* time);
+void set_declaration(std::string& document);
+void append_date_line(std::string& document);
+
+}  // namespace zrt4::detail
+
+#endif
