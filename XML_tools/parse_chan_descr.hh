@@ -107,11 +107,12 @@ ZRT4_EXPORT void clean_chan_desr_list(std::vector<chan_descr_2010*>* list);
 /// On standard error: XML errors; "WRONG root tag: '<root>' must be '<address> or DAQvariables'",
 /// where the address is that of a name in `tags`, which differs from run to run; and "No
 /// attributebit found for bitTitle prop: <prop_name>" or "No attribute: id found for dimension
-/// prop: <prop_name>" for an element without its attribute, which then adds nothing. That is so for
-/// each step that yields the element: a "bitTitle" that has a text but no attribute counts twice.
-/// On standard output: "bitTitle is not defined for bit  <number> prop:<prop_name>" for each
-/// "bitTitle" step without a text. A "bitTitle" with a text has such a step, too, its start tag: it
-/// makes two bits of its number, the first without a name.
+/// prop: <prop_name>" for an element without its attribute, which then adds nothing.
+/// On standard output: "bitTitle is not defined for bit  <number> prop:<prop_name>" for a bit
+/// without a name.
+/// Bits and dimensions are added, reported and counted at each step that yields the element (see
+/// SAX_pull_parser.hh). A "bitTitle" with a text, or with an end tag directly behind its start tag,
+/// is two steps: it makes two bits of its number, the first without a name, or counts twice.
 ///
 /// Kept unreleased, since programs may hold on to them: a channel that the document never gave a
 /// property, and the bits and dimensions that a channel had when it was merged away.
