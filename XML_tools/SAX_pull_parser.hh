@@ -13,11 +13,11 @@
 ///     the end tag          (null, null)
 ///     the line break       (null, null)
 ///
-/// A tag without a text stays reported until the next tag: (ELEM, null) comes once for <ELEM/>,
-/// twice for <ELEM></ELEM>, and once more for a comment in between. White space alone (blanks, tabs
-/// and line ends) drops it, so that a container element is reported by its start tag only. Where
-/// the document type declares that an element holds elements only, its white space is no text and
-/// drops nothing.
+/// A tag without a text stays reported until the next tag: (ELEM, null) comes once for `<ELEM/>`,
+/// twice for `<ELEM></ELEM>`, and once more for a comment in between. White space alone (blanks,
+/// tabs and line ends) drops it, so that a container element is reported by its start tag only.
+/// Where the document type declares that an element holds elements only, its white space is no text
+/// and drops nothing.
 ///
 /// Of a text that comes in pieces, one piece counts. Pieces of one step replace each other: in
 /// "A&amp;B" a reference begins a new piece, so the text is "&B". Pieces of later steps are

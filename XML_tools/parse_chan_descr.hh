@@ -74,9 +74,11 @@ ZRT4_EXPORT dim_descr* zrt4_clone_dim_descr(dim_descr* in);
 /// null or empty. A record that stands at several places one behind the other is released once.
 /// The counters say what is owned: where `nbits`, `ndims` or `nstats` is zero beside a vector that
 /// is not empty, the entries of that vector are left alone, and a line on standard output says so:
+///
 ///     ERROR: nbits = 0, but bits.size() > 0 prop: <prop_name>
 ///     ERROR: ndims = 0, but dims.size() > 0 prop: <prop_name>
 ///     ERROR: nstats = 0, but stats.size() > 0 (<stats.size()>) prop: <prop_name>
+///
 /// Any other counter releases the whole vector, whatever its size.
 ZRT4_EXPORT void clean_chan_desr_list(std::vector<chan_descr_2010*>* list);
 
