@@ -26,14 +26,16 @@ extern template class ZRT4_EXPORT zrt4::pull_parser<zrt4::file_variant>;
 class ZRT4_EXPORT SAX_File_Parser : public zrt4::pull_parser<zrt4::file_variant> {
  public:
   /// Sets up the XML library and a scanner. A failure of the XML library is written to standard
-  /// error and leaves `init_ok()` false.
+  /// error ("Error during initialization! Message:", then the reason) and leaves `init_ok()` false.
   SAX_File_Parser();
   ~SAX_File_Parser();
 
-  /// Opens `file` and scans what stands before the root element; the first `parse` then yields the
-  /// root. Returns false on success, true on failure (with a message on standard error; null is
-  /// taken as an empty name). XML errors name the document by the system id the scanner makes of
-  /// `file`.
+  /// Opens `file` (null: an empty name) and scans what stands before the root element; the first
+  /// `parse` then yields the root. Returns false on success, true on failure, with a message on
+  /// standard error: "scanFirst() failed", behind the XML error that is the reason and counts as
+  /// such; or, uncounted, "Error during parsing memory stream:", "Exception message is:" and the
+  /// reason, for a file that cannot be opened or read. (Both variants say "memory stream".) XML
+  /// errors name the document by the system id that the scanner makes of `file`: its absolute path.
   bool start(char* file);
 };
 

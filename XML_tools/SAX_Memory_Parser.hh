@@ -23,15 +23,17 @@ extern template class ZRT4_EXPORT zrt4::pull_parser<zrt4::memory_variant>;
 class ZRT4_EXPORT SAX_Memory_Parser : public zrt4::pull_parser<zrt4::memory_variant> {
  public:
   /// Sets up the XML library and a scanner over `text`, a zero-terminated document in any encoding
-  /// without zero bytes. The caller keeps the text and keeps it alive as long as the parser; null
-  /// is taken as an empty text. A failure of the XML library is written to standard error and
-  /// leaves `init_ok()` false.
+  /// without zero bytes; null is taken as an empty text. The caller keeps the text, and keeps it
+  /// alive and unchanged as long as the parser. A failure of the XML library is written to standard
+  /// error ("Error during initialization! Message:", then the reason) and leaves `init_ok()` false.
   explicit SAX_Memory_Parser(char* text);
   ~SAX_Memory_Parser();
 
   /// Scans what stands before the root element; the first `parse` then yields the root. Returns
-  /// false on success, true on failure (with a message on standard error). XML errors name the
-  /// document "my_mem_info".
+  /// false on success, true on failure, with a message on standard error: "scanFirst() failed",
+  /// behind the XML error that is the reason and counts as such; or, uncounted, "Error during
+  /// parsing memory stream:", "Exception message is:" and the reason. XML errors name the document
+  /// "my_mem_info".
   bool start();
 };
 

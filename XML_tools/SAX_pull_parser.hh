@@ -13,8 +13,19 @@
 ///     the end tag          (null, null)
 ///     the line break       (null, null)
 ///
-/// White space alone after a start tag drops the tag, so that a container element is reported by
-/// its start tag only. Names and texts are in the local 8-bit code page.
+/// A tag without a text stays reported until the next tag: (ELEM, null) comes once for `<ELEM/>`,
+/// twice for `<ELEM></ELEM>`, and once more for a comment in between. White space alone (blanks,
+/// tabs and line ends) drops it, so that a container element is reported by its start tag only.
+/// Where the document type declares that an element holds elements only, its white space is no text
+/// and drops nothing.
+///
+/// Of a text that comes in pieces, one piece counts. Pieces of one step replace each other: in
+/// "A&amp;B" a reference begins a new piece, so the text is "&B". Pieces of later steps are
+/// dropped: what stands behind a comment that interrupts a text, or behind a child element, is
+/// nobody's.
+///
+/// Names and texts are in the local 8-bit code page. What holds for the whole library stands in
+/// docs/contract.md.
 
 #include <cstdint>
 #include <memory>
@@ -72,7 +83,8 @@ struct file_variant {  // file opened by the scanner, handler embedded in the pa
 };
 
 /// Document and error handler of a pull parser: holds the open element, its text and attributes,
-/// counts, and reports XML errors on standard error.
+/// counts, and reports XML errors on standard error. What it holds is in memory of its own: texts
+/// and attributes that it gives out live until the next event or step.
 template <class Variant>
 class ZRT4_EXPORT parse_handlers : public xercesc::HandlerBase, protected Variant::counters {
  public:
@@ -92,7 +104,8 @@ class ZRT4_EXPORT parse_handlers : public xercesc::HandlerBase, protected Varian
   void characters(const XMLCh* const chars, const XMLSize_t length) override;
   /// Counts `length` units.
   void ignorableWhitespace(const XMLCh* const chars, const XMLSize_t length) override;
-  /// Zeroes all counts and drops the held text and element; attributes stay.
+  /// Zeroes all counts, that of the errors, too, and drops the held text and element; attributes
+  /// stay.
   void resetDocument() override;
 
   /// Each writes "\n<Kind> at (file <system id>, line <n>, char <n>): <message>\n" to standard
@@ -114,7 +127,7 @@ class ZRT4_EXPORT parse_handlers : public xercesc::HandlerBase, protected Varian
   /// The held element and text, null when there is none. They belong to the handler.
   const char* getTag() const { return tag; }
   const char* getValue() const { return value; }
-  void getTagValue(const char** tag_out, const char** value_out) const;
+  void getTagValue(const char** tag_out, const char** value_out) const;  ///< Neither may be null.
 
   /// Value of the first attribute of exactly that name, null when there is none (or `name` is
   /// null). It belongs to the handler.
@@ -151,7 +164,10 @@ extern template class ZRT4_EXPORT parse_handlers<memory_variant>;
 extern template class ZRT4_EXPORT parse_handlers<file_variant>;
 
 /// The step-by-step interface. Construct a variant, check `init_ok`, `start` it, then call `parse`
-/// until it returns non-zero. Used by one thread; each parser holds one use of the XML library.
+/// until it returns non-zero. To call `parse` or `get_attr` without a `start` that succeeded is a
+/// caller error. A parser reads one document: behind its end, `parse` returns -1 for good. Used by
+/// one thread; each parser holds one use of the XML library from its constructor to its destructor,
+/// also when `init_ok` is false.
 template <class Variant>
 class ZRT4_EXPORT pull_parser {
  public:
@@ -163,16 +179,19 @@ class ZRT4_EXPORT pull_parser {
 
   /// Takes one step. `*tag` and `*val` (either pointer may be null) get the held element and text,
   /// or null; they belong to the parser and live until its next step.
-  /// Returns 0 for a step without any error so far; -1, with both null, when an earlier step
-  /// reached the end; otherwise, with both null, the number of XML errors and warnings so far.
+  /// Returns 0 for a step without any error so far, that to the end of the document included; -1,
+  /// with both null, when an earlier step reached the end; otherwise, with both null, the number of
+  /// XML errors and warnings so far. An error in the step is written to standard error (see
+  /// `parse_handlers`).
   int parse(char** tag, char** val);
 
   /// Number of XML errors, fatal errors and warnings so far.
   int get_error_counter() const;
 
-  /// Looks up an attribute of the current element. Returns 0 and its value in `*res` (it belongs to
-  /// the parser and lives as long as the element is current), or -1 and null when `name` is null,
-  /// when no attribute has exactly that name, or after any XML error. `res` should not be null.
+  /// Looks up an attribute of the current element, also in the step of its text. Returns 0 and its
+  /// value in `*res` (it belongs to the parser and lives as long as the element is current), or -1
+  /// and null when `name` is null, when no attribute has exactly that name, or after any XML error.
+  /// An empty value is a value. Do not pass a null `res`.
   int get_attr(char* name, char** res);
 
  protected:

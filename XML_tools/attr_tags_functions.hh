@@ -3,8 +3,8 @@
 
 /// Tag builders: each appends one XML tag to the string `a`, which is never cleared. Nothing is
 /// escaped or indented: element names `b`, attribute names and values must be valid XML as they
-/// are. Null pointers are a caller error. A string that would grow beyond its maximum size throws
-/// `std::length_error`.
+/// are. A null name, vector or entry is a caller error. Nothing is printed. A string that would
+/// grow beyond its maximum size throws `std::length_error`.
 
 #include <string>
 #include <vector>

@@ -1,7 +1,8 @@
 #ifndef DESCR_EXTRACTOR_HH
 #define DESCR_EXTRACTOR_HH
 
-/// How a channel selector obtains its descriptions.
+/// How a channel selector obtains its descriptions. What holds for the whole library stands in
+/// docs/contract.md.
 
 #include <vector>
 
@@ -21,10 +22,16 @@ class ZRT4_EXPORT descr_extractor {
   bool set_mode(int new_mode);
   int get_mode();
 
-  /// Reads every source in order and appends its descriptions to `out`, duplicates included.
+  /// Reads every source in order and appends its descriptions to `out`, which must not be null: by
+  /// `parse_descr_list_readf` or, in the mode EXTR_FROM_XML, by `parse_descr_list_read`, both with
+  /// `shift` as given and without `delete_duplicated`. The element dialect therefore appends
+  /// duplicates, the variable dialect merges them, also into what another source brought. A null
+  /// `source` counts as one without entries, a null entry as an empty name or text.
+  ///
   /// Returns false, with the number of sources read without error in `*total` (unless null), when
   /// the last source was read without error or there are no sources; otherwise true, with `*total`
-  /// untouched. What was read stays in `out` either way.
+  /// untouched. An error in any other source shows in that number only. What was read stays in
+  /// `out` either way. The readers print their messages, and keep what they keep.
   bool get_descriptions(std::vector<char*>* source, int* total, std::vector<chan_descr_2010*>* out,
                         bool shift);
 

@@ -9,10 +9,12 @@
 ///     if (channels.read_file("channels.xml") != 0) std::puts("not read cleanly");
 ///     for (const chan_descr_2010& channel : channels) std::puts(channel.prop_name);
 ///
-/// Readers append; each returns the number of errors met, 0 for none, and what was read before an
-/// error stays. What they print, and the locale that texts are in, are those of the function that
-/// they call. A list is moved, not copied; what would dangle after the statement (an element or an
-/// iterator of a temporary list) does not compile. One thread at a time, as everywhere.
+/// Readers append; each returns what the function that it calls returns, 0 for a document read
+/// without an error, a positive count for any other, and what was read before an error stays. What
+/// they print, what they keep unreleased, and the locale that texts are in, are those of that
+/// function. A text ends at its first zero byte. A list is moved, not copied; what would dangle
+/// after the statement (an element or an iterator of a temporary list) does not compile. One thread
+/// at a time, as everywhere.
 
 #include <algorithm>
 #include <cstddef>
@@ -83,7 +85,7 @@ class owned_list {
 
   owned_list() = default;
   /// Takes over the records of `from`, which were made by the library's functions or as they make
-  /// them.
+  /// them, and leaves `from` empty.
   explicit owned_list(pointers&& from) noexcept : records(std::move(from)) {}
   owned_list(owned_list&& from) noexcept : records(std::exchange(from.records, {})) {}
   owned_list& operator=(owned_list&& from) noexcept {
@@ -129,11 +131,12 @@ class owned_list {
 };
 
 /// What the numbers of event types and data types become when channels are read: themselves, or the
-/// masks that `chan_selector` and the listing expect.
+/// masks that `chan_selector` and the listing expect (see `parse_descr_list_read`).
 enum class types { numbers, masks };
 
-/// Whether a channel whose property is in the list already is listed again, or merged where its
-/// reader can (see `parse_descr_list_readf`).
+/// What the element dialect does with a channel whose property is in the list already: `keep` lists
+/// it again, `merge` merges it where its reader can, which is in texts. The variable dialect always
+/// merges (see `parse_descr_list_read`, `parse_descr_list_readf`).
 enum class duplicates { keep, merge };
 
 /// Channel descriptions, either dialect.
@@ -146,7 +149,6 @@ class channel_list : public owned_list<chan_descr_2010, channel_list> {
     return parse_descr_list_readf(const_cast<char*>(name.c_str()), &records, as == types::masks,
                                   when == duplicates::merge);
   }
-  /// `xml` ends at its first zero byte, as for all readers of texts.
   [[nodiscard]] int read_text(const std::string& xml, types as = types::numbers,
                               duplicates when = duplicates::keep) {
     return parse_descr_list_read(const_cast<char*>(xml.c_str()), &records, as == types::masks,
@@ -244,8 +246,8 @@ class camera_features : public owned_list<ZRT4GigEFeature, camera_features> {
  public:
   using owned_list::owned_list;
 
-  /// 0, or 1 when the file cannot be used. What damage hides is no error (see
-  /// `zrt4_fill_gige_descr`).
+  /// Appends the features of the file, unlike `zrt4_fill_gige_descr`, which replaces the list.
+  /// Returns 0, or 1 when the file cannot be used. What damage hides is no error (see there).
   [[nodiscard]] int read_file(const std::string& name) {
     camera_features found;
     const bool failed = zrt4_fill_gige_descr(const_cast<char*>(name.c_str()), &found.records);

@@ -1,5 +1,5 @@
-// The table of docs/performance.md: what reading, writing and looking up cost, as ratios to a
-// reference. Normal heap, one process, one thread; scripts/bench builds and runs it.
+// The table of docs/measurements/performance.md: what reading, writing and looking up cost, as
+// ratios to a reference. Normal heap, one process, one thread; scripts/bench builds and runs it.
 
 #include <malloc.h>
 

@@ -3,6 +3,8 @@
 
 /// DAQ event and sub-block vocabulary, and the plain records that events carry. The layouts are
 /// shared with programs that exchange them as memory: they are pinned below and never change.
+/// Numbers are in the byte order of the host. What a field means beyond what stands here is for the
+/// programs to know that fill it; docs/writing.md tells what becomes of it in a document.
 
 #include <cstddef>
 #include <cstdint>
@@ -109,27 +111,29 @@ struct time_stamp {
   std::uint32_t timelow;
 };
 
-/// Axis of a spectrum channel.
+/// Axis of a spectrum channel; written as DIM_START, DIM_INC, DIM_NDATA, DIM_GROUPS and
+/// DIM_GROUP_INC.
 struct zrt4_spect_header_2010 {
-  float start;          ///< value at the first point
-  float inc;            ///< distance of two points
-  std::int32_t ndata;   ///< number of points
-  std::int32_t groups;  ///< number of groups
-  float group_inc;      ///< distance of two groups
+  float start;
+  float inc;
+  std::int32_t ndata;
+  std::int32_t groups;
+  float group_inc;
 };
 
-/// Extended image frame header. Sizes and positions in pixels.
+/// Extended image frame header. Fields with an element name are written as that element, those with
+/// "above 0" only then.
 struct zrt4_image_ext_frame_head {
-  std::int32_t width;
-  std::int32_t height;
-  std::int32_t aoi_width;   ///< width of the area of interest, 0 when there is none
-  std::int32_t aoi_height;  ///< its height
-  std::int32_t x_start;
-  std::int32_t y_start;
-  std::int32_t bpp;     ///< bytes per pixel
-  std::int32_t ebitpp;  ///< effective bits per pixel
-  std::int32_t hbin;    ///< horizontal binning
-  std::int32_t vbin;    ///< vertical binning
+  std::int32_t width;       ///< DIM_WIDTH, where `aoi_width` is not above 0
+  std::int32_t height;      ///< DIM_HEIGHT, where `aoi_height` is not above 0
+  std::int32_t aoi_width;   ///< of the area of interest; DIM_WIDTH, above 0
+  std::int32_t aoi_height;  ///< of the area of interest; DIM_HEIGHT, above 0
+  std::int32_t x_start;     ///< DIM_XSTART
+  std::int32_t y_start;     ///< DIM_YSTART
+  std::int32_t bpp;         ///< DIM_BPP, above 0
+  std::int32_t ebitpp;      ///< DIM_EBITPP, above 0
+  std::int32_t hbin;        ///< DIM_XBIN, above 0
+  std::int32_t vbin;        ///< DIM_YBIN, above 0
   std::int32_t source_format;
   std::int32_t image_format;
   std::uint32_t frame;
@@ -137,13 +141,13 @@ struct zrt4_image_ext_frame_head {
   float scale_x;
   float scale_y;
   float image_rotation;
-  float fspare2;  ///< spectrum-like start value
-  float fspare3;  ///< spectrum-like increment
-  float fspare4;  ///< spectrum-like group increment
+  float fspare2;  ///< as `start` of a spectrum: DIM_START, above 0
+  float fspare3;  ///< as `inc`: DIM_INC, above 0
+  float fspare4;  ///< as `group_inc`: DIM_GROUP_INC, above 0
   std::int32_t image_flags;
-  std::int32_t ispare2;  ///< spectrum-like number of groups
-  std::int32_t ispare3;  ///< spectrum-like number of points
-  std::int32_t ispare4;  ///< 1 unsigned pixels, 0 signed, -1 not known
+  std::int32_t ispare2;  ///< as `groups`: DIM_GROUPS, above 0
+  std::int32_t ispare3;  ///< as `ndata`: DIM_NDATA, above 0
+  std::int32_t ispare4;  ///< DIM_UNSIGNED, unless it is -1
   std::int32_t length;
 };
 

@@ -1,7 +1,9 @@
 #ifndef EVENT_UTIL_HH
 #define EVENT_UTIL_HH
 
-/// Channel description records, and the three functions of the event-utility library.
+/// Channel description records, and the three functions of the event-utility library, which a site
+/// may replace by its own. Texts are zero-terminated, in the local code page. What holds for the
+/// whole library stands in docs/contract.md.
 
 #include <cstddef>
 #include <cstdint>
@@ -10,19 +12,20 @@
 #include "event.hh"
 #include "zrt4_export.hh"
 
-/// Structure class of an event type.
+/// Structure class of an event type, see `get_event_struct_type`. A site's own library may give out
+/// further numbers; `chan_selector` takes 10 to 15 for classes of the main linac.
 enum ZRT4_EV_STRUCT_TYPE {
   ZRT4_EV_STRUCT_UNKNOWN = 0,
   ZRT4_EV_STRUCT_LOCAL = 1,
   ZRT4_EV_STRUCT_GLOBAL = 2,
-  ZRT4_EV_STRUCT_ML = 3,  ///< main linac
+  ZRT4_EV_STRUCT_ML = 3,
   ZRT4_EV_STRUCT_UNDEF = 4
 };
 
 /// One bit of a bit-field channel.
 struct bit_descr {
-  std::int32_t bit = 0;    ///< bit number
-  char bit_name[64] = {};  ///< zero-terminated, as every text of these records
+  std::int32_t bit = 0;  ///< bit number
+  char bit_name[64] = {};
   char bit_desc[80] = {};
 };
 
@@ -34,8 +37,8 @@ struct stat_descr {
   char units[16] = {};
 };
 
-/// One dimension of an array channel. Owns the records of `stats`; `nstats` says how many there
-/// are and decides whether they are released with the list.
+/// One dimension of an array channel. `nstats` counts the records of `stats` and decides whether
+/// they are released with the list: only where it is not zero. Who appends one counts it.
 struct dim_descr {
   std::int32_t dim = 0;  ///< dimension number
   char dim_name[64] = {};
@@ -45,10 +48,10 @@ struct dim_descr {
   std::vector<stat_descr*> stats;
 };
 
-/// One channel. Owns the records of `bits` and `dims`; the counters `nbits` and `ndims` say how
-/// many there are and decide whether they are released with the list.
+/// One channel. `nbits` and `ndims` count the records of `bits` and `dims` and decide whether they
+/// are released with the list: only where the counter is not zero. Who appends one counts it.
 struct chan_descr_2010 {
-  std::int32_t stream = 0;    ///< data stream number or mask; merged by bitwise OR
+  std::int32_t stream = 0;    ///< data stream, number or mask; merged by bitwise OR
   std::uint32_t ev_type = 0;  ///< event type number, or the mask 1 << number when read shifted
   std::int32_t count = 0;     ///< counter attached to the channel
   std::uint32_t dtype = 0;    ///< data type number, or a mask when read shifted
@@ -62,18 +65,19 @@ struct chan_descr_2010 {
   std::vector<bit_descr*> bits;
   std::int32_t ndims = 0;
   std::vector<dim_descr*> dims;
-  char sb_name[256] = {};  ///< server block that delivers the channel
-  std::int32_t set_point = 0;
+  char sb_name[256] = {};      ///< server block that delivers the channel
+  std::int32_t set_point = 0;  ///< not 0: a set point
   char subsystem[64] = {};
 };
 
 /// Dimension parameters of one channel, handed to a dump. The caller owns everything.
 struct dim_params {
   char* name = nullptr;                      ///< DAQ name of the channel
-  std::int32_t num = 0;                      ///< number of dimensions
-  zrt4_spect_header_2010* params = nullptr;  ///< by dimension number; may be null
-  /// By dimension number, or, for a channel without described dimensions, by the channel's position
-  /// in the dumped list; may be null.
+  std::int32_t num = 0;                      ///< number of dimensions; 0: the entry is ignored
+  zrt4_spect_header_2010* params = nullptr;  ///< `num` of them, by dimension number; may be null
+  /// `num` of them, by dimension number; or, for a channel without described dimensions, as many as
+  /// the dumped list has channels, by the channel's position in it; may be null. Not used for
+  /// described dimensions beside `params`.
   zrt4_image_ext_frame_head* iparams = nullptr;
 };
 
@@ -85,8 +89,7 @@ struct zrt4_xml_chan_descr_header {
 };
 
 /// Display name of an event type number: its enumerator without "ZRT4_EV_" ("HB", "NORMAL", ...,
-/// "28" to "31", "EVMAX"); "UNKNOWN" for any other number. The text is constant: neither free it
-/// nor copy it to keep it.
+/// "28" to "31", "EVMAX"); "UNKNOWN" for any other number. The text is constant and never freed.
 ZRT4_EXPORT const char* event_name_itoa(int evtype);
 
 /// Display name of a data type number: its enumerator without "ZRT4_" and without the word "BLOCK"
