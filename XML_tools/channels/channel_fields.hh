@@ -107,14 +107,21 @@ constexpr const Record* record_of(Value Record::* /*member*/) {
   return nullptr;
 }
 
+/// The row of a member: `field_of<&dim_descr::units>()`.
+template <auto Member>
+constexpr const auto* field_of() {
+  const auto& fields = fields_of(record_of(Member));
+  for (const auto& field : fields) {
+    const auto* member = std::get_if<decltype(Member)>(&field.member);
+    if (member != nullptr && *member == Member) return &field;
+  }
+  return static_cast<decltype(&fields[0])>(nullptr);
+}
+
 /// The name that a member's element has in the element dialect.
 template <auto Member>
 constexpr const char* element_name() {
-  for (const auto& field : fields_of(record_of(Member))) {
-    const auto* member = std::get_if<decltype(Member)>(&field.member);
-    if (member != nullptr && *member == Member) return field.element.data();
-  }
-  return nullptr;
+  return field_of<Member>()->element.data();
 }
 
 /// What else the two dialects have.

@@ -22,8 +22,8 @@ struct known_element {
 /// All that a kind of document has; none when its other elements only group.
 struct known_elements {
   constexpr known_elements() = default;
-  template <std::size_t Count>
-  constexpr known_elements(const known_element (&table)[Count]) : first(table), count(Count) {}
+  constexpr known_elements(const known_element* table, std::size_t size)
+      : first(table), count(size) {}
 
   bool empty() const { return count == 0; }
   const known_element* begin() const { return first; }

@@ -5,6 +5,9 @@
 #include <cstring>
 #include <tuple>
 
+#include "channel_fields.hh"
+#include "dictionary_fields.hh"
+#include "event_fields.hh"
 #include "event_util.hh"
 
 namespace {
@@ -25,128 +28,69 @@ cell to_cell(const std::string& text) {
   return std::string_view(text);
 }
 
-template <class Record, class Value>
-Record record_of(Value Record::*);
-
-template <auto Member>
-cell value_of(const decltype(record_of(Member))& record) {
-  return to_cell(record.*Member);
-}
-
-template <class Record>
-struct column {
-  std::string_view name;
-  cell (*value)(const Record&);
-  const char* (*says)(int) = nullptr;
-};
+using name_of_number = const char* (*)(int);
 
 const char* feature_name(int type) {
   return FeatureTags[type];
 }
 
-// The fields of each type of record. The first is what records are told apart by.
+void add(row& to, std::string_view name, cell value, name_of_number names = nullptr) {
+  const char* says = "";
+  if (names != nullptr) says = names(static_cast<int>(std::get<std::int64_t>(value)));
+  to.fields.push_back({name, value, says});
+}
 
-constexpr column<bit_descr> bit_columns[] = {
-    {"number", value_of<&bit_descr::bit>},
-    {"name", value_of<&bit_descr::bit_name>},
-    {"description", value_of<&bit_descr::bit_desc>},
-};
+name_of_number names_for(zrt4::detail::field_role role) {
+  if (role == zrt4::detail::field_role::event_type) return event_name_itoa;
+  if (role == zrt4::detail::field_role::data_type) return block_name_itoa;
+  return nullptr;
+}
 
-constexpr column<stat_descr> statistic_columns[] = {
-    {"number", value_of<&stat_descr::stat>},
-    {"name", value_of<&stat_descr::stat_name>},
-    {"description", value_of<&stat_descr::stat_desc>},
-    {"units", value_of<&stat_descr::units>},
-};
-
-constexpr column<dim_descr> dimension_columns[] = {
-    {"number", value_of<&dim_descr::dim>},
-    {"name", value_of<&dim_descr::dim_name>},
-    {"description", value_of<&dim_descr::dim_desc>},
-    {"units", value_of<&dim_descr::units>},
-};
-
-constexpr column<chan_descr_2010> channel_columns[] = {
-    {"property", value_of<&chan_descr_2010::prop_name>},
-    {"name", value_of<&chan_descr_2010::daq_name>},
-    {"event_type", value_of<&chan_descr_2010::ev_type>, event_name_itoa},
-    {"data_type", value_of<&chan_descr_2010::dtype>, block_name_itoa},
-    {"stream", value_of<&chan_descr_2010::stream>},
-    {"subsystem", value_of<&chan_descr_2010::subsystem>},
-    {"server_block", value_of<&chan_descr_2010::sb_name>},
-    {"description", value_of<&chan_descr_2010::prop_desc>},
-    {"units", value_of<&chan_descr_2010::units>},
-    {"size", value_of<&chan_descr_2010::max_size>},
-    {"set_point", value_of<&chan_descr_2010::set_point>},
-    {"db_key", value_of<&chan_descr_2010::db_key>},
-    {"count", value_of<&chan_descr_2010::count>},
-};
-
-constexpr column<zrt4_ev_entry> event_columns[] = {
-    {"event_type",
-     [](const zrt4_ev_entry& entry) { return to_cell(static_cast<std::uint32_t>(entry.evtype)); },
-     event_name_itoa},
-    {"trigger_mask", value_of<&zrt4_ev_entry::tmask>},
-    {"min_time_seconds",
-     [](const zrt4_ev_entry& entry) { return to_cell(entry.min_ev_time.timeup); }},
-    {"min_time_microseconds",
-     [](const zrt4_ev_entry& entry) { return to_cell(entry.min_ev_time.timelow); }},
-    {"priority", value_of<&zrt4_ev_entry::priority>},
-};
-
-constexpr column<zrt4_ev_sb_list> server_block_columns[] = {
-    {"name", value_of<&zrt4_ev_sb_list::sb_list>},
-};
-
-using dictionary_entry = zrt4_env_index_dictionary_entry_2010;
-constexpr column<dictionary_entry> dictionary_columns[] = {
-    {"index", value_of<&dictionary_entry::index>},
-    {"property", [](const dictionary_entry& entry) { return to_cell(entry.data.env_prop); }},
-    {"absolute_threshold",
-     [](const dictionary_entry& entry) { return to_cell(entry.data.env_ch_abs_delta); }},
-    {"relative_threshold",
-     [](const dictionary_entry& entry) { return to_cell(entry.data.env_ch_rel_delta); }},
-};
-
-constexpr column<ZRT4GigEFeature> feature_columns[] = {
-    {"name", value_of<&ZRT4GigEFeature::name>},
-    {"type", value_of<&ZRT4GigEFeature::type>, feature_name},
-    {"control_name", value_of<&ZRT4GigEFeature::extension>},
-    {"tool_tip", value_of<&ZRT4GigEFeature::tooltip>},
-    {"description", value_of<&ZRT4GigEFeature::description>},
-};
-
-template <class Record, std::size_t Count>
-row fields_of(const Record& record, const column<Record> (&columns)[Count]) {
+// A channel, or what belongs to one.
+template <class Record>
+row fields_of(const Record& record) {
+  using field = zrt4::detail::channel_field<Record>;
+  static constexpr auto shown =
+      zrt4::detail::in_order<&field::row>(zrt4::detail::fields_of(static_cast<Record*>(nullptr)));
   row result;
-  result.fields.reserve(Count);
-  for (const column<Record>& each : columns) {
-    const cell value = each.value(record);
-    const char* says = "";
-    if (each.says != nullptr) says = each.says(static_cast<int>(std::get<std::int64_t>(value)));
-    result.fields.push_back({each.name, value, says});
+  result.fields.reserve(shown.count);
+  for (const field* each : shown) {
+    zrt4::detail::with_value(each->member, record, [&](const auto& value) {
+      add(result, each->row.name, to_cell(value), names_for(each->role));
+    });
   }
   return result;
 }
 
 row row_of(const bit_descr& bit) {
-  return fields_of(bit, bit_columns);
+  return fields_of(bit);
 }
 
 row row_of(const stat_descr& statistic) {
-  return fields_of(statistic, statistic_columns);
+  return fields_of(statistic);
 }
 
 row row_of(const char& name) {
   return {{{"name", to_cell(&name), ""}}, {}};
 }
 
-row row_of(const dictionary_entry& entry) {
-  return fields_of(entry, dictionary_columns);
+row row_of(const zrt4_env_index_dictionary_entry_2010& entry) {
+  row result;
+  for (const auto& field : zrt4::detail::dictionary_fields<zrt4_env_index_dictionary_entry_2010>) {
+    zrt4::detail::with_value(field.member, entry,
+                             [&](const auto& value) { add(result, field.row, to_cell(value)); });
+  }
+  return result;
 }
 
 row row_of(const ZRT4GigEFeature& feature) {
-  return fields_of(feature, feature_columns);
+  row result;
+  add(result, "name", to_cell(feature.name));
+  add(result, "type", to_cell(std::int32_t{feature.type}), feature_name);
+  add(result, "control_name", to_cell(feature.extension));
+  add(result, "tool_tip", to_cell(feature.tooltip));
+  add(result, "description", to_cell(feature.description));
+  return result;
 }
 
 row row_of(const dim_descr& dimension);
@@ -171,26 +115,31 @@ std::vector<row> all_of(const List& list) {
 }
 
 row row_of(const dim_descr& dimension) {
-  row result = fields_of(dimension, dimension_columns);
+  row result = fields_of(dimension);
   result.groups.push_back({"statistics", "statistic", all(dimension.stats)});
   return result;
 }
 
 row row_of(const chan_descr_2010& channel) {
-  row result = fields_of(channel, channel_columns);
+  row result = fields_of(channel);
   result.groups.push_back({"bits", "bit", all(channel.bits)});
   result.groups.push_back({"dimensions", "dimension", all(channel.dims)});
   return result;
 }
 
 row row_of(const zrt4_ev_sb_list& block) {
-  row result = fields_of(block, server_block_columns);
+  row result;
+  add(result, "name", to_cell(block.sb_list));
   result.groups.push_back({"channels", "channel", all(*block.ch_list)});
   return result;
 }
 
 row row_of(const zrt4_ev_entry& entry) {
-  row result = fields_of(entry, event_columns);
+  row result;
+  add(result, "event_type", to_cell(static_cast<std::uint32_t>(entry.evtype)), event_name_itoa);
+  for (const auto& number : zrt4::detail::event_numbers) {
+    add(result, number.row, to_cell(number.in(const_cast<zrt4_ev_entry&>(entry))));
+  }
   result.groups.push_back({"server_blocks", "server block", all(*entry.sb_list)});
   return result;
 }

@@ -2,7 +2,7 @@
 #define ROWS_HH
 
 // Every record as a row of named values: what JSON shows and what documents are compared by. A
-// field of a record has its one home in the tables of rows.cc; the first of each is the key.
+// field of a record comes from the library's table of its fields; the first of each is the key.
 
 #include <cstdint>
 #include <deque>

@@ -1,5 +1,10 @@
 #include "writable.hh"
 
+#include <string_view>
+#include <type_traits>
+
+#include "channel_fields.hh"
+#include "dictionary_fields.hh"
 #include "latin1.hh"
 #include "message.hh"
 
@@ -9,13 +14,25 @@ class findings {
  public:
   explicit findings(const std::string& name) : file(name) {}
 
-  void text(const std::string& channel, const char* field, const char* content) {
+  void text(const std::string& channel, std::string_view field, const char* content) {
     bool fatal = false;
     const std::string why = unwritable(content, fatal);
     if (why.empty()) return;
-    complain(file, "channel '" + channel + "', field " + field + ": the text " + why);
+    complain(file, "channel '" + channel + "', field " + std::string(field) + ": the text " + why);
     result.wholly = false;
     result.at_all = result.at_all && !fatal;
+  }
+
+  /// All texts of a channel, or of what belongs to one.
+  template <class Record>
+  void record(const std::string& channel, const Record& record) {
+    for (const auto& field : zrt4::detail::fields_of(&record)) {
+      zrt4::detail::with_value(field.member, record, [&](const auto& value) {
+        if constexpr (std::is_array_v<std::remove_reference_t<decltype(value)>>) {
+          text(channel, field.element, value);
+        }
+      });
+    }
   }
 
   writable result;
@@ -30,25 +47,11 @@ writable check_channels(const std::string& file, const zrt4::channel_list& chann
   findings found(file);
   for (const chan_descr_2010& channel : channels) {
     const std::string name = channel.prop_name;
-    found.text(name, "PROP", channel.prop_name);
-    found.text(name, "NAME", channel.daq_name);
-    found.text(name, "SB_NAME", channel.sb_name);
-    found.text(name, "SUBSYSTEM", channel.subsystem);
-    found.text(name, "UNITS", channel.units);
-    found.text(name, "DESC", channel.prop_desc);
-    for (const bit_descr* bit : channel.bits) {
-      found.text(name, "BIT_NAME", bit->bit_name);
-      found.text(name, "BIT_DESCR", bit->bit_desc);
-    }
+    found.record(name, channel);
+    for (const bit_descr* bit : channel.bits) found.record(name, *bit);
     for (const dim_descr* dim : channel.dims) {
-      found.text(name, "DIM_NAME", dim->dim_name);
-      found.text(name, "DIM_UNITS", dim->units);
-      found.text(name, "DIM_DESCR", dim->dim_desc);
-      for (const stat_descr* stat : dim->stats) {
-        found.text(name, "STAT_NAME", stat->stat_name);
-        found.text(name, "STAT_UNITS", stat->units);
-        found.text(name, "STAT_DESCR", stat->stat_desc);
-      }
+      found.record(name, *dim);
+      for (const stat_descr* stat : dim->stats) found.record(name, *stat);
     }
   }
   return found.result;
@@ -59,7 +62,8 @@ writable check_dictionary(const std::string& file,
                           const zrt4::basic_env_dictionary<Entry>& entries) {
   findings found(file);
   for (const Entry& entry : entries) {
-    found.text(entry.data.env_prop, "PROP", entry.data.env_prop);
+    found.text(entry.data.env_prop, zrt4::detail::env_index_names[ENV_INDX_PROP],
+               entry.data.env_prop);
   }
   return found.result;
 }
