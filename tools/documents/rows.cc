@@ -9,6 +9,7 @@
 #include "dictionary_fields.hh"
 #include "event_fields.hh"
 #include "event_util.hh"
+#include "feature_fields.hh"
 
 namespace {
 
@@ -85,11 +86,11 @@ row row_of(const zrt4_env_index_dictionary_entry_2010& entry) {
 
 row row_of(const ZRT4GigEFeature& feature) {
   row result;
-  add(result, "name", to_cell(feature.name));
-  add(result, "type", to_cell(std::int32_t{feature.type}), feature_name);
-  add(result, "control_name", to_cell(feature.extension));
-  add(result, "tool_tip", to_cell(feature.tooltip));
-  add(result, "description", to_cell(feature.description));
+  for (const auto& field : zrt4::detail::feature_fields) {
+    add(result, field.row, to_cell(feature.*field.text));
+    if (field.text != &ZRT4GigEFeature::name) continue;
+    add(result, "type", to_cell(std::int32_t{feature.type}), feature_name);
+  }
   return result;
 }
 

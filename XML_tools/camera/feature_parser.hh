@@ -1,0 +1,29 @@
+#ifndef FEATURE_PARSER_HH
+#define FEATURE_PARSER_HH
+
+#include <string>
+#include <xercesc/parsers/XercesDOMParser.hpp>
+
+#include "limited_scanner.hh"
+
+namespace zrt4::detail {
+
+/// Makes the tree of a camera file.
+class feature_parser : public limited_scanner<xercesc::XercesDOMParser> {
+ public:
+  feature_parser();
+
+  void error(const unsigned int /*code*/, const XMLCh* const /*domain*/,
+             const xercesc::XMLErrorReporter::ErrTypes /*type*/, const XMLCh* const text,
+             const XMLCh* const /*systemId*/, const XMLCh* const /*publicId*/,
+             const XMLFileLoc /*line*/, const XMLFileLoc /*column*/) override;
+
+  const std::string& why_no_document() const { return no_document_reason; }
+
+ private:
+  std::string no_document_reason;
+};
+
+}  // namespace zrt4::detail
+
+#endif
