@@ -72,7 +72,7 @@ def changes(text):
     for i, token in enumerate(tokens):
         before = tokens[i - 1].text if i else ";"
         # clang-format leaves blanks at both sides of a binary operator, and of nothing else.
-        spaced = text[token.start - 1].isspace() and text[token.end].isspace()
+        spaced = text[max(token.start - 1, 0)].isspace() and text[token.end:token.end + 1].isspace()
         if token.kind == "op" and spaced and token.text in BINARY and before != "operator":
             for new in BINARY[token.text]:
                 yield token.start, token.end, new

@@ -51,7 +51,7 @@ def tests_of(build):
 def digest_of_tree():
     names = subprocess.check_output(["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT, text=True)
     digest = hashlib.sha256()
-    for name in names.split():
+    for name in names.splitlines():
         if (ROOT / name).is_file() and not name.startswith(("docs/", "scripts/", "tests/mutation/")):
             digest.update(name.encode() + b"\0" + (ROOT / name).read_bytes())
     return digest.hexdigest()
@@ -107,7 +107,7 @@ def reach():
 def copy_tree():
     """Brings the copy up to date; files that are the same keep their time, and so their objects."""
     names = subprocess.check_output(["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT, text=True)
-    for name in names.split():
+    for name in names.splitlines():
         source, target = ROOT / name, TREE / name
         if source.is_file() and not (target.exists() and target.read_bytes() == source.read_bytes()):
             target.parent.mkdir(parents=True, exist_ok=True)
