@@ -37,6 +37,15 @@ def run(*command, **options):
     return done.stdout
 
 
+def configured(tree, build):
+    """Whether the build is of that tree, not of one that this one was copied from."""
+    cache = build / "CMakeCache.txt"
+    if cache.exists() and f"CMAKE_HOME_DIRECTORY:INTERNAL={tree}\n" in cache.read_text():
+        return (build / "build.ninja").exists()
+    shutil.rmtree(build, ignore_errors=True)
+    return False
+
+
 def tests_of(build):
     """Name, command, folder and environment of every test."""
     listed = json.loads(subprocess.check_output(["ctest", "--test-dir", build, "--show-only=json-v1"]))
@@ -88,7 +97,7 @@ def reach():
     if kept.exists() and (found := json.loads(kept.read_text()))["tree"] == digest:
         return found["lines"]
     print("Building with counters ...", file=sys.stderr)
-    if not (COUNTED / "build.ninja").exists():
+    if not configured(ROOT, COUNTED):
         run("cmake", "--preset", "coverage", cwd=ROOT)
     run("cmake", "--build", COUNTED)
     lines = defaultdict(set)
@@ -117,7 +126,7 @@ def copy_tree():
 def build_copy():
     copy_tree()
     print("Building the copy ...", file=sys.stderr)
-    if not (BUILD / "build.ninja").exists():
+    if not configured(TREE, BUILD):
         linker = "-fuse-ld=lld" if shutil.which("ld.lld") else ""
         run("cmake", "-G", "Ninja", "-S", TREE, "-B", BUILD, "-DCMAKE_BUILD_TYPE=None",
             "-DCMAKE_CXX_COMPILER=clang++", "-DCMAKE_CXX_FLAGS=-O0 -w -D_GLIBCXX_ASSERTIONS",
