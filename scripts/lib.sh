@@ -97,3 +97,11 @@ configure_and_build() {
 
 # run_tests PRESET [OPTION...]
 run_tests() { (cd "$root" && ctest --preset "$1" -j "$(nproc)" "${@:2}"); }
+
+# copy_tree DIR: what stands in the work tree now, but for what git ignores.
+copy_tree() {
+  mkdir -p "$1"
+  git -C "$root" ls-files -z --cached --others --exclude-standard --deduplicate |
+    (cd "$root" && while IFS= read -r -d '' file; do [ ! -e "$file" ] || printf '%s\0' "$file"; done) |
+    tar --create --directory "$root" --null --files-from - | tar --extract --directory "$1"
+}
