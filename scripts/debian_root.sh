@@ -1,17 +1,31 @@
 # Fresh Debian roots for the checks that need one: of this machine's release, from the archive that
-# this machine is set up for. Sourced, not run; for root only.
+# this machine is set up for. Sourced behind lib.sh, not run.
 
 debian_release=$(. /etc/os-release && echo "$VERSION_CODENAME")
+
+need_debian_root() {
+  [ "$(id -u)" -eq 0 ] || cannot "Not root, who alone can make a Debian root"
+  need debootstrap
+  unshare --mount true 2>/dev/null || cannot "No mounts are allowed here, which a Debian root needs"
+}
+
+# A root for one test, removed at its end: sets scratch and, in it, fresh.
+make_scratch_root() {
+  need_debian_root
+  scratch=$(mktemp -d)
+  fresh=$scratch/root
+  trap 'rm -rf --one-file-system "$scratch"' EXIT
+  make_debian_root "$fresh"
+}
 
 # make_debian_root DIR [ARCHITECTURE]
 make_debian_root() {
   local fresh=$1 architecture=${2:-$(dpkg --print-architecture)} archive
-  [ "$(id -u)" -eq 0 ] || { echo "a Debian root is made by root only" >&2; return 1; }
   archive=$(apt-get indextargets --format '$(REPO_URI) $(RELEASE)' 'Created-By: Packages' |
     awk -v release="$debian_release" '$2 == release { print $1; exit }')
   mkdir -p "$fresh"
   debootstrap --variant=minbase --arch="$architecture" "$debian_release" "$fresh" "$archive" \
-    >"$fresh.log" 2>&1 || { tail "$fresh.log" >&2; return 1; }
+    >"$fresh.log" 2>&1 || { tail "$fresh.log" >&2; cannot "debootstrap could not make a Debian root"; }
   cp -r /etc/apt/apt.conf.d "$fresh/etc/apt/"  # the way to the archive
   rm -f "$fresh"/etc/apt/apt.conf.d/docker-*  # they empty the archive of downloads and the docs
   echo force-unsafe-io >"$fresh/etc/dpkg/dpkg.cfg.d/quick"

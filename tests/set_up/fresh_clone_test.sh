@@ -2,14 +2,11 @@
 # In a fresh Debian root, a clean clone of the last commit: scripts/run and scripts/test succeed with
 # nothing prepared by hand, and leave the clone clean. Needs to be root.
 #   fresh_clone_test.sh SOURCE_DIR
-set -euo pipefail
 source_dir=$1
-scratch=$(mktemp -d)
-fresh=$scratch/root
-trap 'rm -rf --one-file-system "$scratch"' EXIT
+source "$source_dir/scripts/lib.sh"
 source "$source_dir/scripts/debian_root.sh"
 
-make_debian_root "$fresh"
+make_scratch_root
 git clone --quiet --no-local "$source_dir" "$fresh/zrt4xml"
 
 # succeeds SCRIPT: its standard output is in $scratch/shown

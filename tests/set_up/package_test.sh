@@ -3,19 +3,16 @@
 # CMake and by pkg-config, runs it and the tool, and removes the packages without a trace. Takes
 # its Debian from the archives that this machine is set up for. Needs to be root.
 #   package_test.sh SOURCE_DIR
-set -euo pipefail
 source_dir=$1
-scratch=$(mktemp -d)
-fresh=$scratch/root
-trap 'rm -rf --one-file-system "$scratch"' EXIT
+source "$source_dir/scripts/lib.sh"
 source "$source_dir/scripts/debian_root.sh"
 
+make_scratch_root
 packages=$("$source_dir/scripts/package")
 [ "$(wc -l <<<"$packages")" -eq 3 ] || { echo "not three packages: $packages"; exit 1; }
 
-make_debian_root "$fresh"
 mkdir "$fresh/packages"
-cp $packages "$fresh/packages/"
+xargs -d '\n' cp -t "$fresh/packages/" <<<"$packages"
 cp -r "$source_dir/examples" "$fresh/packages/"
 
 in_fresh() { in_debian_root "$fresh" "$@"; }

@@ -23,7 +23,7 @@ struct run_result {
 /// The tool, behind what the environment wants to run it under, such as valgrind.
 inline std::string tool() {
   const char* under = std::getenv("ZRT4_TOOL_UNDER");
-  return (under != nullptr ? std::string(under) + " " : std::string()) + ZRT4_TOOL " ";
+  return (under != nullptr ? std::string(under) + " " : std::string()) + "'" ZRT4_TOOL "' ";
 }
 
 /// Runs "zrt4xml ARGUMENTS" in a shell, with ">" and "<" as the caller writes them.

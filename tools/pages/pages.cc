@@ -1,10 +1,11 @@
-// zrt4xml_pages MANUAL TABLES: writes the manual page and the tables of the completion. Part of the
-// build, not installed.
+// zrt4xml_pages MANUAL COMPLETION PROGRAM: writes the manual page, and the completion, which is its
+// program with the tables behind. Part of the build, not installed.
 
 #include "pages.hh"
 
 #include <cstdio>
 #include <fstream>
+#include <iterator>
 
 #include "command_line.hh"
 
@@ -16,6 +17,13 @@ std::vector<std::string> values_in(const std::string& type_name) {
   const std::size_t close = type_name.find('}');
   if (open == std::string::npos || close == std::string::npos) return {};
   return CLI::detail::split(type_name.substr(open + 1, close - open - 1), ',');
+}
+
+bool read_file(const char* file, std::string& content) {
+  std::ifstream in(file);
+  content.assign(std::istreambuf_iterator<char>(in), {});
+  if (!in) std::perror(file);
+  return bool(in);
 }
 
 bool write_page(const char* file, const std::string& page) {
@@ -59,13 +67,14 @@ std::vector<const CLI::App*> subcommands_of(const CLI::App& app) {
 }
 
 int main(int argc, char** argv) {
-  if (argc != 3) {
-    std::fputs("usage: zrt4xml_pages MANUAL TABLES\n", stderr);
+  if (argc != 4) {
+    std::fputs("usage: zrt4xml_pages MANUAL COMPLETION PROGRAM\n", stderr);
     return 2;
   }
   const command_line line;
+  std::string program;
   const bool written =
       write_page(argv[1], manual_page(line.app, ZRT4_VERSION, ZRT4_VERSION_DATE)) &&
-      write_page(argv[2], completion_tables(line.app));
+      read_file(argv[3], program) && write_page(argv[2], program + completion_tables(line.app));
   return written ? 0 : 2;
 }
