@@ -12,7 +12,7 @@
 
 namespace zrt4::detail {
 
-constexpr int event_type_count = 32;
+constexpr int event_type_count = ZRT4_EV_EVMAX;
 
 /// Whether channels of an event type are looked up by DAQ name, and not by property.
 inline bool found_by_daq_name(int event_type) {
