@@ -38,8 +38,8 @@ void choose_code_page() {
 exit_code flushed(exit_code result) {
   errno = 0;
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return result;
-  insist("standard output", errno != 0 ? std::strerror(errno) : "write error");
-  return exit_no_use;
+  report_always("standard output", errno != 0 ? std::strerror(errno) : "write error");
+  return exit_trouble;
 }
 
 exit_code execute(const std::string& subcommand, const arguments& given) {
@@ -61,14 +61,14 @@ exit_code executed(const std::string& subcommand, const arguments& given) {
   try {
     return execute(subcommand, given);
   } catch (const bad_document& reason) {
-    complain(reason.file + reason.place, reason.what());
-    return exit_bad_document;
+    report(reason.file + reason.place, reason.what());
+    return exit_not_fine;
   } catch (const file_error& reason) {
-    insist(reason.file, reason.what());
+    report_always(reason.file, reason.what());
   } catch (const std::runtime_error& reason) {
-    insist(given.files.empty() ? given.file : given.files.front(), reason.what());
+    report_always(given.files.empty() ? given.file : given.files.front(), reason.what());
   }
-  return exit_no_use;
+  return exit_trouble;
 }
 
 int run(int argc, char** argv) {
@@ -77,7 +77,7 @@ int run(int argc, char** argv) {
   try {
     line.app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return line.app.exit(error) == 0 ? flushed(exit_fine) : exit_no_use;
+    return line.app.exit(error) == 0 ? flushed(exit_fine) : exit_trouble;
   }
 
   if (given.quiet) be_quiet();
@@ -95,9 +95,9 @@ int main(int argc, char** argv) {
   try {
     return run(argc, argv);
   } catch (const std::exception& exception) {
-    insist("error", exception.what());
+    report_always("error", exception.what());
   } catch (...) {
-    insist("error", "out of memory");
+    report_always("error", "out of memory");
   }
-  return exit_no_use;
+  return exit_trouble;
 }

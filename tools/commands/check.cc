@@ -21,8 +21,8 @@ struct checked {
   bool is_fine() const { return errors == 0 && found.empty(); }
 };
 
-// What the readers say on their way is said again below, with file, line and column.
-checked read_and_look(input_file& file) {
+// What the readers print is among the findings, with file, line and column.
+checked check_document(input_file& file) {
   const document_kind& kind = kind_of(file);
   const progress shown(file.name());
   const quiet_output remarks;
@@ -67,18 +67,18 @@ json to_json(const std::string& file, const checked& result) {
 
 }  // namespace
 
-exit_code check(const std::vector<std::string>& files, look wanted) {
+exit_code check(const std::vector<std::string>& files, answer_format wanted) {
   json result = json_head("check");
   json& documents = result["documents"] = json::array();
   const exit_code code = for_each_file(
       files,
       [&](input_file& file) {
-        const checked one = read_and_look(file);
-        if (wanted == look::text) print(file.name(), one);
-        if (wanted == look::json) documents.push_back(to_json(file.name(), one));
-        return one.is_fine() ? exit_fine : exit_bad_document;
+        const checked one = check_document(file);
+        if (wanted == answer_format::text) print(file.name(), one);
+        if (wanted == answer_format::json) documents.push_back(to_json(file.name(), one));
+        return one.is_fine() ? exit_fine : exit_not_fine;
       },
       [&](const unusable_file& file) { documents.push_back(json_of_unusable(file)); });
-  if (wanted == look::json) print_json(result);
+  if (wanted == answer_format::json) print_json(result);
   return code;
 }

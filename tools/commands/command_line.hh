@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "answer_format.hh"
 #include "convert.hh"
-#include "look.hh"
 
 /// What the subcommands were given.
 struct arguments {
@@ -30,7 +30,9 @@ struct arguments {
   output_format to() const;
   /// Standard input is there only once.
   bool name_standard_input_twice() const;
-  look wanted() const { return as_json ? look::json : quiet ? look::nothing : look::text; }
+  answer_format wanted() const {
+    return as_json ? answer_format::json : quiet ? answer_format::nothing : answer_format::text;
+  }
 };
 
 struct command_line {

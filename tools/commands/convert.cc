@@ -67,9 +67,9 @@ exit_code finish(exit_code result, const std::string& content, const std::string
   if (result == exit_fine || is_standard_output(output)) {
     write_output(output, content);
   } else {
-    complain(output,
-             "not written, because not all went well; without -o, standard output takes what "
-             "there is");
+    report(output,
+           "not written, because not all went well; without -o, standard output takes what "
+           "there is");
   }
   return result;
 }
@@ -79,10 +79,10 @@ exit_code write_channels(exit_code result, const std::string& file, zrt4::channe
   writable fit;
   if (is_xml(format)) fit = check_channels(file, list);
   if (!fit.at_all) {
-    complain(file, "nothing is written: the document could not be read back");
-    return exit_bad_document;
+    report(file, "nothing is written: the document could not be read back");
+    return exit_not_fine;
   }
-  if (!fit.wholly) result = exit_bad_document;
+  if (!fit.wholly) result = exit_not_fine;
   return finish(result, text_of(list, format), output);
 }
 
@@ -104,8 +104,8 @@ exit_code convert_dictionary(input_file& file, output_format to, const std::stri
   typename Width::dictionary list;
   exit_code result = exit_fine;
   if (const int errors = read_into(list, file); errors != 0) {
-    complain_of_errors(file.name(), errors, "what could be read is converted");
-    result = exit_bad_document;
+    report_errors(file.name(), errors, "what could be read is converted");
+    result = exit_not_fine;
   }
   if (to == output_format::text) {
     const std::string text = dumped(
@@ -114,12 +114,12 @@ exit_code convert_dictionary(input_file& file, output_format to, const std::stri
   }
   const writable fit = check_dictionary(file.name(), list);
   if (!fit.at_all) {
-    complain(file.name(), "nothing is written: the document could not be read back");
-    return exit_bad_document;
+    report(file.name(), "nothing is written: the document could not be read back");
+    return exit_not_fine;
   }
   std::string document;
   Width::dump(list.get(), nullptr, ENV_INDX_DUMP_XML_STRING, &document);
-  if (!fit.wholly) result = exit_bad_document;
+  if (!fit.wholly) result = exit_not_fine;
   return finish(result, to_latin1(document), output);
 }
 
@@ -128,8 +128,8 @@ exit_code convert_channels(input_file& file, int dialect, output_format to,
   zrt4::channel_list list;
   exit_code result = exit_fine;
   if (const int errors = read_into(list, file, dialect, types_for(to)); errors != 0) {
-    complain_of_errors(file.name(), errors, "what could be read is converted");
-    result = exit_bad_document;
+    report_errors(file.name(), errors, "what could be read is converted");
+    result = exit_not_fine;
   }
   return write_channels(result, file.name(), list, to, output);
 }
@@ -158,8 +158,8 @@ exit_code read_to_merge(zrt4::channel_list& list, const std::string& name, outpu
   if (to == output_format::same) to = own_format(dialect);
   const int errors = read_into(list, file, dialect, types_for(to));
   if (errors == 0) return exit_fine;
-  complain_of_errors(file.name(), errors, "what could be read is merged");
-  return exit_bad_document;
+  report_errors(file.name(), errors, "what could be read is merged");
+  return exit_not_fine;
 }
 
 exit_code add_all_but_first(zrt4::channel_list& base, const std::vector<std::string>& files,
@@ -199,7 +199,7 @@ exit_code merge(const std::vector<std::string>& files, bool force, output_format
   return write_channels(std::max(first, others), shown_name(files.front()), base, to, output);
 }
 
-exit_code merge_dry_run(const std::vector<std::string>& files, bool force, look wanted) {
+exit_code merge_dry_run(const std::vector<std::string>& files, bool force, answer_format wanted) {
   zrt4::channel_list base;
   output_format to = output_format::same;
   const exit_code first = read_to_merge(base, files.front(), to);

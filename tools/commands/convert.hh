@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "answer_format.hh"
 #include "exit_code.hh"
-#include "look.hh"
 
 /// What `--to` accepts.
 enum class output_format { same, xml, variables, text, short_text };
@@ -20,6 +20,6 @@ exit_code merge(const std::vector<std::string>& files, bool force, output_format
                 const std::string& output);
 
 /// `zrt4xml merge --dry-run`: prints the differences that merging would make to the first file.
-exit_code merge_dry_run(const std::vector<std::string>& files, bool force, look wanted);
+exit_code merge_dry_run(const std::vector<std::string>& files, bool force, answer_format wanted);
 
 #endif

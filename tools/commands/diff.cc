@@ -19,7 +19,7 @@ std::string shown(const row::field& field) {
     std::string operator()(std::string_view text) const { return '"' + printable(text) + '"'; }
   } to_text;
   std::string result = std::visit(to_text, field.value);
-  if (!field.says.empty()) result.append(" ").append(field.says);
+  if (!field.number_name.empty()) result.append(" ").append(field.number_name);
   return result;
 }
 
@@ -36,9 +36,9 @@ void print(const difference& each, const std::string& indent) {
   static constexpr struct {
     const char* sign;
     colour hue;
-  } looks[] = {{"+ ", colour::green}, {"- ", colour::red}, {"~ ", colour::yellow}};
-  const auto& look = looks[static_cast<std::size_t>(each.what)];
-  std::printf("%s%s\n", indent.c_str(), coloured(look.hue, look.sign + headline(each)).c_str());
+  } styles[] = {{"+ ", colour::green}, {"- ", colour::red}, {"~ ", colour::yellow}};
+  const auto& style = styles[static_cast<std::size_t>(each.what)];
+  std::printf("%s%s\n", indent.c_str(), coloured(style.hue, style.sign + headline(each)).c_str());
   for (const difference::field& field : each.fields) {
     std::printf("%s    %s: %s -> %s\n", indent.c_str(), std::string(field.before->name).c_str(),
                 shown(*field.before).c_str(), shown(*field.after).c_str());
@@ -92,14 +92,14 @@ side load(const std::string& file_name) {
   const document_kind& kind = kind_of(file);
   side result{file.name(), &kind, kind.load(file)};
   if (const int errors = result.document.errors; errors != 0) {
-    complain_of_errors(file.name(), errors, "what could be read is compared");
+    report_errors(file.name(), errors, "what could be read is compared");
   }
   return result;
 }
 
 }  // namespace
 
-exit_code diff(const std::string& before, const std::string& after, look wanted) {
+exit_code diff(const std::string& before, const std::string& after, answer_format wanted) {
   side old_one = load(before);
   side new_one = load(after);
   const std::string_view type = old_one.kind->record_name;
@@ -112,14 +112,14 @@ exit_code diff(const std::string& before, const std::string& after, look wanted)
   print_differences("diff", old_one.name, new_one.name, found, wanted);
   const bool all_well =
       found.empty() && old_one.document.errors == 0 && new_one.document.errors == 0;
-  return all_well ? exit_fine : exit_bad_document;
+  return all_well ? exit_fine : exit_not_fine;
 }
 
 void print_differences(std::string_view subcommand, const std::string& before,
                        const std::string& after, const std::vector<difference>& found,
-                       look wanted) {
-  if (wanted == look::text) print(before, after, found);
-  if (wanted == look::json) {
+                       answer_format wanted) {
+  if (wanted == answer_format::text) print(before, after, found);
+  if (wanted == answer_format::json) {
     json result = json_head(subcommand);
     result["before"] = to_utf8(before);
     result["after"] = to_utf8(after);

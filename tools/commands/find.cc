@@ -39,15 +39,15 @@ exit_code load(loaded_channels& channels, input_file& file) {
   std::string text = variables ? file.content() : std::string();
   std::vector<char*> source{variables ? text.data() : file.path()};
   const quiet_output remarks;
-  const int failed = read_and_tell(file, [&] {
+  const int failed = read_and_report(file, [&] {
     return reader.get_descriptions(&source, nullptr, channels.list.get(), true) ? 1 : 0;
   });
   if (failed == 0) {
     for (const chan_descr_2010& channel : channels.list) channels.event_types |= channel.ev_type;
     return exit_fine;
   }
-  complain(file.name(), "not read cleanly; what could be read is searched");
-  return exit_bad_document;
+  report(file.name(), "not read cleanly; what could be read is searched");
+  return exit_not_fine;
 }
 
 struct answer {
@@ -148,17 +148,17 @@ std::optional<int> event_type_of(const std::string& text) {
 }
 
 exit_code find(const std::vector<std::string>& files, const std::string& name,
-               std::optional<int> event, look wanted) {
+               std::optional<int> event, answer_format wanted) {
   loaded_channels channels;
   const exit_code loaded = for_each_file(
       files, [&](input_file& file) { return load(channels, file); }, [](const unusable_file&) {});
   const answer found{find_channel(channels.list, name), event,
                      event && is_selected(channels, name, *event)};
-  if (found.channel == nullptr && wanted == look::text && !channels.list.empty()) {
-    complain(name, "no channel has this DAQ name or property");
+  if (found.channel == nullptr && wanted == answer_format::text && !channels.list.empty()) {
+    report(name, "no channel has this DAQ name or property");
   }
-  if (wanted == look::text) print(found);
-  if (wanted == look::json) print_json(to_json(found, name));
+  if (wanted == answer_format::text) print(found);
+  if (wanted == answer_format::json) print_json(to_json(found, name));
   const bool is_yes = found.channel != nullptr && (!event || found.selected);
-  return std::max(loaded, is_yes ? exit_fine : exit_bad_document);
+  return std::max(loaded, is_yes ? exit_fine : exit_not_fine);
 }

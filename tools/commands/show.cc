@@ -9,10 +9,10 @@
 
 namespace {
 
-exit_code told(const input_file& file, int errors) {
+exit_code report_result(const input_file& file, int errors) {
   if (errors == 0) return exit_fine;
-  complain_of_errors(file.name(), errors, "what could be read is shown");
-  return exit_bad_document;
+  report_errors(file.name(), errors, "what could be read is shown");
+  return exit_not_fine;
 }
 
 }  // namespace
@@ -22,7 +22,7 @@ exit_code show(const std::vector<std::string>& files, const std::string& kind) {
       files,
       [&](input_file& file) {
         if (files.size() > 1) std::printf("==> %s <==\n", file.name().c_str());
-        return told(file, kind_of(file, kind).show(file));
+        return report_result(file, kind_of(file, kind).show(file));
       },
       [](const unusable_file&) {});
 }
@@ -39,7 +39,7 @@ exit_code show_json(const std::vector<std::string>& files, const std::string& ki
         shown["errors"] = document.errors;
         shown["records"] = to_json(document.rows);
         documents.push_back(std::move(shown));
-        return told(file, document.errors);
+        return report_result(file, document.errors);
       },
       [&](const unusable_file& file) { documents.push_back(json_of_unusable(file)); });
   print_json(result);

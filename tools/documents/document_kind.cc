@@ -48,11 +48,11 @@ int show_dictionary(input_file& file) {
   return errors;
 }
 
-// The library reads a damaged camera file as far as it goes, without a word.
-int damage_of_camera(input_file& file) {
-  const damage found = first_damage(file.path());
+// The library reads a damaged camera file as far as it goes and reports nothing.
+int report_first_error(input_file& file) {
+  const xml_error found = first_xml_error(file.path());
   if (found.text.empty()) return 0;
-  complain(file.name() + found.place, "damaged here: " + found.text);
+  report(file.name() + found.place, "damaged here: " + found.text);
   return 1;
 }
 
@@ -60,12 +60,12 @@ int show_camera(input_file& file) {
   zrt4::camera_features list;
   const int errors = read_into(list, file);
   zrt4_dump_gige_descr(list.get());
-  return std::max(errors, damage_of_camera(file));
+  return std::max(errors, report_first_error(file));
 }
 
 loaded_document load_camera(input_file& file) {
   loaded_document document = load<zrt4::camera_features>(file);
-  document.errors = std::max(document.errors, damage_of_camera(file));
+  document.errors = std::max(document.errors, report_first_error(file));
   return document;
 }
 
@@ -132,9 +132,9 @@ file_error wrong_kind(const input_file& file, const document_kind& kind,
           "of another kind (" + std::string(kind.description) + ") than is needed here: " + wanted};
 }
 
-std::string records_of(const document_kind& kind, std::size_t count) {
-  return std::to_string(count) + " " +
-         std::string(count == 1 ? kind.record_name : kind.records_name);
+std::string records_of(const document_kind& kind, std::size_t number) {
+  return std::to_string(number) + " " +
+         std::string(number == 1 ? kind.record_name : kind.records_name);
 }
 
 std::vector<std::string> kind_names() {

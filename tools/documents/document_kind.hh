@@ -42,7 +42,7 @@ const document_kind& kind_of(input_file& file, std::string_view name = {});
 file_error wrong_kind(const input_file& file, const document_kind& kind, const std::string& wanted);
 
 /// "3 channels".
-std::string records_of(const document_kind& kind, std::size_t count);
+std::string records_of(const document_kind& kind, std::size_t number);
 
 /// Names for --kind.
 std::vector<std::string> kind_names();

@@ -82,7 +82,7 @@ json to_json(const row& record) {
   for (const row::field& field : record.fields) {
     const std::string name(field.name);
     object[name] = to_json(field.value);
-    if (!field.says.empty()) object[name + "_name"] = field.says;
+    if (!field.number_name.empty()) object[name + "_name"] = field.number_name;
   }
   for (const row_group& group : record.groups) {
     object[std::string(group.name)] = to_json(group.rows);

@@ -26,7 +26,7 @@ json to_json(const cell& value);
 /// The head of everything printed: the version of the format, the subcommand.
 json json_head(std::string_view subcommand);
 
-/// The head of what is told about one file; `kind` is empty when it could not be used.
+/// The head of what is printed about one file; `kind` is empty when it could not be used.
 json json_of_file(const std::string& name, std::string_view kind);
 json json_of_unusable(const unusable_file& file);
 
