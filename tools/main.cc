@@ -17,7 +17,7 @@
 #include "convert.hh"
 #include "descriptor.hh"
 #include "diff.hh"
-#include "document_kind.hh"
+#include "file_error.hh"
 #include "find.hh"
 #include "message.hh"
 #include "show.hh"

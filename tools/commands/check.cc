@@ -5,7 +5,7 @@
 
 #include "each_file.hh"
 #include "findings.hh"
-#include "json.hh"
+#include "json_answer.hh"
 #include "progress.hh"
 #include "quiet_output.hh"
 #include "terminal.hh"

@@ -5,11 +5,11 @@
 #include <map>
 #include <string_view>
 
-#include "bad_document.hh"
 #include "descriptor.hh"
 #include "diff.hh"
 #include "document_kind.hh"
 #include "documents.hh"
+#include "file_error.hh"
 #include "input_file.hh"
 #include "latin1.hh"
 #include "message.hh"

@@ -3,11 +3,12 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
-#include "bad_document.hh"
 #include "document_kind.hh"
+#include "file_error.hh"
 #include "input_file.hh"
-#include "json.hh"
+#include "json_answer.hh"
 #include "message.hh"
+#include "row_json.hh"
 #include "terminal.hh"
 
 namespace {

@@ -7,6 +7,7 @@
 
 #include "bad_document.hh"
 #include "exit_code.hh"
+#include "file_error.hh"
 #include "input_file.hh"
 #include "message.hh"
 

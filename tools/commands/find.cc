@@ -11,7 +11,7 @@
 #include "documents.hh"
 #include "each_file.hh"
 #include "event_util.hh"
-#include "json.hh"
+#include "json_answer.hh"
 #include "quiet_output.hh"
 #include "selector_rules.hh"
 #include "type_masks.hh"

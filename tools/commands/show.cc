@@ -5,7 +5,8 @@
 
 #include "document_kind.hh"
 #include "each_file.hh"
-#include "json.hh"
+#include "json_answer.hh"
+#include "row_json.hh"
 
 namespace {
 

@@ -7,7 +7,8 @@
 
 #include "document_kind.hh"
 #include "each_file.hh"
-#include "json.hh"
+#include "json_answer.hh"
+#include "row_json.hh"
 #include "terminal.hh"
 
 namespace {

@@ -5,6 +5,7 @@
 
 #include "bad_document.hh"
 #include "documents.hh"
+#include "file_error.hh"
 #include "input_file.hh"
 #include "message.hh"
 #include "quiet_output.hh"
