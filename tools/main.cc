@@ -44,7 +44,7 @@ exit_code flushed(exit_code result) {
 
 exit_code execute(const std::string& subcommand, const arguments& given) {
   if (subcommand == "show") {
-    return (given.as_json ? show_json : show)(given.files, given.kind);
+    return (given.as_json ? show_json : show)(given.files, kind_named(given.kind));
   }
   if (subcommand == "find") {
     return find(given.files, given.name, event_type_of(given.event), given.wanted());

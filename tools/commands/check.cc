@@ -13,7 +13,7 @@
 namespace {
 
 struct checked {
-  const document_kind& kind;
+  document_kind kind;
   std::size_t records;
   int errors;
   std::vector<finding> found;
@@ -23,18 +23,19 @@ struct checked {
 
 // What the readers print is among the findings, with file, line and column.
 checked check_document(input_file& file) {
-  const document_kind& kind = kind_of(file);
+  const document_kind kind = kind_of(file);
   const progress shown(file.name());
   const quiet_output remarks;
   const quiet_output errors(STDERR_FILENO);
-  const loaded_document document = kind.load(file);
+  const loaded_document document = traits_of(kind).load(file);
   return {kind, document.rows.size(), document.errors, findings_of(file, kind, document)};
 }
 
 void print(const std::string& file, const checked& result) {
-  const std::string line =
-      std::string(result.kind.description) + ", " + records_of(result.kind, result.records) + ", " +
-      std::to_string(result.errors) + (result.errors == 1 ? " error" : " errors");
+  const std::string line = std::string(traits_of(result.kind).description) + ", " +
+                           records_of(result.kind, result.records) + ", " +
+                           std::to_string(result.errors) +
+                           (result.errors == 1 ? " error" : " errors");
   const colour hue = result.is_fine()     ? colour::green
                      : result.errors == 0 ? colour::yellow
                                           : colour::red;
@@ -49,7 +50,7 @@ void print(const std::string& file, const checked& result) {
 }
 
 json to_json(const std::string& file, const checked& result) {
-  json shown = json_of_file(file, result.kind.name);
+  json shown = json_of_file(file, traits_of(result.kind).name);
   shown["errors"] = result.errors;
   shown["record_count"] = result.records;
   json& list = shown["findings"] = json::array();

@@ -8,24 +8,19 @@
 #include "descriptor.hh"
 #include "diff.hh"
 #include "document_kind.hh"
-#include "documents.hh"
 #include "file_error.hh"
 #include "input_file.hh"
 #include "latin1.hh"
 #include "message.hh"
 #include "output_file.hh"
 #include "quiet_output.hh"
+#include "reading.hh"
 #include "writable.hh"
 
 namespace {
 
 bool is_xml(output_format format) {
   return format == output_format::xml || format == output_format::variables;
-}
-
-int dialect_of(const input_file& file, const document_kind& kind) {
-  if (!kind.is_channels()) throw wrong_kind(file, kind, "channel descriptions");
-  return kind.name == "channels" ? ZRT4_FORMAT : MORV_FORMAT;
 }
 
 output_format own_format(int dialect) {
@@ -154,7 +149,9 @@ void add(zrt4::channel_list& base, zrt4::channel_list& from, bool force) {
 // The first file read chooses what `same` means.
 exit_code read_to_merge(zrt4::channel_list& list, const std::string& name, output_format& to) {
   input_file file(name);
-  const int dialect = dialect_of(file, kind_of(file));
+  const document_kind kind = kind_of(file);
+  if (!is_channels(kind)) throw wrong_kind(file, kind, "channel descriptions");
+  const int dialect = dialect_of(kind);
   if (to == output_format::same) to = own_format(dialect);
   const int errors = read_into(list, file, dialect, types_for(to));
   if (errors == 0) return exit_fine;
@@ -178,17 +175,17 @@ exit_code add_all_but_first(zrt4::channel_list& base, const std::vector<std::str
 exit_code convert(const std::string& file_name, output_format to, bool wide,
                   const std::string& output) {
   input_file file(file_name);
-  const document_kind& kind = kind_of(file);
-  if (kind.name == "dictionary") {
+  const document_kind kind = kind_of(file);
+  if (kind == document_kind::dictionary) {
     if (to != output_format::xml && to != output_format::text) {
       throw file_error(file.name(), "a dictionary converts to xml or text only");
     }
     return wide ? convert_dictionary<wide_2010>(file, to, output)
                 : convert_dictionary<narrow>(file, to, output);
   }
-  if (!kind.is_channels()) throw wrong_kind(file, kind, "channel descriptions or a dictionary");
+  if (!is_channels(kind)) throw wrong_kind(file, kind, "channel descriptions or a dictionary");
   if (wide) throw file_error(file.name(), "--wide is for dictionaries only");
-  return convert_channels(file, dialect_of(file, kind), to, output);
+  return convert_channels(file, dialect_of(kind), to, output);
 }
 
 exit_code merge(const std::vector<std::string>& files, bool force, output_format to,

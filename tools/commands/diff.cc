@@ -84,14 +84,14 @@ json to_json(const std::vector<difference>& found) {
 
 struct side {
   std::string name;
-  const document_kind* kind = nullptr;
+  document_kind kind;
   loaded_document document;
 };
 
 side load(const std::string& file_name) {
   input_file file(file_name);
-  const document_kind& kind = kind_of(file);
-  side result{file.name(), &kind, kind.load(file)};
+  const document_kind kind = kind_of(file);
+  side result{file.name(), kind, traits_of(kind).load(file)};
   if (const int errors = result.document.errors; errors != 0) {
     report_errors(file.name(), errors, "what could be read is compared");
   }
@@ -103,13 +103,17 @@ side load(const std::string& file_name) {
 exit_code diff(const std::string& before, const std::string& after, answer_format wanted) {
   side old_one = load(before);
   side new_one = load(after);
-  const std::string_view type = old_one.kind->record_name;
-  if (type != new_one.kind->record_name) {
-    throw file_error(new_one.name, "of another kind (" + std::string(new_one.kind->description) +
+  const kind_traits& old_kind = traits_of(old_one.kind);
+  const kind_traits& new_kind = traits_of(new_one.kind);
+  const bool comparable =
+      old_one.kind == new_one.kind || (is_channels(old_one.kind) && is_channels(new_one.kind));
+  if (!comparable) {
+    throw file_error(new_one.name, "of another kind (" + std::string(new_kind.description) +
                                        ") than " + old_one.name + " (" +
-                                       std::string(old_one.kind->description) + ")");
+                                       std::string(old_kind.description) + ")");
   }
-  const auto found = differences(old_one.document.rows, new_one.document.rows, type);
+  const auto found =
+      differences(old_one.document.rows, new_one.document.rows, old_kind.record_name);
   print_differences("diff", old_one.name, new_one.name, found, wanted);
   const bool all_well =
       found.empty() && old_one.document.errors == 0 && new_one.document.errors == 0;

@@ -8,11 +8,11 @@
 
 #include "descr_extractor.hh"
 #include "document_kind.hh"
-#include "documents.hh"
 #include "each_file.hh"
 #include "event_util.hh"
 #include "json_answer.hh"
 #include "quiet_output.hh"
+#include "reading.hh"
 #include "selector_rules.hh"
 #include "type_masks.hh"
 
@@ -30,9 +30,9 @@ struct loaded_channels {
 };
 
 exit_code load(loaded_channels& channels, input_file& file) {
-  const document_kind& kind = kind_of(file);
-  const bool variables = kind.name == "variables";
-  if (!kind.is_channels()) throw wrong_kind(file, kind, "channel descriptions");
+  const document_kind kind = kind_of(file);
+  const bool variables = kind == document_kind::variables;
+  if (!is_channels(kind)) throw wrong_kind(file, kind, "channel descriptions");
   descr_extractor reader;
   // Only a text makes masks of the variable dialect's event types.
   reader.set_mode(variables ? EXTR_FROM_XML : EXTR_FROM_FILE);

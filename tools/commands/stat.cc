@@ -100,17 +100,18 @@ exit_code stat(const std::vector<std::string>& files, answer_format wanted) {
   const exit_code code = for_each_file(
       files,
       [&](input_file& file) {
-        const document_kind& kind = kind_of(file);
-        const loaded_document document = kind.load(file);
+        const document_kind kind = kind_of(file);
+        const loaded_document document = traits_of(kind).load(file);
         const std::vector<field_tallies> tallies = tally_fields(document.rows);
         if (wanted == answer_format::json) {
-          json shown = json_of_file(file.name(), kind.name);
+          json shown = json_of_file(file.name(), traits_of(kind).name);
           shown["errors"] = document.errors;
           shown["record_count"] = document.rows.size();
           shown["counts"] = to_json(tallies);
           documents.push_back(std::move(shown));
         } else {
-          std::printf("%s: %s, %s\n", file.name().c_str(), std::string(kind.description).c_str(),
+          std::printf("%s: %s, %s\n", file.name().c_str(),
+                      std::string(traits_of(kind).description).c_str(),
                       records_of(kind, document.rows.size()).c_str());
           for (const field_tallies& each : tallies) print(each);
         }

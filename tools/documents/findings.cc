@@ -257,16 +257,16 @@ void find_duplicate_features(const std::vector<row>& records, element_pass& pass
 
 }  // namespace
 
-std::vector<finding> findings_of(input_file& file, const document_kind& kind,
+std::vector<finding> findings_of(input_file& file, document_kind kind,
                                  const loaded_document& document) {
-  const bool is_camera = kind.record_name == "feature";
-  element_pass pass(kind.elements);
+  const bool is_camera = kind == document_kind::camera;
+  element_pass pass(traits_of(kind).elements);
   const std::string thrown =
       scan_document(file.path(), pass,
                     is_camera ? xercesc::SAXParser::Val_Never : xercesc::SAXParser::Val_Auto, true);
   if (!thrown.empty()) pass.found.push_back({"damage", thrown});
   pass.finish();
-  if (kind.record_name == "channel") find_nameless_channels(document.rows, pass);
+  if (is_channels(kind)) find_nameless_channels(document.rows, pass);
   if (is_camera) find_duplicate_features(document.rows, pass);
   std::stable_sort(pass.found.begin(), pass.found.end(), [](const finding& a, const finding& b) {
     return std::tie(a.line, a.column) < std::tie(b.line, b.column);

@@ -1,4 +1,4 @@
-#include "documents.hh"
+#include "reading.hh"
 
 #include <unistd.h>
 

@@ -1,5 +1,5 @@
-#ifndef DOCUMENTS_HH
-#define DOCUMENTS_HH
+#ifndef READING_HH
+#define READING_HH
 
 // Files of the command line, read into the library's lists. Each returns the number of errors;
 // those of XML are reported as FILE:LINE:COLUMN.
