@@ -8,20 +8,13 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
-#include <string>
-#include <vector>
+#include <stdexcept>
 
 #include "bad_document.hh"
-#include "check.hh"
 #include "command_line.hh"
-#include "convert.hh"
 #include "descriptor.hh"
-#include "diff.hh"
 #include "file_error.hh"
-#include "find.hh"
 #include "message.hh"
-#include "show.hh"
-#include "stat.hh"
 #include "zrt4xml.hh"
 
 namespace {
@@ -42,24 +35,10 @@ exit_code flushed(exit_code result) {
   return exit_trouble;
 }
 
-exit_code execute(const std::string& subcommand, const arguments& given) {
-  if (subcommand == "show") {
-    return (given.as_json ? show_json : show)(given.files, kind_named(given.kind));
-  }
-  if (subcommand == "find") {
-    return find(given.files, given.name, event_type_of(given.event), given.wanted());
-  }
-  if (subcommand == "check") return check(given.files, given.wanted());
-  if (subcommand == "diff") return diff(given.file, given.other, given.wanted());
-  if (subcommand == "stat") return stat(given.files, given.wanted());
-  if (subcommand == "convert") return convert(given.file, given.to(), given.wide, given.output);
-  if (given.dry_run) return merge_dry_run(given.files, given.force, given.wanted());
-  return merge(given.files, given.force, given.to(), given.output);
-}
-
-exit_code executed(const std::string& subcommand, const arguments& given) {
+exit_code execute(const command_line& line) {
+  const arguments& given = line.given;
   try {
-    return execute(subcommand, given);
+    return line.execute();
   } catch (const bad_document& reason) {
     report(reason.file + reason.place, reason.what());
     return exit_not_fine;
@@ -73,19 +52,18 @@ exit_code executed(const std::string& subcommand, const arguments& given) {
 
 int run(int argc, char** argv) {
   command_line line;
-  const arguments& given = line.given;
   try {
     line.app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return line.app.exit(error) == 0 ? flushed(exit_fine) : exit_trouble;
   }
 
-  if (given.quiet) be_quiet();
+  if (line.given.quiet) be_quiet();
   // A reader that went away is no error, however this process was started.
   std::signal(SIGPIPE, SIG_DFL);
   choose_code_page();
   const zrt4::xml_session in_use;
-  return flushed(executed(line.app.get_subcommands().front()->get_name(), given));
+  return flushed(execute(line));
 }
 
 }  // namespace

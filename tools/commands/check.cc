@@ -68,18 +68,18 @@ json to_json(const std::string& file, const checked& result) {
 
 }  // namespace
 
-exit_code check(const std::vector<std::string>& files, answer_format wanted) {
+exit_code check(const std::vector<std::string>& files, answer_format format) {
   json result = json_head("check");
   json& documents = result["documents"] = json::array();
   const exit_code code = for_each_file(
       files,
       [&](input_file& file) {
         const checked one = check_document(file);
-        if (wanted == answer_format::text) print(file.name(), one);
-        if (wanted == answer_format::json) documents.push_back(to_json(file.name(), one));
-        return one.is_fine() ? exit_fine : exit_not_fine;
+        if (format == answer_format::text) print(file.name(), one);
+        if (format == answer_format::json) documents.push_back(to_json(file.name(), one));
+        return fine_if(one.is_fine());
       },
       [&](const unusable_file& file) { documents.push_back(json_of_unusable(file)); });
-  if (wanted == answer_format::json) print_json(result);
+  if (format == answer_format::json) print_json(result);
   return code;
 }

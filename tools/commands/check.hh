@@ -9,6 +9,6 @@
 
 /// `zrt4xml check`: reads each document and prints in one line what it is, then what a person wants
 /// to know about it; exit code 1 when there is anything.
-exit_code check(const std::vector<std::string>& files, answer_format wanted);
+exit_code check(const std::vector<std::string>& files, answer_format format);
 
 #endif

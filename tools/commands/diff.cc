@@ -92,15 +92,13 @@ side load(const std::string& file_name) {
   input_file file(file_name);
   const document_kind kind = kind_of(file);
   side result{file.name(), kind, traits_of(kind).load(file)};
-  if (const int errors = result.document.errors; errors != 0) {
-    report_errors(file.name(), errors, "what could be read is compared");
-  }
+  report_errors(file.name(), result.document.errors, "what could be read is compared");
   return result;
 }
 
 }  // namespace
 
-exit_code diff(const std::string& before, const std::string& after, answer_format wanted) {
+exit_code diff(const std::string& before, const std::string& after, answer_format format) {
   side old_one = load(before);
   side new_one = load(after);
   const kind_traits& old_kind = traits_of(old_one.kind);
@@ -114,17 +112,17 @@ exit_code diff(const std::string& before, const std::string& after, answer_forma
   }
   const auto found =
       differences(old_one.document.rows, new_one.document.rows, old_kind.record_name);
-  print_differences("diff", old_one.name, new_one.name, found, wanted);
+  print_differences("diff", old_one.name, new_one.name, found, format);
   const bool all_well =
       found.empty() && old_one.document.errors == 0 && new_one.document.errors == 0;
-  return all_well ? exit_fine : exit_not_fine;
+  return fine_if(all_well);
 }
 
 void print_differences(std::string_view subcommand, const std::string& before,
                        const std::string& after, const std::vector<difference>& found,
-                       answer_format wanted) {
-  if (wanted == answer_format::text) print(before, after, found);
-  if (wanted == answer_format::json) {
+                       answer_format format) {
+  if (format == answer_format::text) print(before, after, found);
+  if (format == answer_format::json) {
     json result = json_head(subcommand);
     result["before"] = to_utf8(before);
     result["after"] = to_utf8(after);

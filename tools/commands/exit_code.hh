@@ -11,4 +11,8 @@ enum exit_code {
   exit_trouble = 2
 };
 
+constexpr exit_code fine_if(bool all_well) {
+  return all_well ? exit_fine : exit_not_fine;
+}
+
 #endif

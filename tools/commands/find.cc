@@ -148,17 +148,17 @@ std::optional<int> event_type_of(const std::string& text) {
 }
 
 exit_code find(const std::vector<std::string>& files, const std::string& name,
-               std::optional<int> event, answer_format wanted) {
+               std::optional<int> event, answer_format format) {
   loaded_channels channels;
   const exit_code loaded = for_each_file(
       files, [&](input_file& file) { return load(channels, file); }, [](const unusable_file&) {});
   const answer found{find_channel(channels.list, name), event,
                      event && is_selected(channels, name, *event)};
-  if (found.channel == nullptr && wanted == answer_format::text && !channels.list.empty()) {
+  if (found.channel == nullptr && format == answer_format::text && !channels.list.empty()) {
     report(name, "no channel has this DAQ name or property");
   }
-  if (wanted == answer_format::text) print(found);
-  if (wanted == answer_format::json) print_json(to_json(found, name));
+  if (format == answer_format::text) print(found);
+  if (format == answer_format::json) print_json(to_json(found, name));
   const bool is_yes = found.channel != nullptr && (!event || found.selected);
-  return std::max(loaded, is_yes ? exit_fine : exit_not_fine);
+  return std::max(loaded, fine_if(is_yes));
 }

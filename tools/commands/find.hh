@@ -15,6 +15,6 @@ std::optional<int> event_type_of(const std::string& text);
 /// find by `name`, and, with `event`, whether it selects the name for that event type. Exit code 1
 /// when not.
 exit_code find(const std::vector<std::string>& files, const std::string& name,
-               std::optional<int> event, answer_format wanted);
+               std::optional<int> event, answer_format format);
 
 #endif

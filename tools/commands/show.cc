@@ -10,9 +10,8 @@
 namespace {
 
 exit_code report_result(const input_file& file, int errors) {
-  if (errors == 0) return exit_fine;
   report_errors(file.name(), errors, "what could be read is shown");
-  return exit_not_fine;
+  return fine_if(errors == 0);
 }
 
 }  // namespace

@@ -94,7 +94,7 @@ json to_json(const std::vector<field_tallies>& all) {
 
 }  // namespace
 
-exit_code stat(const std::vector<std::string>& files, answer_format wanted) {
+exit_code stat(const std::vector<std::string>& files, answer_format format) {
   json result = json_head("stat");
   json& documents = result["documents"] = json::array();
   const exit_code code = for_each_file(
@@ -103,7 +103,7 @@ exit_code stat(const std::vector<std::string>& files, answer_format wanted) {
         const document_kind kind = kind_of(file);
         const loaded_document document = traits_of(kind).load(file);
         const std::vector<field_tallies> tallies = tally_fields(document.rows);
-        if (wanted == answer_format::json) {
+        if (format == answer_format::json) {
           json shown = json_of_file(file.name(), traits_of(kind).name);
           shown["errors"] = document.errors;
           shown["record_count"] = document.rows.size();
@@ -115,11 +115,10 @@ exit_code stat(const std::vector<std::string>& files, answer_format wanted) {
                       records_of(kind, document.rows.size()).c_str());
           for (const field_tallies& each : tallies) print(each);
         }
-        if (document.errors == 0) return exit_fine;
         report_errors(file.name(), document.errors, "what could be read is counted");
-        return exit_not_fine;
+        return fine_if(document.errors == 0);
       },
       [&](const unusable_file& file) { documents.push_back(json_of_unusable(file)); });
-  if (wanted == answer_format::json) print_json(result);
+  if (format == answer_format::json) print_json(result);
   return code;
 }

@@ -9,6 +9,6 @@
 
 /// `zrt4xml stat`: counts the records of each document by event type, data type, subsystem and
 /// stream, features by type; with bars on a terminal.
-exit_code stat(const std::vector<std::string>& files, answer_format wanted);
+exit_code stat(const std::vector<std::string>& files, answer_format format);
 
 #endif

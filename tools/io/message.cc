@@ -28,6 +28,7 @@ void report_always(const std::string& file, const std::string& text) {
 }
 
 void report_errors(const std::string& file, int errors, const std::string& rest) {
+  if (errors == 0) return;
   report(file, "not read cleanly (" + std::to_string(errors) +
                    (errors == 1 ? " error" : " errors") + "); " + rest);
 }

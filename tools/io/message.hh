@@ -11,7 +11,8 @@ void report(const std::string& file, const std::string& text);
 /// About what makes the exit code 2. Printed even when the tool was asked to be quiet.
 void report_always(const std::string& file, const std::string& text);
 
-/// Reports the number of errors while reading `file`, and what becomes of the rest.
+/// Reports the number of errors while reading `file`, if there were any, and what becomes of the
+/// rest.
 void report_errors(const std::string& file, int errors, const std::string& rest);
 
 /// From now on nothing but `report_always` writes to standard error, the library's messages
