@@ -44,28 +44,28 @@ class text_check {
 }  // namespace
 
 writable check_channels(const std::string& file, const zrt4::channel_list& channels) {
-  text_check found(file);
+  text_check texts(file);
   for (const chan_descr_2010& channel : channels) {
     const std::string name = channel.prop_name;
-    found.record(name, channel);
-    for (const bit_descr* bit : channel.bits) found.record(name, *bit);
+    texts.record(name, channel);
+    for (const bit_descr* bit : channel.bits) texts.record(name, *bit);
     for (const dim_descr* dim : channel.dims) {
-      found.record(name, *dim);
-      for (const stat_descr* stat : dim->stats) found.record(name, *stat);
+      texts.record(name, *dim);
+      for (const stat_descr* stat : dim->stats) texts.record(name, *stat);
     }
   }
-  return found.result;
+  return texts.result;
 }
 
 template <class Entry>
 writable check_dictionary(const std::string& file,
                           const zrt4::basic_env_dictionary<Entry>& entries) {
-  text_check found(file);
+  text_check texts(file);
   for (const Entry& entry : entries) {
-    found.text(entry.data.env_prop, zrt4::detail::env_index_names[ENV_INDX_PROP],
+    texts.text(entry.data.env_prop, zrt4::detail::env_index_names[ENV_INDX_PROP],
                entry.data.env_prop);
   }
-  return found.result;
+  return texts.result;
 }
 
 template writable check_dictionary(const std::string&, const zrt4::env_dictionary&);
