@@ -1,31 +1,21 @@
 #include "chan_selector.hh"
 
 #include <cstdio>
-#include <cstring>
 
 #include "diagnostics.hh"
 #include "selector_index.hh"
+#include "selector_rules.hh"
+#include "type_masks.hh"
+
+using zrt4::detail::found_by_daq_name;
+using zrt4::detail::has_bit;
+using zrt4::detail::is_main_linac;
+using zrt4::detail::is_slow;
 
 namespace {
 
-constexpr std::uint32_t bit(int number) {
-  return 1U << (static_cast<std::uint32_t>(number) & 31U);
-}
-
-constexpr std::uint32_t slow_events =
-    bit(ZRT4_EV_BOR) | bit(ZRT4_EV_EOR) | bit(ZRT4_EV_ENV) | bit(ZRT4_EV_UPD);
-
-// Classes that a site's event-utility library may give out beyond ZRT4_EV_STRUCT_TYPE.
-constexpr int first_linac_class = 10;
-constexpr int last_linac_class = 15;
-
 void say_nothing_loaded() {
   zrt4::detail::say(stdout, {"get_event_type() No descroption !!!!\n"});
-}
-
-bool main_linac_class(int structure) {
-  return structure == ZRT4_EV_STRUCT_ML ||
-         (structure >= first_linac_class && structure <= last_linac_class);
 }
 
 }  // namespace
@@ -64,9 +54,8 @@ bool chan_selector::set_descriptions(std::vector<char*>* source, int* total) {
 
 bool chan_selector::find_channel(int ev_type, char* chan) {
   if (descr.empty()) return true;
-  if ((static_cast<std::uint32_t>(ev_types) & bit(ev_type)) == 0) return false;
-  return zrt4::detail::found_by_daq_name(ev_type) ? index->has_daq_name(chan)
-                                                  : index->has_property(chan);
+  if (!has_bit(static_cast<std::uint32_t>(ev_types), ev_type)) return false;
+  return found_by_daq_name(ev_type) ? index->has_daq_name(chan) : index->has_property(chan);
 }
 
 int chan_selector::get_event_type(char* chan) {
@@ -109,7 +98,7 @@ int chan_selector::is_channel_slow(int num) {
   if (name == nullptr) return -1;
   const auto types = static_cast<std::uint32_t>(get_event_type(name));
   if (types == 0) return -1;
-  return (types & slow_events) != 0 ? 1 : 0;
+  return is_slow(types) ? 1 : 0;
 }
 
 int chan_selector::is_channel_ml(int num) {
@@ -117,11 +106,7 @@ int chan_selector::is_channel_ml(int num) {
   if (name == nullptr) return -1;
   const auto types = static_cast<std::uint32_t>(get_event_type(name));
   if (types == 0) return -1;
-  if (std::strstr(name, ".ML") != nullptr) return 1;
-  for (int type = 0; type < 32; ++type) {
-    if ((types & bit(type)) != 0 && main_linac_class(get_event_struct_type(type))) return 1;
-  }
-  return 0;
+  return is_main_linac(name, types) ? 1 : 0;
 }
 
 int chan_selector::get_subchannels(int num) {

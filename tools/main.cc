@@ -8,20 +8,13 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
-#include <string>
-#include <vector>
+#include <stdexcept>
 
 #include "bad_document.hh"
-#include "check.hh"
 #include "command_line.hh"
-#include "convert.hh"
 #include "descriptor.hh"
-#include "diff.hh"
-#include "document_kind.hh"
-#include "find.hh"
+#include "file_error.hh"
 #include "message.hh"
-#include "show.hh"
-#include "stat.hh"
 #include "zrt4xml.hh"
 
 namespace {
@@ -38,54 +31,39 @@ void choose_code_page() {
 exit_code flushed(exit_code result) {
   errno = 0;
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return result;
-  insist("standard output", errno != 0 ? std::strerror(errno) : "write error");
-  return exit_no_use;
+  report_always("standard output", errno != 0 ? std::strerror(errno) : "write error");
+  return exit_trouble;
 }
 
-exit_code execute(const std::string& subcommand, const arguments& given) {
-  if (subcommand == "show") {
-    return (given.as_json ? show_json : show)(given.files, given.kind);
-  }
-  if (subcommand == "find") {
-    return find(given.files, given.name, event_type_of(given.event), given.wanted());
-  }
-  if (subcommand == "check") return check(given.files, given.wanted());
-  if (subcommand == "diff") return diff(given.file, given.other, given.wanted());
-  if (subcommand == "stat") return stat(given.files, given.wanted());
-  if (subcommand == "convert") return convert(given.file, given.to(), given.wide, given.output);
-  if (given.dry_run) return merge_dry_run(given.files, given.force, given.wanted());
-  return merge(given.files, given.force, given.to(), given.output);
-}
-
-exit_code executed(const std::string& subcommand, const arguments& given) {
+exit_code execute(const command_line& line) {
+  const arguments& given = line.given;
   try {
-    return execute(subcommand, given);
+    return line.execute();
   } catch (const bad_document& reason) {
-    complain(reason.file + reason.place, reason.what());
-    return exit_bad_document;
+    report(reason.file + reason.place, reason.what());
+    return exit_not_fine;
   } catch (const file_error& reason) {
-    insist(reason.file, reason.what());
+    report_always(reason.file, reason.what());
   } catch (const std::runtime_error& reason) {
-    insist(given.files.empty() ? given.file : given.files.front(), reason.what());
+    report_always(given.files.empty() ? given.file : given.files.front(), reason.what());
   }
-  return exit_no_use;
+  return exit_trouble;
 }
 
 int run(int argc, char** argv) {
   command_line line;
-  const arguments& given = line.given;
   try {
     line.app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return line.app.exit(error) == 0 ? flushed(exit_fine) : exit_no_use;
+    return line.app.exit(error) == 0 ? flushed(exit_fine) : exit_trouble;
   }
 
-  if (given.quiet) be_quiet();
+  if (line.given.quiet) be_quiet();
   // A reader that went away is no error, however this process was started.
   std::signal(SIGPIPE, SIG_DFL);
   choose_code_page();
   const zrt4::xml_session in_use;
-  return flushed(executed(line.app.get_subcommands().front()->get_name(), given));
+  return flushed(execute(line));
 }
 
 }  // namespace
@@ -95,9 +73,9 @@ int main(int argc, char** argv) {
   try {
     return run(argc, argv);
   } catch (const std::exception& exception) {
-    insist("error", exception.what());
+    report_always("error", exception.what());
   } catch (...) {
-    insist("error", "out of memory");
+    report_always("error", "out of memory");
   }
-  return exit_no_use;
+  return exit_trouble;
 }

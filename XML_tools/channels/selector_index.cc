@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <cstring>
 
+#include "selector_rules.hh"
+
 namespace zrt4::detail {
 
 void channel_index::update(const std::vector<chan_descr_2010*>& descr) {
-  found_by_property = 0;
-  for (int type = 0; type < 32; ++type) {
-    if (!found_by_daq_name(type)) found_by_property |= 1U << static_cast<unsigned>(type);
-  }
+  found_by_property = types_found_by_property();
   for (std::size_t i = 0; i < descr.size(); ++i) {
     const chan_descr_2010& channel = *descr[i];
     const auto position = static_cast<std::uint32_t>(i);

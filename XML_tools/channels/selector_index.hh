@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "event_util.hh"
+#include "parse_chan_descr.hh"
 #include "text_slots.hh"
 
 namespace zrt4::detail {
@@ -53,12 +53,6 @@ class channel_index {
   text_slots slots;                     // where in `names` a name begins
   std::uint32_t found_by_property = 0;  // event types neither local nor main-linac
 };
-
-/// Whether channels of an event type are looked up by DAQ name, and not by property.
-inline bool found_by_daq_name(int ev_type) {
-  const int structure = get_event_struct_type(ev_type);
-  return structure == ZRT4_EV_STRUCT_LOCAL || structure == ZRT4_EV_STRUCT_ML;
-}
 
 }  // namespace zrt4::detail
 

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "bad_document.hh"
+#include "file_error.hh"
 #include "descriptor.hh"
 #include "output_file.hh"
 #include "own_locale.hh"

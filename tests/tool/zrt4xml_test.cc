@@ -325,62 +325,6 @@ TEST(Tool, DamagedCameraFileIsShownAsFarAsItGoes) {
   EXPECT_THAT(result.err, testing::HasSubstr(": damaged here: expected end of tag 'Float'\n"));
 }
 
-TEST(ToolFind, PrintsWhatTheSelectorAnswers) {
-  const test::temporary_file file(channel());
-  const run_result result = run("find --name A/B/C --event NORMAL " + file.path());
-  EXPECT_EQ(result.code, 0);
-  EXPECT_EQ(result.out,
-            "channel:       A.C\n"
-            "property:      A/B/C\n"
-            "event types:   0x2 NORMAL\n"
-            "data type:     0x80000200\n"
-            "slow:          no\n"
-            "main linac:    no\n"
-            "sub-channels:  0\n"
-            "selected for NORMAL: yes\n");
-  EXPECT_EQ(result.err, "");
-}
-
-TEST(ToolFind, EventTypeByNumberAndBothDialects) {
-  const test::temporary_file file(variable);
-  const run_result result = run("find --name A/B/C --event 1 - <" + file.path());
-  EXPECT_EQ(result.code, 0);
-  EXPECT_THAT(result.out, testing::HasSubstr("event types:   0x2 NORMAL\n"));
-  EXPECT_THAT(result.out, testing::EndsWith("selected for NORMAL: yes\n"));
-}
-
-TEST(ToolFind, NotSelectedOrNotFoundIsExitCodeOne) {
-  const test::temporary_file file(channel());
-  const run_result other_event = run("find --name A/B/C --event BOR " + file.path());
-  EXPECT_EQ(other_event.code, 1);
-  EXPECT_THAT(other_event.out, testing::EndsWith("selected for BOR: no\n"));
-  const run_result unknown = run("find --name nothing " + file.path());
-  EXPECT_EQ(unknown.code, 1);
-  EXPECT_EQ(unknown.out, "");
-  EXPECT_EQ(unknown.err, "zrt4xml: nothing: no channel has this DAQ name or property\n");
-}
-
-TEST(ToolFind, WrongUsage) {
-  const test::temporary_file file(channel());
-  EXPECT_EQ(run("find " + file.path()).code, 2);
-  EXPECT_EQ(run("find --name A.C --event NONSENSE " + file.path()).code, 2);
-  EXPECT_EQ(run("find --name A.C --event 32 " + file.path()).code, 2);
-  EXPECT_EQ(run("find --name A.C /nonexistent").code, 2);
-}
-
-TEST(ToolFind, NothingToSearchIsToldByTheFileAlone) {
-  const run_result missing = run("find --name A.C /nonexistent");
-  EXPECT_EQ(missing.out, "");
-  EXPECT_EQ(missing.err, "zrt4xml: /nonexistent: No such file or directory\n");
-  const test::temporary_file events(one_event);
-  const run_result other_kind = run("find --name A.C " + events.path());
-  EXPECT_EQ(other_kind.code, 2);
-  EXPECT_EQ(other_kind.out, "");
-  EXPECT_EQ(other_kind.err, "zrt4xml: " + events.path() +
-                                ": of another kind (event list) than is needed here: channel "
-                                "descriptions\n");
-}
-
 TEST(ToolConvert, DocumentKeepsTheNumbersOfTypes) {
   const test::temporary_file file(channel());
   EXPECT_EQ(run("convert " + file.path() + " --to xml").out,

@@ -5,7 +5,7 @@
 
 #include "each_file.hh"
 #include "findings.hh"
-#include "json.hh"
+#include "json_answer.hh"
 #include "progress.hh"
 #include "quiet_output.hh"
 #include "terminal.hh"
@@ -13,7 +13,7 @@
 namespace {
 
 struct checked {
-  const document_kind& kind;
+  document_kind kind;
   std::size_t records;
   int errors;
   std::vector<finding> found;
@@ -21,20 +21,21 @@ struct checked {
   bool is_fine() const { return errors == 0 && found.empty(); }
 };
 
-// What the readers say on their way is said again below, with file, line and column.
-checked read_and_look(input_file& file) {
-  const document_kind& kind = kind_of(file);
+// What the readers print is among the findings, with file, line and column.
+checked check_document(input_file& file) {
+  const document_kind kind = kind_of(file);
   const progress shown(file.name());
   const quiet_output remarks;
   const quiet_output errors(STDERR_FILENO);
-  const loaded_document document = kind.load(file);
+  const loaded_document document = traits_of(kind).load(file);
   return {kind, document.rows.size(), document.errors, findings_of(file, kind, document)};
 }
 
 void print(const std::string& file, const checked& result) {
-  const std::string line =
-      std::string(result.kind.description) + ", " + records_of(result.kind, result.records) + ", " +
-      std::to_string(result.errors) + (result.errors == 1 ? " error" : " errors");
+  const std::string line = std::string(traits_of(result.kind).description) + ", " +
+                           records_of(result.kind, result.records) + ", " +
+                           std::to_string(result.errors) +
+                           (result.errors == 1 ? " error" : " errors");
   const colour hue = result.is_fine()     ? colour::green
                      : result.errors == 0 ? colour::yellow
                                           : colour::red;
@@ -49,7 +50,7 @@ void print(const std::string& file, const checked& result) {
 }
 
 json to_json(const std::string& file, const checked& result) {
-  json shown = json_of_file(file, result.kind.name);
+  json shown = json_of_file(file, traits_of(result.kind).name);
   shown["errors"] = result.errors;
   shown["record_count"] = result.records;
   json& list = shown["findings"] = json::array();
@@ -67,18 +68,18 @@ json to_json(const std::string& file, const checked& result) {
 
 }  // namespace
 
-exit_code check(const std::vector<std::string>& files, look wanted) {
+exit_code check(const std::vector<std::string>& files, answer_format format) {
   json result = json_head("check");
   json& documents = result["documents"] = json::array();
   const exit_code code = for_each_file(
       files,
       [&](input_file& file) {
-        const checked one = read_and_look(file);
-        if (wanted == look::text) print(file.name(), one);
-        if (wanted == look::json) documents.push_back(to_json(file.name(), one));
-        return one.is_fine() ? exit_fine : exit_bad_document;
+        const checked one = check_document(file);
+        if (format == answer_format::text) print(file.name(), one);
+        if (format == answer_format::json) documents.push_back(to_json(file.name(), one));
+        return fine_if(one.is_fine());
       },
       [&](const unusable_file& file) { documents.push_back(json_of_unusable(file)); });
-  if (wanted == look::json) print_json(result);
+  if (format == answer_format::json) print_json(result);
   return code;
 }

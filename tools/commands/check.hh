@@ -4,11 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "answer_format.hh"
 #include "exit_code.hh"
-#include "look.hh"
 
-/// `zrt4xml check`: reads each document and tells in one line what it is, then what a person wants
+/// `zrt4xml check`: reads each document and prints in one line what it is, then what a person wants
 /// to know about it; exit code 1 when there is anything.
-exit_code check(const std::vector<std::string>& files, look wanted);
+exit_code check(const std::vector<std::string>& files, answer_format format);
 
 #endif

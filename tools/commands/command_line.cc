@@ -2,18 +2,24 @@
 
 #include <algorithm>
 
+#include "check.hh"
+#include "convert.hh"
+#include "diff.hh"
 #include "document_kind.hh"
 #include "find.hh"
+#include "merge.hh"
+#include "show.hh"
+#include "stat.hh"
 
 namespace {
 
 constexpr struct {
   const char* name;
-  output_format format;
-} forms[] = {{"xml", output_format::xml},
-             {"variables", output_format::variables},
-             {"text", output_format::text},
-             {"short", output_format::short_text}};
+  document_form form;
+} forms[] = {{"xml", document_form::xml},
+             {"variables", document_form::variables},
+             {"text", document_form::text},
+             {"short", document_form::short_text}};
 
 CLI::Option* add_form(CLI::App* command, arguments& given, const std::string& description) {
   std::vector<std::string> names;
@@ -27,7 +33,7 @@ CLI::Option* add_json(CLI::App* command, arguments& given) {
   return command->add_flag("--json", given.as_json, "Print JSON, for programs");
 }
 
-void add_show(CLI::App& app, arguments& given) {
+CLI::App* add_show(CLI::App& app, arguments& given) {
   CLI::App* command = app.add_subcommand(
       "show", "Print the listing of each document, recognised by its root element");
   command->add_option("FILE", given.files, "Documents to show; - is standard input")
@@ -38,9 +44,15 @@ void add_show(CLI::App& app, arguments& given) {
       ->check(CLI::IsMember(kind_names()));
   add_json(command, given);
   command->footer("Known: " + known_kinds() + ".\nExample:\n  zrt4xml show events.xml");
+  return command;
 }
 
-void add_find(CLI::App& app, arguments& given) {
+exit_code run_show(const arguments& given) {
+  const auto kind = kind_named(given.kind);
+  return given.as_json ? show_json(given.files, kind) : show(given.files, kind);
+}
+
+CLI::App* add_find(CLI::App& app, arguments& given) {
   CLI::App* command =
       app.add_subcommand("find", "Look a channel up in channel descriptions, as a DAQ client does");
   command->add_option("FILE", given.files, "Channel descriptions; - is standard input")
@@ -59,6 +71,11 @@ void add_find(CLI::App& app, arguments& given) {
       "Exit code: 1 when the channel is not found or not selected.\n"
       "Name the file first to have its channels completed by the shell.\n"
       "Example:\n  zrt4xml find --name BPM.7.X --event NORMAL channels.xml");
+  return command;
+}
+
+exit_code run_find(const arguments& given) {
+  return find(given.files, given.name, event_type_of(given.event), given.format());
 }
 
 void add_output(CLI::App* command, arguments& given) {
@@ -69,7 +86,7 @@ void add_output(CLI::App* command, arguments& given) {
       ->check([](const std::string& name) { return name.empty() ? "the name is empty" : ""; });
 }
 
-void add_convert(CLI::App& app, arguments& given) {
+CLI::App* add_convert(CLI::App& app, arguments& given) {
   CLI::App* command =
       app.add_subcommand("convert", "Write channel descriptions or a dictionary in another form");
   command->add_option("FILE", given.file, "Document to convert; - is standard input")
@@ -79,9 +96,14 @@ void add_convert(CLI::App& app, arguments& given) {
   command->add_flag("--wide", given.wide, "Dictionaries: property names of up to 255 characters");
   add_output(command, given);
   command->footer("Example:\n  zrt4xml convert channels.xml --to variables -o variables.xml");
+  return command;
 }
 
-void add_merge(CLI::App& app, arguments& given) {
+exit_code run_convert(const arguments& given) {
+  return convert(given.file, given.to(), given.wide, given.output);
+}
+
+CLI::App* add_merge(CLI::App& app, arguments& given) {
   CLI::App* command = app.add_subcommand(
       "merge", "Complete the channel descriptions of one file with what others know");
   command
@@ -101,9 +123,15 @@ void add_merge(CLI::App& app, arguments& given) {
       "Channels that the first file lacks are added; --dry-run has exit code 0 also when it finds "
       "changes.\n"
       "Example:\n  zrt4xml merge master.xml delivered.xml -o complete.xml");
+  return command;
 }
 
-void add_check(CLI::App& app, arguments& given) {
+exit_code run_merge(const arguments& given) {
+  if (given.dry_run) return merge_dry_run(given.files, given.force, given.format());
+  return merge(given.files, given.force, given.to(), given.output);
+}
+
+CLI::App* add_check(CLI::App& app, arguments& given) {
   CLI::App* command = app.add_subcommand(
       "check", "Read each document and tell what is wrong or odd about it, with line and column");
   command->add_option("FILE", given.files, "Documents to check; - is standard input")
@@ -116,9 +144,14 @@ void add_check(CLI::App& app, arguments& given) {
       "without a name, elements that no reader knows, characters that the locale lacks.\n"
       "Exit code: 1 when anything is found.\n"
       "Example:\n  zrt4xml check *.xml");
+  return command;
 }
 
-void add_stat(CLI::App& app, arguments& given) {
+exit_code run_check(const arguments& given) {
+  return check(given.files, given.format());
+}
+
+CLI::App* add_stat(CLI::App& app, arguments& given) {
   CLI::App* command = app.add_subcommand(
       "stat", "Count the records of each document by event type, data type, subsystem and stream");
   command->add_option("FILE", given.files, "Documents to count; - is standard input")
@@ -126,9 +159,14 @@ void add_stat(CLI::App& app, arguments& given) {
       ->type_name("");
   add_json(command, given);
   command->footer("Example:\n  zrt4xml stat channels.xml");
+  return command;
 }
 
-void add_diff(CLI::App& app, arguments& given) {
+exit_code run_stat(const arguments& given) {
+  return stat(given.files, given.format());
+}
+
+CLI::App* add_diff(CLI::App& app, arguments& given) {
   CLI::App* command = app.add_subcommand(
       "diff", "Compare two documents record by record, whatever the order of the records");
   command->add_option("A", given.file, "The document as it was; - is standard input")
@@ -141,6 +179,11 @@ void add_diff(CLI::App& app, arguments& given) {
   command->footer(
       "Exit code: 1 when they differ.\n"
       "Example:\n  zrt4xml diff old.xml new.xml");
+  return command;
+}
+
+exit_code run_diff(const arguments& given) {
+  return diff(given.file, given.other, given.format());
 }
 
 std::string wrong_usage(const CLI::App* app, const CLI::Error& error) {
@@ -154,11 +197,16 @@ std::string wrong_usage(const CLI::App* app, const CLI::Error& error) {
 
 }  // namespace
 
-output_format arguments::to() const {
+document_form arguments::to() const {
   for (const auto& known : forms) {
-    if (form == known.name) return known.format;
+    if (form == known.name) return known.form;
   }
-  return output_format::same;
+  return document_form::same;
+}
+
+answer_format arguments::format() const {
+  if (as_json) return answer_format::json;
+  return quiet ? answer_format::nothing : answer_format::text;
 }
 
 bool arguments::name_standard_input_twice() const {
@@ -195,11 +243,15 @@ command_line::command_line() {
       "  LC_ALL, LC_CTYPE, LANG  the code page of texts; UTF-8 where they name none\n"
       "\n"
       "Messages go to standard error.");
-  add_show(app, given);
-  add_find(app, given);
-  add_check(app, given);
-  add_diff(app, given);
-  add_stat(app, given);
-  add_convert(app, given);
-  add_merge(app, given);
+  add(add_show(app, given), run_show);
+  add(add_find(app, given), run_find);
+  add(add_check(app, given), run_check);
+  add(add_diff(app, given), run_diff);
+  add(add_stat(app, given), run_stat);
+  add(add_convert(app, given), run_convert);
+  add(add_merge(app, given), run_merge);
+}
+
+void command_line::add(CLI::App* subcommand, action run) {
+  subcommand->callback([this, run] { chosen = run; });
 }

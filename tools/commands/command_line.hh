@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "answer_format.hh"
 #include "convert.hh"
-#include "look.hh"
 
 /// What the subcommands were given.
 struct arguments {
@@ -27,20 +27,31 @@ struct arguments {
   bool as_json = false;
   bool quiet = false;
 
-  output_format to() const;
+  /// What `--to` names.
+  document_form to() const;
   /// Standard input is there only once.
   bool name_standard_input_twice() const;
-  look wanted() const { return as_json ? look::json : quiet ? look::nothing : look::text; }
+  answer_format format() const;
 };
 
-struct command_line {
+class command_line {
+ public:
   command_line();
+
+  /// Runs the subcommand that was chosen.
+  exit_code execute() const { return chosen(given); }
 
   arguments given;
   CLI::App app{
       "Shows, checks, compares and converts the XML documents through which the DAQ describes "
       "itself.",
       "zrt4xml"};
+
+ private:
+  using action = exit_code (*)(const arguments&);
+  void add(CLI::App* subcommand, action run);
+
+  action chosen = nullptr;
 };
 
 #endif

@@ -3,11 +3,12 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
-#include "bad_document.hh"
 #include "document_kind.hh"
+#include "file_error.hh"
 #include "input_file.hh"
-#include "json.hh"
+#include "json_answer.hh"
 #include "message.hh"
+#include "row_json.hh"
 #include "terminal.hh"
 
 namespace {
@@ -19,7 +20,7 @@ std::string shown(const row::field& field) {
     std::string operator()(std::string_view text) const { return '"' + printable(text) + '"'; }
   } to_text;
   std::string result = std::visit(to_text, field.value);
-  if (!field.says.empty()) result.append(" ").append(field.says);
+  if (!field.number_name.empty()) result.append(" ").append(field.number_name);
   return result;
 }
 
@@ -36,9 +37,9 @@ void print(const difference& each, const std::string& indent) {
   static constexpr struct {
     const char* sign;
     colour hue;
-  } looks[] = {{"+ ", colour::green}, {"- ", colour::red}, {"~ ", colour::yellow}};
-  const auto& look = looks[static_cast<std::size_t>(each.what)];
-  std::printf("%s%s\n", indent.c_str(), coloured(look.hue, look.sign + headline(each)).c_str());
+  } styles[] = {{"+ ", colour::green}, {"- ", colour::red}, {"~ ", colour::yellow}};
+  const auto& style = styles[static_cast<std::size_t>(each.what)];
+  std::printf("%s%s\n", indent.c_str(), coloured(style.hue, style.sign + headline(each)).c_str());
   for (const difference::field& field : each.fields) {
     std::printf("%s    %s: %s -> %s\n", indent.c_str(), std::string(field.before->name).c_str(),
                 shown(*field.before).c_str(), shown(*field.after).c_str());
@@ -83,43 +84,45 @@ json to_json(const std::vector<difference>& found) {
 
 struct side {
   std::string name;
-  const document_kind* kind = nullptr;
+  document_kind kind;
   loaded_document document;
 };
 
 side load(const std::string& file_name) {
   input_file file(file_name);
-  const document_kind& kind = kind_of(file);
-  side result{file.name(), &kind, kind.load(file)};
-  if (const int errors = result.document.errors; errors != 0) {
-    complain_of_errors(file.name(), errors, "what could be read is compared");
-  }
+  const document_kind kind = kind_of(file);
+  side result{file.name(), kind, traits_of(kind).load(file)};
+  report_errors(file.name(), result.document.errors, "what could be read is compared");
   return result;
 }
 
 }  // namespace
 
-exit_code diff(const std::string& before, const std::string& after, look wanted) {
+exit_code diff(const std::string& before, const std::string& after, answer_format format) {
   side old_one = load(before);
   side new_one = load(after);
-  const std::string_view type = old_one.kind->record_name;
-  if (type != new_one.kind->record_name) {
-    throw file_error(new_one.name, "of another kind (" + std::string(new_one.kind->description) +
+  const kind_traits& old_kind = traits_of(old_one.kind);
+  const kind_traits& new_kind = traits_of(new_one.kind);
+  const bool comparable =
+      old_one.kind == new_one.kind || (is_channels(old_one.kind) && is_channels(new_one.kind));
+  if (!comparable) {
+    throw file_error(new_one.name, "of another kind (" + std::string(new_kind.description) +
                                        ") than " + old_one.name + " (" +
-                                       std::string(old_one.kind->description) + ")");
+                                       std::string(old_kind.description) + ")");
   }
-  const auto found = differences(old_one.document.rows, new_one.document.rows, type);
-  print_differences("diff", old_one.name, new_one.name, found, wanted);
+  const auto found =
+      differences(old_one.document.rows, new_one.document.rows, old_kind.record_name);
+  print_differences("diff", old_one.name, new_one.name, found, format);
   const bool all_well =
       found.empty() && old_one.document.errors == 0 && new_one.document.errors == 0;
-  return all_well ? exit_fine : exit_bad_document;
+  return fine_if(all_well);
 }
 
 void print_differences(std::string_view subcommand, const std::string& before,
                        const std::string& after, const std::vector<difference>& found,
-                       look wanted) {
-  if (wanted == look::text) print(before, after, found);
-  if (wanted == look::json) {
+                       answer_format format) {
+  if (format == answer_format::text) print(before, after, found);
+  if (format == answer_format::json) {
     json result = json_head(subcommand);
     result["before"] = to_utf8(before);
     result["after"] = to_utf8(after);

@@ -1,12 +1,18 @@
 #ifndef EXIT_CODE_HH
 #define EXIT_CODE_HH
 
-// What the tool's exit code means.
-
+/// The tool's exit code; of several the worst counts.
 enum exit_code {
   exit_fine = 0,
-  exit_bad_document = 1,  ///< a document could not be read cleanly
-  exit_no_use = 2         ///< wrong usage, or a file that cannot be opened or written
+  /// A document could not be read or written cleanly, documents differ, a channel was not found or
+  /// not selected, or `check` found something.
+  exit_not_fine = 1,
+  /// Wrong usage, or a file that cannot be opened, used or written.
+  exit_trouble = 2
 };
+
+constexpr exit_code fine_if(bool all_well) {
+  return all_well ? exit_fine : exit_not_fine;
+}
 
 #endif

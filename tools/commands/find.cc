@@ -6,49 +6,60 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
-#include "chan_selector.hh"
+#include "descr_extractor.hh"
 #include "document_kind.hh"
-#include "documents.hh"
 #include "each_file.hh"
 #include "event_util.hh"
-#include "json.hh"
+#include "json_answer.hh"
 #include "quiet_output.hh"
+#include "reading.hh"
+#include "selector_rules.hh"
+#include "type_masks.hh"
+
+using zrt4::detail::has_bit;
+using zrt4::detail::is_main_linac;
+using zrt4::detail::is_slow;
 
 namespace {
 
-exit_code load(chan_selector& selector, input_file& file) {
-  const document_kind& kind = kind_of(file);
-  const bool variables = kind.name == "variables";
-  if (!kind.is_channels()) throw wrong_kind(file, kind, "channel descriptions");
+/// The descriptions of all files, read and looked up as a selector does. A selector answers by name
+/// only, so that its answers about one name can come from several descriptions.
+struct loaded_channels {
+  zrt4::channel_list list;
+  std::uint32_t event_types = 0;  ///< mask; those of a file that failed do not count until the next
+};
+
+exit_code load(loaded_channels& channels, input_file& file) {
+  const document_kind kind = kind_of(file);
+  const bool variables = kind == document_kind::variables;
+  if (!is_channels(kind)) throw wrong_kind(file, kind, "channel descriptions");
+  descr_extractor reader;
   // Only a text makes masks of the variable dialect's event types.
-  selector.set_mode(variables ? EXTR_FROM_XML : EXTR_FROM_FILE);
+  reader.set_mode(variables ? EXTR_FROM_XML : EXTR_FROM_FILE);
   std::string text = variables ? file.content() : std::string();
   std::vector<char*> source{variables ? text.data() : file.path()};
   const quiet_output remarks;
-  const int failed =
-      read_and_tell(file, [&] { return selector.set_descriptions(&source, nullptr) ? 1 : 0; });
-  if (failed == 0) return exit_fine;
-  complain(file.name(), "not read cleanly; what could be read is searched");
-  return exit_bad_document;
+  const int failed = read_and_report(file, [&] {
+    return reader.get_descriptions(&source, nullptr, channels.list.get(), true) ? 1 : 0;
+  });
+  if (failed == 0) {
+    for (const chan_descr_2010& channel : channels.list) channels.event_types |= channel.ev_type;
+    return exit_fine;
+  }
+  report(file.name(), "not read cleanly; what could be read is searched");
+  return exit_not_fine;
 }
 
-struct known_channel {
-  std::string name, property;
-  unsigned event_types, data_type;  ///< masks
-  bool slow, main_linac;
-  int sub_channels;
-};
-
 struct answer {
-  std::optional<known_channel> channel;
-  std::optional<int> event;  ///< as asked for
-  bool selected;             ///< for it
+  const chan_descr_2010* channel;  ///< null when there is none
+  std::optional<int> event;        ///< as asked for
+  bool selected;                   ///< for it
 };
 
 std::vector<const char*> event_type_names(unsigned mask) {
   std::vector<const char*> names;
-  for (int type = 0; type < 32; ++type) {
-    if ((mask >> type & 1U) != 0) names.push_back(event_name_itoa(type));
+  for (int type = 0; type < zrt4::detail::event_type_count; ++type) {
+    if (has_bit(mask, type)) names.push_back(event_name_itoa(type));
   }
   return names;
 }
@@ -57,42 +68,42 @@ const char* yes_or_no(bool yes) {
   return yes ? "yes" : "no";
 }
 
-// The first description that bears the name, as the selector's lookups see it.
-int index_of(chan_selector& selector, const std::string& name) {
-  for (int i = 0; i < selector.size(); ++i) {
-    if (selector.get_channel(i) == name || selector.get_prop(i) == name) return i;
-  }
-  return -1;
+// The first with an event type that bears the name as DAQ name, or as property when one of its
+// event types is looked up by property.
+const chan_descr_2010* find_channel(const zrt4::channel_list& list, const std::string& name) {
+  const std::uint32_t by_property = zrt4::detail::types_found_by_property();
+  const auto found = std::find_if(list.begin(), list.end(), [&](const chan_descr_2010& each) {
+    if (each.ev_type == 0) return false;
+    return each.daq_name == name || ((each.ev_type & by_property) != 0 && each.prop_name == name);
+  });
+  return found != list.end() ? &*found : nullptr;
 }
 
-answer ask(chan_selector& selector, std::string name, std::optional<int> event) {
-  const quiet_output remarks;
-  answer result{{}, event, false};
-  const auto mask = static_cast<unsigned>(selector.get_event_type(name.data()));
-  if (event && selector.size() != 0) result.selected = selector.find_channel(*event, name.data());
-  if (mask == 0) return result;
-  const int index = index_of(selector, name);
-  char* daq_name = selector.get_channel(index);
-  result.channel = {daq_name,
-                    selector.get_prop(index),
-                    mask,
-                    static_cast<unsigned>(selector.get_data_type(daq_name)),
-                    selector.is_channel_slow(index) == 1,
-                    selector.is_channel_ml(index) == 1,
-                    selector.get_subchannels(index)};
-  return result;
+// Some description must have the event type, and one must bear the name as channels of that type
+// do.
+bool is_selected(const loaded_channels& channels, const std::string& name, int event) {
+  if (!has_bit(channels.event_types, event)) return false;
+  const bool by_daq_name = zrt4::detail::found_by_daq_name(event);
+  return std::any_of(channels.list.begin(), channels.list.end(), [&](const chan_descr_2010& each) {
+    return name == (by_daq_name ? each.daq_name : each.prop_name);
+  });
+}
+
+int sub_channels(const chan_descr_2010& channel) {
+  return is_slow(channel.ev_type) ? 1 : static_cast<int>(channel.dims.size());
 }
 
 void print(const answer& found) {
-  if (const auto& channel = found.channel) {
-    std::printf("channel:       %s\n", channel->name.c_str());
-    std::printf("property:      %s\n", channel->property.c_str());
-    std::printf("event types:   0x%x", channel->event_types);
-    for (const char* type : event_type_names(channel->event_types)) std::printf(" %s", type);
-    std::printf("\ndata type:     0x%x\n", channel->data_type);
-    std::printf("slow:          %s\n", yes_or_no(channel->slow));
-    std::printf("main linac:    %s\n", yes_or_no(channel->main_linac));
-    std::printf("sub-channels:  %d\n", channel->sub_channels);
+  if (const chan_descr_2010* channel = found.channel) {
+    std::printf("channel:       %s\n", channel->daq_name);
+    std::printf("property:      %s\n", channel->prop_name);
+    std::printf("event types:   0x%x", channel->ev_type);
+    for (const char* type : event_type_names(channel->ev_type)) std::printf(" %s", type);
+    std::printf("\ndata type:     0x%x\n", channel->dtype);
+    std::printf("slow:          %s\n", yes_or_no(is_slow(channel->ev_type)));
+    std::printf("main linac:    %s\n",
+                yes_or_no(is_main_linac(channel->daq_name, channel->ev_type)));
+    std::printf("sub-channels:  %d\n", sub_channels(*channel));
   }
   if (found.event) {
     std::printf("selected for %s: %s\n", event_name_itoa(*found.event), yes_or_no(found.selected));
@@ -103,15 +114,15 @@ json to_json(const answer& found, const std::string& name) {
   json result = json_head("find");
   result["name"] = to_utf8(name);
   result["channel"] = nullptr;
-  if (const auto& channel = found.channel) {
-    result["channel"] = {{"name", to_utf8(channel->name)},
-                         {"property", to_utf8(channel->property)},
-                         {"event_type_mask", channel->event_types},
-                         {"event_type_names", event_type_names(channel->event_types)},
-                         {"data_type_mask", channel->data_type},
-                         {"slow", channel->slow},
-                         {"main_linac", channel->main_linac},
-                         {"sub_channels", channel->sub_channels}};
+  if (const chan_descr_2010* channel = found.channel) {
+    result["channel"] = {{"name", to_utf8(channel->daq_name)},
+                         {"property", to_utf8(channel->prop_name)},
+                         {"event_type_mask", channel->ev_type},
+                         {"event_type_names", event_type_names(channel->ev_type)},
+                         {"data_type_mask", channel->dtype},
+                         {"slow", is_slow(channel->ev_type)},
+                         {"main_linac", is_main_linac(channel->daq_name, channel->ev_type)},
+                         {"sub_channels", sub_channels(*channel)}};
   }
   result["event"] = nullptr;
   if (found.event) {
@@ -137,16 +148,17 @@ std::optional<int> event_type_of(const std::string& text) {
 }
 
 exit_code find(const std::vector<std::string>& files, const std::string& name,
-               std::optional<int> event, look wanted) {
-  chan_selector selector;
+               std::optional<int> event, answer_format format) {
+  loaded_channels channels;
   const exit_code loaded = for_each_file(
-      files, [&](input_file& file) { return load(selector, file); }, [](const unusable_file&) {});
-  const answer found = ask(selector, name, event);
-  if (!found.channel && wanted == look::text && selector.size() != 0) {
-    complain(name, "no channel has this DAQ name or property");
+      files, [&](input_file& file) { return load(channels, file); }, [](const unusable_file&) {});
+  const answer found{find_channel(channels.list, name), event,
+                     event && is_selected(channels, name, *event)};
+  if (found.channel == nullptr && format == answer_format::text && !channels.list.empty()) {
+    report(name, "no channel has this DAQ name or property");
   }
-  if (wanted == look::text) print(found);
-  if (wanted == look::json) print_json(to_json(found, name));
-  const bool is_yes = found.channel && (!event || found.selected);
-  return std::max(loaded, is_yes ? exit_fine : exit_bad_document);
+  if (format == answer_format::text) print(found);
+  if (format == answer_format::json) print_json(to_json(found, name));
+  const bool is_yes = found.channel != nullptr && (!event || found.selected);
+  return std::max(loaded, fine_if(is_yes));
 }

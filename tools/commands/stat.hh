@@ -4,11 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "answer_format.hh"
 #include "exit_code.hh"
-#include "look.hh"
 
 /// `zrt4xml stat`: counts the records of each document by event type, data type, subsystem and
 /// stream, features by type; with bars on a terminal.
-exit_code stat(const std::vector<std::string>& files, look wanted);
+exit_code stat(const std::vector<std::string>& files, answer_format format);
 
 #endif

@@ -4,10 +4,11 @@
 #include <filesystem>
 
 #include "bad_document.hh"
-#include "documents.hh"
+#include "file_error.hh"
 #include "input_file.hh"
 #include "message.hh"
 #include "quiet_output.hh"
+#include "reading.hh"
 #include "scan.hh"
 #include "terminal.hh"
 
@@ -27,17 +28,17 @@ loaded_document load(input_file& file, More... more) {
   return {errors, rows_of(*list), list};
 }
 
-template <int dialect>
+template <document_kind kind>
 int show_channels(input_file& file) {
   zrt4::channel_list list;
-  const int errors = read_into(list, file, dialect, zrt4::types::masks);
+  const int errors = read_into(list, file, dialect_of(kind), zrt4::types::masks);
   print_zrt4_chan_descr(list.get());
   return errors;
 }
 
-template <int dialect>
+template <document_kind kind>
 loaded_document load_channels(input_file& file) {
-  return load<zrt4::channel_list>(file, dialect, zrt4::types::numbers);
+  return load<zrt4::channel_list>(file, dialect_of(kind), zrt4::types::numbers);
 }
 
 // The wider record, so that no name is cut.
@@ -48,11 +49,11 @@ int show_dictionary(input_file& file) {
   return errors;
 }
 
-// The library reads a damaged camera file as far as it goes, without a word.
-int damage_of_camera(input_file& file) {
-  const damage found = first_damage(file.path());
+// The library reads a damaged camera file as far as it goes and reports nothing.
+int report_first_error(input_file& file) {
+  const xml_error found = first_xml_error(file.path());
   if (found.text.empty()) return 0;
-  complain(file.name() + found.place, "damaged here: " + found.text);
+  report(file.name() + found.place, "damaged here: " + found.text);
   return 1;
 }
 
@@ -60,28 +61,42 @@ int show_camera(input_file& file) {
   zrt4::camera_features list;
   const int errors = read_into(list, file);
   zrt4_dump_gige_descr(list.get());
-  return std::max(errors, damage_of_camera(file));
+  return std::max(errors, report_first_error(file));
 }
 
 loaded_document load_camera(input_file& file) {
   loaded_document document = load<zrt4::camera_features>(file);
-  document.errors = std::max(document.errors, damage_of_camera(file));
+  document.errors = std::max(document.errors, report_first_error(file));
   return document;
 }
 
-constexpr document_kind kinds[] = {
-    {"events", "BMR", "event list", "event", "events", show_event_list, load<zrt4::event_list>,
-     event_elements},
-    {"channels", "CHANDESCRIPTIONS", "channel descriptions, element dialect", "channel", "channels",
-     show_channels<ZRT4_FORMAT>, load_channels<ZRT4_FORMAT>, channel_elements},
-    {"variables", "DAQvariables", "channel descriptions, variable dialect", "channel", "channels",
-     show_channels<MORV_FORMAT>, load_channels<MORV_FORMAT>, variable_elements},
-    {"dictionary", "ENVINDEXDICT", "environment index dictionary", "entry", "entries",
+constexpr auto events = document_kind::events;
+constexpr auto channels = document_kind::channels;
+constexpr auto variables = document_kind::variables;
+constexpr auto dictionary = document_kind::dictionary;
+constexpr auto camera = document_kind::camera;
+
+constexpr kind_traits kinds[] = {
+    {events, "events", "BMR", "event list", "event", "events", show_event_list,
+     load<zrt4::event_list>, event_elements},
+    {channels, "channels", "CHANDESCRIPTIONS", "channel descriptions, element dialect", "channel",
+     "channels", show_channels<channels>, load_channels<channels>, channel_elements},
+    {variables, "variables", "DAQvariables", "channel descriptions, variable dialect", "channel",
+     "channels", show_channels<variables>, load_channels<variables>, variable_elements},
+    {dictionary, "dictionary", "ENVINDEXDICT", "environment index dictionary", "entry", "entries",
      show_dictionary, load<zrt4::env_dictionary_2010>, dictionary_elements},
-    {"camera", "", "camera features", "feature", "features", show_camera, load_camera,
+    {camera, "camera", "", "camera features", "feature", "features", show_camera, load_camera,
      camera_elements},
 };
-constexpr const document_kind& camera = kinds[4];
+
+constexpr bool stand_in_order() {
+  std::size_t place = 0;
+  for (const kind_traits& each : kinds) {
+    if (static_cast<std::size_t>(each.kind) != place++) return false;
+  }
+  return true;
+}
+static_assert(stand_in_order());
 
 bool describes_a_camera(input_file& file) {
   const quiet_output remarks;
@@ -90,10 +105,11 @@ bool describes_a_camera(input_file& file) {
 }
 
 // The reader of one dialect is that of the other.
-bool reads(const document_kind& kind, std::string_view root) {
-  if (kind.root.empty() || kind.root == root) return true;
-  return std::any_of(std::begin(kinds), std::end(kinds), [&](const document_kind& each) {
-    return each.root == root && each.is_channels() && kind.is_channels();
+bool reads(document_kind kind, std::string_view root) {
+  if (traits_of(kind).root.empty()) return true;
+  return std::any_of(std::begin(kinds), std::end(kinds), [&](const kind_traits& each) {
+    return each.root == root &&
+           (each.kind == kind || (is_channels(each.kind) && is_channels(kind)));
   });
 }
 
@@ -103,54 +119,68 @@ std::string shown(const std::string& name) {
 
 }  // namespace
 
-const document_kind& kind_of(input_file& file, std::string_view name) {
+int dialect_of(document_kind kind) {
+  return kind == document_kind::variables ? MORV_FORMAT : ZRT4_FORMAT;
+}
+
+const kind_traits& traits_of(document_kind kind) {
+  return kinds[static_cast<std::size_t>(kind)];
+}
+
+document_kind kind_of(input_file& file, std::optional<document_kind> expected) {
   const root_element root = find_root_element(file.path());
-  for (const document_kind& kind : kinds) {
-    if (name.empty() || kind.name != name) continue;
-    if (!root.name.empty() && !reads(kind, root.name)) {
+  if (expected) {
+    if (!root.name.empty() && !reads(*expected, root.name)) {
       throw bad_document(file.name(), "its root element is '" + shown(root.name) + "', not '" +
-                                          std::string(kind.root) + "'");
+                                          std::string(traits_of(*expected).root) + "'");
     }
-    return kind;
+    return *expected;
   }
   if (root.name.empty()) {
     if (std::filesystem::is_empty(file.path())) throw bad_document(file.name(), "is empty");
     throw bad_document(file.name(), "not a readable XML document: " + root.first.text,
                        root.first.place);
   }
-  for (const document_kind& kind : kinds) {
-    if (kind.root == root.name) return kind;
+  for (const kind_traits& each : kinds) {
+    if (each.root == root.name) return each.kind;
   }
   if (describes_a_camera(file)) return camera;
   throw bad_document(file.name(), "unknown kind of document: its root element is '" +
                                       shown(root.name) + "'; known are " + known_kinds());
 }
 
-file_error wrong_kind(const input_file& file, const document_kind& kind,
-                      const std::string& wanted) {
-  return {file.name(),
-          "of another kind (" + std::string(kind.description) + ") than is needed here: " + wanted};
+std::optional<document_kind> kind_named(std::string_view name) {
+  for (const kind_traits& each : kinds) {
+    if (each.name == name) return each.kind;
+  }
+  return {};
 }
 
-std::string records_of(const document_kind& kind, std::size_t count) {
-  return std::to_string(count) + " " +
-         std::string(count == 1 ? kind.record_name : kind.records_name);
+file_error wrong_kind(const input_file& file, document_kind kind, const std::string& wanted) {
+  return {file.name(), "of another kind (" + std::string(traits_of(kind).description) +
+                           ") than is needed here: " + wanted};
+}
+
+std::string records_of(document_kind kind, std::size_t number) {
+  const kind_traits& traits = traits_of(kind);
+  return std::to_string(number) + " " +
+         std::string(number == 1 ? traits.record_name : traits.records_name);
 }
 
 std::vector<std::string> kind_names() {
   std::vector<std::string> names;
-  for (const document_kind& kind : kinds) names.emplace_back(kind.name);
+  for (const kind_traits& each : kinds) names.emplace_back(each.name);
   return names;
 }
 
 std::string known_kinds() {
   std::string list;
-  for (const document_kind& kind : kinds) {
+  for (const kind_traits& each : kinds) {
     if (!list.empty()) list += ", ";
-    if (kind.root.empty()) {
-      list.append(kind.description).append(", under any other root");
+    if (each.root.empty()) {
+      list.append(each.description).append(", under any other root");
     } else {
-      list.append(kind.root).append(" (").append(kind.description).append(")");
+      list.append(each.root).append(" (").append(each.description).append(")");
     }
   }
   return list;

@@ -2,6 +2,7 @@
 #define DOCUMENT_KIND_HH
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +13,16 @@
 class input_file;
 struct file_error;
 
+/// The kinds of documents that the library reads; channel descriptions have two dialects.
+enum class document_kind { events, channels, variables, dictionary, camera };
+
+constexpr bool is_channels(document_kind kind) {
+  return kind == document_kind::channels || kind == document_kind::variables;
+}
+
+/// ZRT4_FORMAT or MORV_FORMAT, of channel descriptions.
+int dialect_of(document_kind kind);
+
 /// The records of one document, with the numbers of types as they stand in it.
 struct loaded_document {
   int errors = 0;
@@ -19,8 +30,9 @@ struct loaded_document {
   std::shared_ptr<const void> records;  ///< what the rows refer to
 };
 
-/// One kind of document that the library reads.
-struct document_kind {
+/// All that the subcommands need of one kind.
+struct kind_traits {
+  document_kind kind;
   std::string_view name;          ///< as in --kind
   std::string_view root;          ///< its root element; empty when it has none of its own
   std::string_view description;   ///< what a person calls it
@@ -29,20 +41,23 @@ struct document_kind {
   int (*show)(input_file&);       ///< prints the library's listing; returns the number of errors
   loaded_document (*load)(input_file&);
   const known_elements& elements;
-
-  bool is_channels() const { return record_name == "channel"; }
 };
 
-/// The kind of a document: the one called `name`, or, when that is empty, the one with its root
-/// element; a document with another root that describes camera features is a camera's. Throws
-/// `bad_document` when there is none.
-const document_kind& kind_of(input_file& file, std::string_view name = {});
+const kind_traits& traits_of(document_kind kind);
+
+/// The kind of a document: `expected`, or else the one with its root element; a document with
+/// another root that describes camera features is a camera's. Throws `bad_document` when it is of
+/// no kind, or not of that expected.
+document_kind kind_of(input_file& file, std::optional<document_kind> expected = {});
+
+/// The kind called `name`.
+std::optional<document_kind> kind_named(std::string_view name);
 
 /// The reason to refuse a document of this kind where `wanted` are.
-file_error wrong_kind(const input_file& file, const document_kind& kind, const std::string& wanted);
+file_error wrong_kind(const input_file& file, document_kind kind, const std::string& wanted);
 
 /// "3 channels".
-std::string records_of(const document_kind& kind, std::size_t count);
+std::string records_of(document_kind kind, std::size_t number);
 
 /// Names for --kind.
 std::vector<std::string> kind_names();

@@ -15,20 +15,23 @@
 
 #include "event_util.hh"
 #include "input_file.hh"
+#include "local_text.hh"
 #include "scan.hh"
 #include "terminal.hh"
 
+using zrt4::detail::to_local;
+
 namespace {
 
-/// Where something was first met, and how often it was.
-struct met {
+/// Where something stands first, and how often it stands in the document.
+struct occurrences {
   std::uint64_t line = 0;
   std::uint64_t column = 0;
-  int times = 0;
+  int number = 0;
 };
 
-std::string times(int count) {
-  return std::to_string(count) + (count == 1 ? " time" : " times");
+std::string times(int number) {
+  return std::to_string(number) + (number == 1 ? " time" : " times");
 }
 
 std::string quoted(std::string_view text) {
@@ -65,7 +68,7 @@ class element_pass : public xercesc::HandlerBase {
   void finish();
 
   std::vector<finding> found;
-  std::map<std::string, met> properties;
+  std::map<std::string, occurrences> properties;
 
  private:
   struct element {
@@ -75,14 +78,14 @@ class element_pass : public xercesc::HandlerBase {
   };
 
   const known_element* meaning_of(const std::string& name) const;
-  void meet(met& thing) const;
+  void note_occurrence(occurrences& of) const;
   void add(std::string_view what, std::string text) {
     found.push_back({what, std::move(text), open.back().line, open.back().column});
   }
-  void look_at_characters(const XMLCh* chars, XMLSize_t length);
+  void check_characters(const XMLCh* chars, XMLSize_t length);
   void end_text();
   void end_record();
-  void look_at_text(const known_element& meaning);
+  void check_text(const known_element& meaning);
 
   const known_elements& known;
   const xercesc::Locator* locator = nullptr;
@@ -90,7 +93,7 @@ class element_pass : public xercesc::HandlerBase {
   std::optional<element> record;  // what was started last, also behind its end tag
   std::set<std::string, std::less<>> texts_of_record;
   std::vector<std::string> pieces;  // of the text at hand
-  std::map<std::string, met> unknown;
+  std::map<std::string, occurrences> unknown;
 };
 
 const known_element* element_pass::meaning_of(const std::string& name) const {
@@ -101,10 +104,10 @@ const known_element* element_pass::meaning_of(const std::string& name) const {
   return nullptr;
 }
 
-void element_pass::meet(met& thing) const {
-  if (thing.times++ != 0) return;
-  thing.line = open.back().line;
-  thing.column = open.back().column;
+void element_pass::note_occurrence(occurrences& of) const {
+  if (of.number++ != 0) return;
+  of.line = open.back().line;
+  of.column = open.back().column;
 }
 
 void element_pass::startElement(const XMLCh* const name, xercesc::AttributeList& attributes) {
@@ -118,7 +121,7 @@ void element_pass::startElement(const XMLCh* const name, xercesc::AttributeList&
     end_record();
     record = here;
   }
-  if (meaning == nullptr && !known.empty()) meet(unknown[here.name]);
+  if (meaning == nullptr && !known.empty()) note_occurrence(unknown[here.name]);
   if (meaning != nullptr && meaning->attribute != nullptr &&
       attributes.getValue(meaning->attribute) == nullptr) {
     add("missing_attribute", here.name + " without the attribute " + meaning->attribute);
@@ -132,11 +135,11 @@ void element_pass::endElement(const XMLCh* const /*name*/) {
 
 void element_pass::characters(const XMLCh* const chars, const XMLSize_t length) {
   pieces.push_back(to_local(std::basic_string<XMLCh>(chars, length).c_str()));
-  look_at_characters(chars, length);
+  check_characters(chars, length);
 }
 
 // The first character that the local code page lacks.
-void element_pass::look_at_characters(const XMLCh* chars, XMLSize_t length) {
+void element_pass::check_characters(const XMLCh* chars, XMLSize_t length) {
   for (XMLSize_t i = 0; i < length; ++i) {
     std::uint32_t code = chars[i];
     if (code < 0x80) continue;
@@ -161,7 +164,7 @@ void element_pass::error(const xercesc::SAXParseException& exception) {
 }
 
 void element_pass::end_text() {
-  if (!open.empty() && open.back().meaning != nullptr) look_at_text(*open.back().meaning);
+  if (!open.empty() && open.back().meaning != nullptr) check_text(*open.back().meaning);
   pieces.clear();
 }
 
@@ -178,7 +181,7 @@ void element_pass::end_record() {
   texts_of_record.clear();
 }
 
-void element_pass::look_at_text(const known_element& meaning) {
+void element_pass::check_text(const known_element& meaning) {
   if (meaning.role == text_role::none) return;
   pieces.erase(std::remove_if(pieces.begin(), pieces.end(), is_blank), pieces.end());
   if (pieces.empty()) return;
@@ -199,7 +202,7 @@ void element_pass::look_at_text(const known_element& meaning) {
   if (meaning.role == text_role::data_type && !names_a_data_type(number)) {
     add("unknown_data_type", "data type " + std::to_string(number) + " has no name");
   }
-  if (meaning.role == text_role::property) meet(properties[text]);
+  if (meaning.role == text_role::property) note_occurrence(properties[text]);
   if (is_cut) {
     add("text_cut", open.back().name + " has " + (pieces.size() > 1 ? "more than " : "") +
                         std::to_string(text.size()) + " bytes; the record keeps " +
@@ -213,13 +216,13 @@ void element_pass::finish() {
   for (const auto& [name, place] : unknown) {
     found.push_back(
         {"unknown_element",
-         "no reader knows the element " + quoted(name) + " (" + times(place.times) + ")",
+         "no reader knows the element " + quoted(name) + " (" + times(place.number) + ")",
          place.line, place.column});
   }
   for (const auto& [property, place] : properties) {
-    if (place.times == 1) continue;
+    if (place.number == 1) continue;
     found.push_back({"duplicate_property",
-                     "property " + quoted(property) + " stands here " + times(place.times),
+                     "property " + quoted(property) + " stands here " + times(place.number),
                      place.line, place.column});
   }
 }
@@ -231,40 +234,40 @@ std::string_view text_in(const row& record, std::string_view name) {
   return {};
 }
 
-void look_at_channels(const std::vector<row>& records, element_pass& pass) {
+void find_nameless_channels(const std::vector<row>& records, element_pass& pass) {
   for (const row& channel : records) {
     if (!text_in(channel, "name").empty()) continue;
     const std::string property(text_in(channel, "property"));
     const auto place = pass.properties.find(property);
-    const met where = place != pass.properties.end() ? place->second : met{};
+    const occurrences where = place != pass.properties.end() ? place->second : occurrences{};
     pass.found.push_back({"channel_without_name", "channel " + quoted(property) + " has no name",
                           where.line, where.column});
   }
 }
 
-void look_at_features(const std::vector<row>& records, element_pass& pass) {
+void find_duplicate_features(const std::vector<row>& records, element_pass& pass) {
   std::map<std::string_view, int> names;
   for (const row& feature : records) ++names[text_in(feature, "name")];
-  for (const auto& [name, count] : names) {
-    if (count == 1 || name.empty()) continue;
+  for (const auto& [name, number] : names) {
+    if (number == 1 || name.empty()) continue;
     pass.found.push_back(
-        {"duplicate_feature", "feature " + quoted(name) + " stands here " + times(count)});
+        {"duplicate_feature", "feature " + quoted(name) + " stands here " + times(number)});
   }
 }
 
 }  // namespace
 
-std::vector<finding> findings_of(input_file& file, const document_kind& kind,
+std::vector<finding> findings_of(input_file& file, document_kind kind,
                                  const loaded_document& document) {
-  const bool is_camera = kind.record_name == "feature";
-  element_pass pass(kind.elements);
+  const bool is_camera = kind == document_kind::camera;
+  element_pass pass(traits_of(kind).elements);
   const std::string thrown =
       scan_document(file.path(), pass,
                     is_camera ? xercesc::SAXParser::Val_Never : xercesc::SAXParser::Val_Auto, true);
   if (!thrown.empty()) pass.found.push_back({"damage", thrown});
   pass.finish();
-  if (kind.record_name == "channel") look_at_channels(document.rows, pass);
-  if (is_camera) look_at_features(document.rows, pass);
+  if (is_channels(kind)) find_nameless_channels(document.rows, pass);
+  if (is_camera) find_duplicate_features(document.rows, pass);
   std::stable_sort(pass.found.begin(), pass.found.end(), [](const finding& a, const finding& b) {
     return std::tie(a.line, a.column) < std::tie(b.line, b.column);
   });

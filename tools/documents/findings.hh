@@ -17,7 +17,7 @@ struct finding {
 };
 
 /// Everything found in the file and in its records, by line.
-std::vector<finding> findings_of(input_file& file, const document_kind& kind,
+std::vector<finding> findings_of(input_file& file, document_kind kind,
                                  const loaded_document& document);
 
 #endif

@@ -36,9 +36,9 @@ const char* feature_name(int type) {
 }
 
 void add(row& to, std::string_view name, cell value, name_of_number names = nullptr) {
-  const char* says = "";
-  if (names != nullptr) says = names(static_cast<int>(std::get<std::int64_t>(value)));
-  to.fields.push_back({name, value, says});
+  const char* number_name = "";
+  if (names != nullptr) number_name = names(static_cast<int>(std::get<std::int64_t>(value)));
+  to.fields.push_back({name, value, number_name});
 }
 
 name_of_number names_for(zrt4::detail::field_role role) {

@@ -42,7 +42,7 @@ struct row {
   struct field {
     std::string_view name;
     cell value;
-    std::string_view says;  ///< what a number is called; empty when it has no names
+    std::string_view number_name;  ///< empty when the number has none
 
     friend bool operator==(const field& a, const field& b) { return a.value == b.value; }
     friend bool operator<(const field& a, const field& b) { return a.value < b.value; }

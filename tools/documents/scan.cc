@@ -4,9 +4,11 @@
 #include <xercesc/framework/XMLPScanToken.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/XMLException.hpp>
-#include <xercesc/util/XMLString.hpp>
 
 #include "limited_scanner.hh"
+#include "local_text.hh"
+
+using zrt4::detail::to_local;
 
 namespace {
 
@@ -19,7 +21,7 @@ class root_handler : public xercesc::HandlerBase {
   void fatalError(const xercesc::SAXParseException& exception) override { note(exception); }
 
   std::string name;
-  std::vector<damage> found;
+  std::vector<xml_error> found;
 
  private:
   void note(const xercesc::SAXParseException& exception) {
@@ -35,8 +37,8 @@ void scan(const char* path, root_handler& handler, xercesc::SAXParser::ValScheme
   if (!thrown.empty()) handler.found = {{thrown, {}}};
 }
 
-damage first_of(const std::vector<damage>& found) {
-  return found.empty() ? damage{} : found.front();
+xml_error first_of(const std::vector<xml_error>& found) {
+  return found.empty() ? xml_error{} : found.front();
 }
 
 }  // namespace
@@ -57,26 +59,19 @@ std::string scan_document(const char* path, xercesc::HandlerBase& handler,
   return {};
 }
 
-std::string to_local(const XMLCh* text) {
-  char* transcoded = xercesc::XMLString::transcode(text);
-  std::string copy = transcoded != nullptr ? transcoded : "";
-  xercesc::XMLString::release(&transcoded);
-  return copy;
-}
-
 root_element find_root_element(const char* path) {
   root_handler handler;
   scan(path, handler, xercesc::SAXParser::Val_Auto, false);
   return {handler.name, first_of(handler.found)};
 }
 
-std::vector<damage> all_damage(const char* path) {
+std::vector<xml_error> xml_errors(const char* path) {
   root_handler handler;
   scan(path, handler, xercesc::SAXParser::Val_Auto, true);
   return std::move(handler.found);
 }
 
-damage first_damage(const char* path) {
+xml_error first_xml_error(const char* path) {
   root_handler handler;
   scan(path, handler, xercesc::SAXParser::Val_Never, true);
   return first_of(handler.found);

@@ -15,28 +15,25 @@
 std::string scan_document(const char* path, xercesc::HandlerBase& handler,
                           xercesc::SAXParser::ValSchemes validation, bool whole);
 
-/// A text of the XML library in the local code page.
-std::string to_local(const XMLCh* text);
-
 /// An XML error.
-struct damage {
+struct xml_error {
   std::string text;
   std::string place;  ///< ":LINE:COLUMN" where known
 };
 
 struct root_element {
   std::string name;  ///< empty when there is none
-  damage first;      ///< the first error, with an empty text when there is none
+  xml_error first;   ///< the first error, with an empty text when there is none
 };
 
 /// Scans only what stands before the root element.
 root_element find_root_element(const char* path);
 
 /// What keeps the document from being well formed, or from being what its document type declares.
-std::vector<damage> all_damage(const char* path);
+std::vector<xml_error> xml_errors(const char* path);
 
 /// The first thing that keeps the document from being well formed; with an empty text when there is
 /// none.
-damage first_damage(const char* path);
+xml_error first_xml_error(const char* path);
 
 #endif

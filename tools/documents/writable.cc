@@ -10,15 +10,15 @@
 
 namespace {
 
-class findings {
+class text_check {
  public:
-  explicit findings(const std::string& name) : file(name) {}
+  explicit text_check(const std::string& name) : file(name) {}
 
   void text(const std::string& channel, std::string_view field, const char* content) {
     bool fatal = false;
     const std::string why = unwritable(content, fatal);
     if (why.empty()) return;
-    complain(file, "channel '" + channel + "', field " + std::string(field) + ": the text " + why);
+    report(file, "channel '" + channel + "', field " + std::string(field) + ": the text " + why);
     result.wholly = false;
     result.at_all = result.at_all && !fatal;
   }
@@ -44,28 +44,28 @@ class findings {
 }  // namespace
 
 writable check_channels(const std::string& file, const zrt4::channel_list& channels) {
-  findings found(file);
+  text_check texts(file);
   for (const chan_descr_2010& channel : channels) {
     const std::string name = channel.prop_name;
-    found.record(name, channel);
-    for (const bit_descr* bit : channel.bits) found.record(name, *bit);
+    texts.record(name, channel);
+    for (const bit_descr* bit : channel.bits) texts.record(name, *bit);
     for (const dim_descr* dim : channel.dims) {
-      found.record(name, *dim);
-      for (const stat_descr* stat : dim->stats) found.record(name, *stat);
+      texts.record(name, *dim);
+      for (const stat_descr* stat : dim->stats) texts.record(name, *stat);
     }
   }
-  return found.result;
+  return texts.result;
 }
 
 template <class Entry>
 writable check_dictionary(const std::string& file,
                           const zrt4::basic_env_dictionary<Entry>& entries) {
-  findings found(file);
+  text_check texts(file);
   for (const Entry& entry : entries) {
-    found.text(entry.data.env_prop, zrt4::detail::env_index_names[ENV_INDX_PROP],
+    texts.text(entry.data.env_prop, zrt4::detail::env_index_names[ENV_INDX_PROP],
                entry.data.env_prop);
   }
-  return found.result;
+  return texts.result;
 }
 
 template writable check_dictionary(const std::string&, const zrt4::env_dictionary&);

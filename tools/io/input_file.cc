@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "bad_document.hh"
+#include "file_error.hh"
 #include "progress.hh"
 
 namespace {

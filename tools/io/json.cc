@@ -1,17 +1,12 @@
 #include "json.hh"
 
-#include <cmath>
-#include <cstdlib>
+#include <cstdint>
 #include <cwchar>
 #include <nlohmann/json.hpp>
 
-#include "each_file.hh"
 #include "output_file.hh"
 
 namespace {
-
-// Raised when a program that reads the output would have to be changed.
-constexpr int format_version = 1;
 
 constexpr std::string_view replacement = "\xef\xbf\xbd";
 
@@ -36,21 +31,6 @@ void append_utf8(std::string& text, std::uint32_t code) {
   }
 }
 
-json of(std::int64_t number) {
-  return number;
-}
-
-json of(std::string_view text) {
-  return to_utf8(text);
-}
-
-// The decimal that a person wrote rather than the nearest binary fraction; what is no number has no
-// place in JSON.
-json of(threshold value) {
-  if (!std::isfinite(value.value)) return nullptr;
-  return std::strtod(text_of(value).c_str(), nullptr);
-}
-
 }  // namespace
 
 std::string to_utf8(std::string_view local) {
@@ -70,42 +50,6 @@ std::string to_utf8(std::string_view local) {
     }
   }
   return utf8;
-}
-
-json to_json(const cell& value) {
-  return std::visit([](const auto& held) { return of(held); }, value);
-}
-
-json to_json(const row& record) {
-  if (record.fields.size() == 1 && record.groups.empty()) return to_json(record.key().value);
-  json object = json::object();
-  for (const row::field& field : record.fields) {
-    const std::string name(field.name);
-    object[name] = to_json(field.value);
-    if (!field.says.empty()) object[name + "_name"] = field.says;
-  }
-  for (const row_group& group : record.groups) {
-    object[std::string(group.name)] = to_json(group.rows);
-  }
-  return object;
-}
-
-json to_json(const std::vector<row>& records) {
-  json array = json::array();
-  for (const row& record : records) array.push_back(to_json(record));
-  return array;
-}
-
-json json_head(std::string_view subcommand) {
-  return {{"format_version", format_version}, {"subcommand", subcommand}};
-}
-
-json json_of_file(const std::string& name, std::string_view kind) {
-  return {{"file", to_utf8(name)}, {"kind", kind}};
-}
-
-json json_of_unusable(const unusable_file& file) {
-  return {{"file", to_utf8(file.name)}, {"kind", nullptr}, {"unusable", to_utf8(file.reason)}};
 }
 
 void print_json(const json& value) {

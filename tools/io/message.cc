@@ -8,7 +8,7 @@
 namespace {
 
 // Standard error as it was before `be_quiet`.
-int told_always = STDERR_FILENO;
+int original_stderr = STDERR_FILENO;
 
 std::string line(const std::string& file, const std::string& text) {
   return "zrt4xml: " + file + ": " + text + "\n";
@@ -16,24 +16,25 @@ std::string line(const std::string& file, const std::string& text) {
 
 }  // namespace
 
-void complain(const std::string& file, const std::string& text) {
+void report(const std::string& file, const std::string& text) {
   std::fflush(stdout);
   std::fputs(line(file, text).c_str(), stderr);
 }
 
-void insist(const std::string& file, const std::string& text) {
+void report_always(const std::string& file, const std::string& text) {
   std::fflush(stdout);
   std::fflush(stderr);
-  dprintf(told_always, "%s", line(file, text).c_str());
+  dprintf(original_stderr, "%s", line(file, text).c_str());
 }
 
-void complain_of_errors(const std::string& file, int errors, const std::string& rest) {
-  complain(file, "not read cleanly (" + std::to_string(errors) +
-                     (errors == 1 ? " error" : " errors") + "); " + rest);
+void report_errors(const std::string& file, int errors, const std::string& rest) {
+  if (errors == 0) return;
+  report(file, "not read cleanly (" + std::to_string(errors) +
+                   (errors == 1 ? " error" : " errors") + "); " + rest);
 }
 
 void be_quiet() {
-  told_always = dup(STDERR_FILENO);
+  original_stderr = dup(STDERR_FILENO);
   const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
   dup2(nowhere, STDERR_FILENO);
   close(nowhere);

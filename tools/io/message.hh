@@ -6,15 +6,17 @@
 #include <string>
 
 /// About a document.
-void complain(const std::string& file, const std::string& text);
+void report(const std::string& file, const std::string& text);
 
-/// About what makes the exit code 2. Told even when the tool was asked to be quiet.
-void insist(const std::string& file, const std::string& text);
+/// About what makes the exit code 2. Printed even when the tool was asked to be quiet.
+void report_always(const std::string& file, const std::string& text);
 
-/// Tells that `errors` were met while reading `file`, and what becomes of the rest.
-void complain_of_errors(const std::string& file, int errors, const std::string& rest);
+/// Reports the number of errors while reading `file`, if there were any, and what becomes of the
+/// rest.
+void report_errors(const std::string& file, int errors, const std::string& rest);
 
-/// From now on nothing but `insist` writes to standard error, the library's messages included.
+/// From now on nothing but `report_always` writes to standard error, the library's messages
+/// included.
 void be_quiet();
 
 #endif

@@ -10,8 +10,8 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "bad_document.hh"
 #include "descriptor.hh"
+#include "file_error.hh"
 
 namespace {
 

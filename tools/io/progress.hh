@@ -6,7 +6,7 @@
 #include <string>
 #include <thread>
 
-/// While it lives, and has lived for half a second, a line on standard error says what is being
+/// While it lives, and has lived for half a second, a line on standard error names what is being
 /// read; only on a terminal. It is wiped off at the end.
 class progress {
  public:

@@ -3,7 +3,7 @@
 
 #include <unistd.h>
 
-/// While it lives, what the library says on standard output (or, as `stream`, standard error) is
+/// While it lives, what the library prints on standard output (or, as `stream`, standard error) is
 /// dropped: remarks that are not part of the result which the tool prints there. With `into` it is
 /// written there instead.
 class quiet_output {

@@ -1,4 +1,4 @@
-#include "documents.hh"
+#include "reading.hh"
 
 #include <unistd.h>
 
@@ -16,29 +16,29 @@ namespace {
 
 template <class List>
 int read_file(List& list, input_file& file) {
-  return read_and_tell(file, [&] { return list.read_file(file.path()); });
+  return read_and_report(file, [&] { return list.read_file(file.path()); });
 }
 
 }  // namespace
 
-// What the library says of XML errors names the copy that was made of standard input, in a form of
-// its own.
-int read_and_tell(input_file& file, const std::function<int()>& read) {
+// What the library prints of XML errors names the copy that was made of standard input, in a form
+// of its own.
+int read_and_report(input_file& file, const std::function<int()>& read) {
   const progress shown(file.name());
-  descriptor said(memory_file());
+  descriptor messages(memory_file());
   int errors = 0;
   {
-    const quiet_output held(STDERR_FILENO, said.get());
+    const quiet_output held(STDERR_FILENO, messages.get());
     errors = read();
   }
   if (errors == 0) return 0;
-  std::vector<damage> found = all_damage(file.path());
+  std::vector<xml_error> found = xml_errors(file.path());
   if (found.empty()) {
-    std::fputs(said.read_from_start().c_str(), stderr);
+    std::fputs(messages.read_from_start().c_str(), stderr);
     return errors;
   }
   found.resize(std::min(found.size(), static_cast<std::size_t>(errors)));
-  for (const damage& each : found) complain(file.name() + each.place, each.text);
+  for (const xml_error& each : found) report(file.name() + each.place, each.text);
   return errors;
 }
 
@@ -48,13 +48,13 @@ int read_into(zrt4::event_list& list, input_file& file) {
 
 int read_into(zrt4::channel_list& list, input_file& file, int dialect, zrt4::types wanted) {
   if (dialect != MORV_FORMAT || wanted != zrt4::types::masks) {
-    return read_and_tell(file, [&] { return list.read_file(file.path(), wanted); });
+    return read_and_report(file, [&] { return list.read_file(file.path(), wanted); });
   }
   // Only the memory reader makes masks of this dialect's event types. It also remarks on every bit
   // title that has not got its text yet, which is no news to a person.
   const std::string text = file.content();
   const quiet_output remarks;
-  return read_and_tell(file, [&] { return list.read_text(text, wanted); });
+  return read_and_report(file, [&] { return list.read_text(text, wanted); });
 }
 
 int read_into(zrt4::env_dictionary& list, input_file& file) {

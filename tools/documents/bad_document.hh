@@ -14,12 +14,4 @@ struct bad_document : std::runtime_error {
   std::string place;  ///< ":LINE:COLUMN" where known
 };
 
-/// A file that cannot be opened, read or written, or is of no use to the subcommand (exit code 2).
-struct file_error : std::runtime_error {
-  file_error(std::string name, const std::string& reason)
-      : std::runtime_error(reason), file(std::move(name)) {}
-
-  std::string file;
-};
-
 #endif

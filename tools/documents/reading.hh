@@ -1,8 +1,8 @@
-#ifndef DOCUMENTS_HH
-#define DOCUMENTS_HH
+#ifndef READING_HH
+#define READING_HH
 
 // Files of the command line, read into the library's lists. Each returns the number of errors;
-// those of XML are told as FILE:LINE:COLUMN.
+// those of XML are reported as FILE:LINE:COLUMN.
 
 #include <functional>
 
@@ -18,10 +18,10 @@ int read_into(zrt4::channel_list& list, input_file& file, int dialect, zrt4::typ
 int read_into(zrt4::env_dictionary& list, input_file& file);
 int read_into(zrt4::env_dictionary_2010& list, input_file& file);
 
-/// Damage is no error, and not told.
+/// Neither counts nor reports XML errors.
 int read_into(zrt4::camera_features& list, input_file& file);
 
 /// The same for any `read` of the file.
-int read_and_tell(input_file& file, const std::function<int()>& read);
+int read_and_report(input_file& file, const std::function<int()>& read);
 
 #endif

@@ -1,0 +1,78 @@
+#include "merge.hh"
+
+#include <deque>
+#include <map>
+#include <string_view>
+
+#include "diff.hh"
+#include "document_kind.hh"
+#include "file_error.hh"
+#include "input_file.hh"
+#include "message.hh"
+#include "reading.hh"
+
+namespace {
+
+void add(zrt4::channel_list& base, zrt4::channel_list& from, bool force) {
+  // No hash table: senders could choose properties that all have one hash.
+  std::map<std::string_view, chan_descr_2010*> by_property;
+  for (chan_descr_2010& channel : base) by_property.emplace(channel.prop_name, &channel);
+  std::vector<chan_descr_2010*> merged;
+  for (chan_descr_2010* channel : *from.get()) {
+    const auto [known, is_new] = by_property.emplace(channel->prop_name, channel);
+    if (is_new) {
+      base.get()->push_back(channel);
+    } else if (known->second != channel) {
+      extend_channel_description(known->second, channel, force);
+      merged.push_back(channel);
+    }
+  }
+  from.get()->swap(merged);
+}
+
+// Returns whether it was read cleanly. The first file read chooses what `same` means.
+bool read(zrt4::channel_list& list, const std::string& name, document_form& to) {
+  input_file file(name);
+  const document_kind kind = kind_of(file);
+  if (!is_channels(kind)) throw wrong_kind(file, kind, "channel descriptions");
+  const int dialect = dialect_of(kind);
+  if (to == document_form::same) to = form_of(dialect);
+  const int errors = read_into(list, file, dialect, types_for(to));
+  report_errors(file.name(), errors, "what could be read is merged");
+  return errors == 0;
+}
+
+bool add_all_but_first(zrt4::channel_list& base, const std::vector<std::string>& files, bool force,
+                       document_form to) {
+  bool read_cleanly = true;
+  for (std::size_t i = 1; i < files.size(); ++i) {
+    zrt4::channel_list from;
+    read_cleanly = read(from, files[i], to) && read_cleanly;
+    add(base, from, force);
+  }
+  return read_cleanly;
+}
+
+}  // namespace
+
+exit_code merge(const std::vector<std::string>& files, bool force, document_form to,
+                const std::string& output) {
+  zrt4::channel_list base;
+  const bool first = read(base, files.front(), to);
+  const bool others = add_all_but_first(base, files, force, to);
+  return fine_if(write_list(base, first && others, shown_name(files.front()), to, output));
+}
+
+exit_code merge_dry_run(const std::vector<std::string>& files, bool force, answer_format format) {
+  zrt4::channel_list base;
+  document_form to = document_form::same;
+  const bool first = read(base, files.front(), to);
+  std::vector<row> before = rows_of(base);
+  std::deque<std::string> texts;
+  detach(before, texts);
+  const bool others = add_all_but_first(base, files, force, to);
+  std::vector<row> after = rows_of(base);
+  print_differences("merge", shown_name(files.front()), "merged",
+                    differences(before, after, "channel"), format);
+  return fine_if(first && others);
+}

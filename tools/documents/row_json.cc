@@ -1,0 +1,48 @@
+#include "row_json.hh"
+
+#include <cmath>
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+
+namespace {
+
+json of(std::int64_t number) {
+  return number;
+}
+
+json of(std::string_view text) {
+  return to_utf8(text);
+}
+
+// The decimal that a person wrote rather than the nearest binary fraction; what is no number has no
+// place in JSON.
+json of(threshold value) {
+  if (!std::isfinite(value.value)) return nullptr;
+  return std::strtod(text_of(value).c_str(), nullptr);
+}
+
+}  // namespace
+
+json to_json(const cell& value) {
+  return std::visit([](const auto& held) { return of(held); }, value);
+}
+
+json to_json(const row& record) {
+  if (record.fields.size() == 1 && record.groups.empty()) return to_json(record.key().value);
+  json object = json::object();
+  for (const row::field& field : record.fields) {
+    const std::string name(field.name);
+    object[name] = to_json(field.value);
+    if (!field.number_name.empty()) object[name + "_name"] = field.number_name;
+  }
+  for (const row_group& group : record.groups) {
+    object[std::string(group.name)] = to_json(group.rows);
+  }
+  return object;
+}
+
+json to_json(const std::vector<row>& records) {
+  json array = json::array();
+  for (const row& record : records) array.push_back(to_json(record));
+  return array;
+}

@@ -1,0 +1,16 @@
+#ifndef ROW_JSON_HH
+#define ROW_JSON_HH
+
+// Records as JSON.
+
+#include <vector>
+
+#include "json.hh"
+#include "rows.hh"
+
+/// A row of one value without groups is that value.
+json to_json(const row& record);
+json to_json(const std::vector<row>& records);
+json to_json(const cell& value);
+
+#endif
