@@ -60,9 +60,9 @@ std::string created_and_closed(const std::string& function, const std::string& n
 }
 
 template <class Generation>
-test::owned_list<typename Generation::entry> one_entry() {
-  test::owned_list<typename Generation::entry> list;
-  list.push_back(test::new_entry<typename Generation::entry>(7, "ENV/TEMP.1", 0.5F, 0.01F));
+typename Generation::list one_entry() {
+  typename Generation::list list;
+  list.get()->push_back(test::new_entry<typename Generation::entry>(7, "ENV/TEMP.1", 0.5F, 0.01F));
   return list;
 }
 
@@ -104,7 +104,7 @@ struct EnvIndexDictDump : testing::Test {
     EXPECT_EQ(said.out, printed);
   }
 
-  test::owned_list<typename Generation::entry> list = one_entry<Generation>();
+  typename Generation::list list = one_entry<Generation>();
   test::temporary_file file{"old content"};
   std::string text = "canary";
   const std::string name = Generation::dump_name;
@@ -136,7 +136,7 @@ TYPED_TEST(EnvIndexDictDump, AFileThatCannotBeOpenedIsToldWithItsReason) {
   for (const int mode : {-1, 0, 1, 2, 3, 4}) {
     int code = -1;
     const auto said = test::captured(
-        [&] { code = TypeParam::dump(&this->list, missing, mode, -1, &this->text); });
+        [&] { code = TypeParam::dump(this->list.get(), missing, mode, -1, &this->text); });
     EXPECT_EQ(code, 1);
     EXPECT_EQ(said.out, this->name + " failed to open file: '" + missing + "'\n");
     EXPECT_EQ(said.err, "fopen: No such file or directory\n");
@@ -147,8 +147,9 @@ TYPED_TEST(EnvIndexDictDump, AFileThatCannotBeOpenedIsToldWithItsReason) {
 TYPED_TEST(EnvIndexDictDump, AFolderIsNoFile) {
   char folder[] = "/tmp";
   int code = -1;
-  const auto said = test::captured(
-      [&] { code = TypeParam::dump(&this->list, folder, ENV_INDX_DUMP_XML_FILE, -1, nullptr); });
+  const auto said = test::captured([&] {
+    code = TypeParam::dump(this->list.get(), folder, ENV_INDX_DUMP_XML_FILE, -1, nullptr);
+  });
   EXPECT_EQ(code, 1);
   EXPECT_EQ(said.out, this->name + " failed to open file: '/tmp'\n");
   EXPECT_EQ(said.err, "fopen: Is a directory\n");
@@ -156,25 +157,25 @@ TYPED_TEST(EnvIndexDictDump, AFolderIsNoFile) {
 
 TYPED_TEST(EnvIndexDictDump, WithoutDestinationListsWhateverTheMode) {
   for (const int mode : {-1, 0, 1, 2, 3, 4}) {
-    this->expect(0, sample_listing, &this->list, nullptr, mode, -1, nullptr);
-    this->expect(0, sample_listing, &this->list, no_file, mode, -1, nullptr);
+    this->expect(0, sample_listing, this->list.get(), nullptr, mode, -1, nullptr);
+    this->expect(0, sample_listing, this->list.get(), no_file, mode, -1, nullptr);
   }
 }
 
 TYPED_TEST(EnvIndexDictDump, ListingCountsEntriesFromOne) {
   using entry = typename TypeParam::entry;
-  this->list.push_back(test::new_entry<entry>(-3, "B", -1.0F, 0.0F));
+  this->list.get()->push_back(test::new_entry<entry>(-3, "B", -1.0F, 0.0F));
   this->expect(0,
                sample_listing +
                    "-------------- 2 -----------------\n"
                    " Index : -3\n"
                    " Channel: B DABS -1 DREL 0\n",
-               &this->list, nullptr, ENV_INDX_DUMP_TO_SCREEN, -1, nullptr);
+               this->list.get(), nullptr, ENV_INDX_DUMP_TO_SCREEN, -1, nullptr);
 }
 
 TYPED_TEST(EnvIndexDictDump, ListingOfNoEntriesIsEmpty) {
-  this->list.release();
-  this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_TO_SCREEN, -1, nullptr);
+  this->list.clear();
+  this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_TO_SCREEN, -1, nullptr);
 }
 
 TYPED_TEST(EnvIndexDictDump, ListingShowsSixSignificantDigits) {
@@ -196,7 +197,7 @@ TYPED_TEST(EnvIndexDictDump, ListingShowsSixSignificantDigits) {
       {-std::numeric_limits<float>::infinity(), "-inf"},
       {std::numeric_limits<float>::quiet_NaN(), "nan"},
   };
-  auto& data = this->list[0]->data;
+  auto& data = this->list[0].data;
   for (const auto& row : rows) {
     data.env_ch_abs_delta = row.delta;
     data.env_ch_rel_delta = row.delta;
@@ -204,35 +205,35 @@ TYPED_TEST(EnvIndexDictDump, ListingShowsSixSignificantDigits) {
     this->expect(0,
                  "-------------- 1 -----------------\n Index : 7\n Channel: ENV/TEMP.1 DABS " +
                      shown + " DREL " + shown + "\n",
-                 &this->list, nullptr, ENV_INDX_DUMP_TO_SCREEN, -1, nullptr);
+                 this->list.get(), nullptr, ENV_INDX_DUMP_TO_SCREEN, -1, nullptr);
   }
 }
 
 TYPED_TEST(EnvIndexDictDump, ListingShowsAnEmptyPropertyAsItIs) {
-  this->list[0]->data.env_prop[0] = '\0';
+  this->list[0].data.env_prop[0] = '\0';
   this->expect(0, "-------------- 1 -----------------\n Index : 7\n Channel:  DABS 0.5 DREL 0.01\n",
-               &this->list, nullptr, ENV_INDX_DUMP_TO_SCREEN, -1, nullptr);
+               this->list.get(), nullptr, ENV_INDX_DUMP_TO_SCREEN, -1, nullptr);
 }
 
 TYPED_TEST(EnvIndexDictDump, TextFileHasOneLinePerEntry) {
   using entry = typename TypeParam::entry;
-  this->list.push_back(test::new_entry<entry>(-1, "B", -2.25F, 1e10F));
-  this->expect(0, this->opened_and_closed, &this->list, this->file.name(), ENV_INDX_DUMP_TXT_FILE,
-               -1, nullptr);
+  this->list.get()->push_back(test::new_entry<entry>(-1, "B", -2.25F, 1e10F));
+  this->expect(0, this->opened_and_closed, this->list.get(), this->file.name(),
+               ENV_INDX_DUMP_TXT_FILE, -1, nullptr);
   EXPECT_EQ(this->file.content(), sample_line + "-1\tB\t-2.250000\t10000000000.000000\n");
 }
 
 TYPED_TEST(EnvIndexDictDump, TextFileOfNoEntriesIsEmpty) {
-  this->list.release();
-  this->expect(0, this->opened_and_closed, &this->list, this->file.name(), ENV_INDX_DUMP_TXT_FILE,
-               -1, nullptr);
+  this->list.clear();
+  this->expect(0, this->opened_and_closed, this->list.get(), this->file.name(),
+               ENV_INDX_DUMP_TXT_FILE, -1, nullptr);
   EXPECT_EQ(this->file.content(), "");
 }
 
 TYPED_TEST(EnvIndexDictDump, TextFileLeavesDescriptorAndStringAlone) {
   open_file other;
-  this->expect(0, this->opened_and_closed, &this->list, this->file.name(), ENV_INDX_DUMP_TXT_FILE,
-               other.descriptor(), &this->text);
+  this->expect(0, this->opened_and_closed, this->list.get(), this->file.name(),
+               ENV_INDX_DUMP_TXT_FILE, other.descriptor(), &this->text);
   EXPECT_EQ(this->file.content(), sample_line);
   EXPECT_EQ(other.content(), "");
   EXPECT_EQ(this->text, "canary");
@@ -240,28 +241,30 @@ TYPED_TEST(EnvIndexDictDump, TextFileLeavesDescriptorAndStringAlone) {
 
 TYPED_TEST(EnvIndexDictDump, TextWithoutAFileWritesNothing) {
   open_file other;
-  this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_TXT_FILE, other.descriptor(), nullptr);
-  this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_TXT_FILE, -1, &this->text);
+  this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_TXT_FILE, other.descriptor(),
+               nullptr);
+  this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_TXT_FILE, -1, &this->text);
   EXPECT_EQ(other.content(), "");
   EXPECT_EQ(this->text, "canary");
 }
 
 TYPED_TEST(EnvIndexDictDump, XmlFile) {
-  this->expect(0, this->opened_and_closed, &this->list, this->file.name(), ENV_INDX_DUMP_XML_FILE,
-               -1, nullptr);
+  this->expect(0, this->opened_and_closed, this->list.get(), this->file.name(),
+               ENV_INDX_DUMP_XML_FILE, -1, nullptr);
   EXPECT_EQ(dateless(this->file.content()), head + sample_channel + tail);
 }
 
 TYPED_TEST(EnvIndexDictDump, XmlFileOfNoEntries) {
-  this->list.release();
-  this->expect(0, this->opened_and_closed, &this->list, this->file.name(), ENV_INDX_DUMP_XML_FILE,
-               -1, nullptr);
+  this->list.clear();
+  this->expect(0, this->opened_and_closed, this->list.get(), this->file.name(),
+               ENV_INDX_DUMP_XML_FILE, -1, nullptr);
   EXPECT_EQ(dateless(this->file.content()), empty_document);
 }
 
 TYPED_TEST(EnvIndexDictDump, XmlToADescriptor) {
   open_file other;
-  this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_XML_FILE, other.descriptor(), nullptr);
+  this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_XML_FILE, other.descriptor(),
+               nullptr);
   EXPECT_EQ(dateless(other.content()), head + sample_channel + tail);
   EXPECT_EQ(write(other.descriptor(), "more", 4), 4);
   EXPECT_EQ(dateless(other.content()), head + sample_channel + tail + "more");
@@ -269,20 +272,20 @@ TYPED_TEST(EnvIndexDictDump, XmlToADescriptor) {
 
 TYPED_TEST(EnvIndexDictDump, XmlToFileAndDescriptor) {
   open_file other;
-  this->expect(0, this->opened_and_closed, &this->list, this->file.name(), ENV_INDX_DUMP_XML_FILE,
-               other.descriptor(), &this->text);
+  this->expect(0, this->opened_and_closed, this->list.get(), this->file.name(),
+               ENV_INDX_DUMP_XML_FILE, other.descriptor(), &this->text);
   EXPECT_EQ(dateless(this->file.content()), head + sample_channel + tail);
   EXPECT_EQ(other.content(), this->file.content());
   EXPECT_EQ(this->text, "canary");
 }
 
 TYPED_TEST(EnvIndexDictDump, XmlFileModeWithOnlyAStringWritesNothing) {
-  this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_XML_FILE, -1, &this->text);
+  this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_XML_FILE, -1, &this->text);
   EXPECT_EQ(this->text, "canary");
 }
 
 TYPED_TEST(EnvIndexDictDump, XmlString) {
-  this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
+  this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
   EXPECT_EQ(dateless(this->text), head + sample_channel + tail);
 }
 
@@ -290,21 +293,21 @@ TYPED_TEST(EnvIndexDictDump, XmlStringInItsOwnMemory) {
   this->text.clear();
   this->text.reserve(100'000);
   const char* const memory = this->text.data();
-  this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
+  this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
   EXPECT_EQ(dateless(this->text), head + sample_channel + tail);
   EXPECT_EQ(this->text.data(), memory);
 }
 
 TYPED_TEST(EnvIndexDictDump, XmlStringOfNoEntries) {
-  this->list.release();
-  this->expect(0, "", &this->list, no_file, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
+  this->list.clear();
+  this->expect(0, "", this->list.get(), no_file, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
   EXPECT_EQ(dateless(this->text), empty_document);
 }
 
 TYPED_TEST(EnvIndexDictDump, XmlStringLeavesTheFileEmptyAndTheDescriptorAlone) {
   open_file other;
-  this->expect(0, this->opened_and_closed, &this->list, this->file.name(), ENV_INDX_DUMP_XML_STRING,
-               other.descriptor(), &this->text);
+  this->expect(0, this->opened_and_closed, this->list.get(), this->file.name(),
+               ENV_INDX_DUMP_XML_STRING, other.descriptor(), &this->text);
   EXPECT_EQ(this->file.content(), "");
   EXPECT_EQ(other.content(), "");
   EXPECT_EQ(dateless(this->text), head + sample_channel + tail);
@@ -312,8 +315,8 @@ TYPED_TEST(EnvIndexDictDump, XmlStringLeavesTheFileEmptyAndTheDescriptorAlone) {
 
 TYPED_TEST(EnvIndexDictDump, XmlStringWithoutAStringWritesNothing) {
   open_file other;
-  this->expect(0, this->opened_and_closed, &this->list, this->file.name(), ENV_INDX_DUMP_XML_STRING,
-               other.descriptor(), nullptr);
+  this->expect(0, this->opened_and_closed, this->list.get(), this->file.name(),
+               ENV_INDX_DUMP_XML_STRING, other.descriptor(), nullptr);
   EXPECT_EQ(this->file.content(), "");
   EXPECT_EQ(other.content(), "");
 }
@@ -321,7 +324,7 @@ TYPED_TEST(EnvIndexDictDump, XmlStringWithoutAStringWritesNothing) {
 TYPED_TEST(EnvIndexDictDump, OtherModesOnlyCreateTheFile) {
   open_file other;
   for (const int mode : {-1, 0, 4, 100}) {
-    this->expect(0, this->opened_and_closed, &this->list, this->file.name(), mode,
+    this->expect(0, this->opened_and_closed, this->list.get(), this->file.name(), mode,
                  other.descriptor(), &this->text);
     EXPECT_EQ(this->file.content(), "");
   }
@@ -332,25 +335,25 @@ TYPED_TEST(EnvIndexDictDump, OtherModesOnlyCreateTheFile) {
 TYPED_TEST(EnvIndexDictDump, OtherModesWithoutAFileDoNothing) {
   open_file other;
   for (const int mode : {-1, 0, 4}) {
-    this->expect(0, "", &this->list, nullptr, mode, other.descriptor(), nullptr);
-    this->expect(0, "", &this->list, nullptr, mode, -1, &this->text);
+    this->expect(0, "", this->list.get(), nullptr, mode, other.descriptor(), nullptr);
+    this->expect(0, "", this->list.get(), nullptr, mode, -1, &this->text);
   }
   EXPECT_EQ(other.content(), "");
   EXPECT_EQ(this->text, "canary");
 }
 
 TYPED_TEST(EnvIndexDictDump, AnEmptyPropertyIsWrittenAsUndefined) {
-  this->list[0]->data.env_prop[0] = '\0';
-  this->expect(0, this->opened_and_closed, &this->list, this->file.name(), ENV_INDX_DUMP_TXT_FILE,
-               -1, nullptr);
+  this->list[0].data.env_prop[0] = '\0';
+  this->expect(0, this->opened_and_closed, this->list.get(), this->file.name(),
+               ENV_INDX_DUMP_TXT_FILE, -1, nullptr);
   EXPECT_EQ(this->file.content(), "7\t!!!UNDEFINED!!!\t0.500000\t0.010000\n");
   const std::string undefined =
       "<CHANNEL>\n<INDEX>7</INDEX>\n<PROP>!!!UNDEFINED!!!</PROP>\n"
       "<DABS>0.500000</DABS>\n<DREL>0.010000</DREL>\n</CHANNEL>\n";
-  this->expect(0, this->opened_and_closed, &this->list, this->file.name(), ENV_INDX_DUMP_XML_FILE,
-               -1, nullptr);
+  this->expect(0, this->opened_and_closed, this->list.get(), this->file.name(),
+               ENV_INDX_DUMP_XML_FILE, -1, nullptr);
   EXPECT_EQ(dateless(this->file.content()), head + undefined + tail);
-  this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
+  this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
   EXPECT_EQ(dateless(this->text), head + undefined + tail);
 }
 
@@ -375,71 +378,71 @@ TYPED_TEST(EnvIndexDictDump, DeltasHaveSixDecimalsAndAreNeverCut) {
       {std::numeric_limits<float>::quiet_NaN(), "nan"},
       {-std::numeric_limits<float>::quiet_NaN(), "-nan"},
   };
-  auto& data = this->list[0]->data;
+  auto& data = this->list[0].data;
   for (const auto& row : rows) {
     const std::string written = row.text;
     data.env_ch_abs_delta = row.delta;
     data.env_ch_rel_delta = row.delta;
-    this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
+    this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
     EXPECT_EQ(dateless(this->text),
               head + "<CHANNEL>\n<INDEX>7</INDEX>\n<PROP>ENV/TEMP.1</PROP>\n" + "<DABS>" + written +
                   "</DABS>\n<DREL>" + written + "</DREL>\n</CHANNEL>\n" + tail);
-    this->expect(0, this->opened_and_closed, &this->list, this->file.name(), ENV_INDX_DUMP_TXT_FILE,
-                 -1, nullptr);
+    this->expect(0, this->opened_and_closed, this->list.get(), this->file.name(),
+                 ENV_INDX_DUMP_TXT_FILE, -1, nullptr);
     EXPECT_EQ(this->file.content(), "7\tENV/TEMP.1\t" + written + "\t" + written + "\n");
   }
 }
 
 TYPED_TEST(EnvIndexDictDump, IndexesOfEverySize) {
   for (const int index : {0, -1, 2147483647, std::numeric_limits<int>::min()}) {
-    this->list[0]->index = index;
-    this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
+    this->list[0].index = index;
+    this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
     EXPECT_THAT(this->text, testing::HasSubstr("<INDEX>" + std::to_string(index) + "</INDEX>\n"));
   }
 }
 
 TYPED_TEST(EnvIndexDictDump, PropertiesAreNotEscaped) {
-  std::strcpy(this->list[0]->data.env_prop, "A&B<C>\"'\t%s");
-  this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
+  std::strcpy(this->list[0].data.env_prop, "A&B<C>\"'\t%s");
+  this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
   EXPECT_THAT(this->text, testing::HasSubstr("<PROP>A&B<C>\"'\t%s</PROP>\n"));
-  this->expect(0, this->opened_and_closed, &this->list, this->file.name(), ENV_INDX_DUMP_TXT_FILE,
-               -1, nullptr);
+  this->expect(0, this->opened_and_closed, this->list.get(), this->file.name(),
+               ENV_INDX_DUMP_TXT_FILE, -1, nullptr);
   EXPECT_EQ(this->file.content(), "7\tA&B<C>\"'\t%s\t0.500000\t0.010000\n");
 }
 
 TYPED_TEST(EnvIndexDictDump, TheLongestPropertyIsWrittenWhole) {
   const std::string longest(TypeParam::longest, 'P');
-  std::strcpy(this->list[0]->data.env_prop, longest.c_str());
-  this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
+  std::strcpy(this->list[0].data.env_prop, longest.c_str());
+  this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
   EXPECT_THAT(this->text, testing::HasSubstr("<PROP>" + longest + "</PROP>\n"));
 }
 
 // Records may come from foreign memory: a name that fills its field ends with it.
 TYPED_TEST(EnvIndexDictDump, APropertyWithoutTerminatorEndsWithItsField) {
-  auto& property = this->list[0]->data.env_prop;
+  auto& property = this->list[0].data.env_prop;
   std::memset(property, 'P', sizeof property);
   const std::string whole(sizeof property, 'P');
-  this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
+  this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
   EXPECT_THAT(this->text, testing::HasSubstr("<PROP>" + whole + "</PROP>\n"));
-  this->expect(0, this->opened_and_closed, &this->list, this->file.name(), ENV_INDX_DUMP_TXT_FILE,
-               -1, nullptr);
+  this->expect(0, this->opened_and_closed, this->list.get(), this->file.name(),
+               ENV_INDX_DUMP_TXT_FILE, -1, nullptr);
   EXPECT_EQ(this->file.content(), "7\t" + whole + "\t0.500000\t0.010000\n");
   this->expect(0,
                "-------------- 1 -----------------\n Index : 7\n Channel: " + whole +
                    " DABS 0.5 DREL 0.01\n",
-               &this->list, nullptr, ENV_INDX_DUMP_TO_SCREEN, -1, nullptr);
+               this->list.get(), nullptr, ENV_INDX_DUMP_TO_SCREEN, -1, nullptr);
 }
 
 TYPED_TEST(EnvIndexDictDump, AnEntryListedTwiceIsWrittenTwice) {
-  this->list.push_back(this->list[0]);
-  this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
+  this->list.get()->push_back(&this->list[0]);
+  this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
   EXPECT_EQ(dateless(this->text), head + sample_channel + sample_channel + tail);
 }
 
 TYPED_TEST(EnvIndexDictDump, TheDateIsTheCurrentLocalTime) {
   std::string before;
   add_iso_date(before);
-  this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
+  this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
   std::string after;
   add_iso_date(after);
   const std::string line = this->text.substr(head.find('\t'), before.size());
@@ -450,11 +453,11 @@ TYPED_TEST(EnvIndexDictDump, TheDateIsTheCurrentLocalTime) {
 TYPED_TEST(EnvIndexDictDump, NumbersFollowTheLocaleExceptInTheListing) {
   const test::comma_locale comma;
   if (!comma.active()) GTEST_SKIP() << "no locale with a decimal comma can be made here";
-  this->expect(0, sample_listing, &this->list, nullptr, ENV_INDX_DUMP_TO_SCREEN, -1, nullptr);
-  this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
+  this->expect(0, sample_listing, this->list.get(), nullptr, ENV_INDX_DUMP_TO_SCREEN, -1, nullptr);
+  this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
   EXPECT_THAT(this->text, testing::HasSubstr("<DABS>0,500000</DABS>\n<DREL>0,010000</DREL>\n"));
-  this->expect(0, this->opened_and_closed, &this->list, this->file.name(), ENV_INDX_DUMP_TXT_FILE,
-               -1, nullptr);
+  this->expect(0, this->opened_and_closed, this->list.get(), this->file.name(),
+               ENV_INDX_DUMP_TXT_FILE, -1, nullptr);
   EXPECT_EQ(this->file.content(), "7\tENV/TEMP.1\t0,500000\t0,010000\n");
 }
 
@@ -462,7 +465,7 @@ TYPED_TEST(EnvIndexDictDump, AClosedDescriptorIsAFailedWrite) {
   const int closed = fcntl(1, F_DUPFD, 200);  // beyond those that capturing opens
   close(closed);
   for (const int descriptor : {closed, -2}) {
-    this->expect(2, TypeParam::write_failed, &this->list, nullptr, ENV_INDX_DUMP_XML_FILE,
+    this->expect(2, TypeParam::write_failed, this->list.get(), nullptr, ENV_INDX_DUMP_XML_FILE,
                  descriptor, &this->text);
   }
   EXPECT_EQ(this->text, "canary");
@@ -471,7 +474,7 @@ TYPED_TEST(EnvIndexDictDump, AClosedDescriptorIsAFailedWrite) {
 TYPED_TEST(EnvIndexDictDump, AFullDeviceIsAFailedWrite) {
   const int full = open("/dev/full", O_WRONLY);
   if (full == -1) GTEST_SKIP() << "no /dev/full";
-  this->expect(2, TypeParam::write_failed, &this->list, nullptr, ENV_INDX_DUMP_XML_FILE, full,
+  this->expect(2, TypeParam::write_failed, this->list.get(), nullptr, ENV_INDX_DUMP_XML_FILE, full,
                nullptr);
   close(full);
 }
@@ -481,8 +484,8 @@ TYPED_TEST(EnvIndexDictDump, APipeWithoutReaderIsAFailedWrite) {
   ASSERT_EQ(pipe(ends), 0);
   close(ends[0]);
   const auto previous = std::signal(SIGPIPE, SIG_IGN);
-  this->expect(2, TypeParam::write_failed, &this->list, nullptr, ENV_INDX_DUMP_XML_FILE, ends[1],
-               nullptr);
+  this->expect(2, TypeParam::write_failed, this->list.get(), nullptr, ENV_INDX_DUMP_XML_FILE,
+               ends[1], nullptr);
   (void)std::signal(SIGPIPE, previous);
   close(ends[1]);
 }
@@ -492,14 +495,16 @@ TYPED_TEST(EnvIndexDictDump, AFullFileGoesUnnoticed) {
   char full[] = "/dev/full";
   if (access(full, W_OK) != 0) GTEST_SKIP() << "no /dev/full";
   for (const int mode : {ENV_INDX_DUMP_TXT_FILE, ENV_INDX_DUMP_XML_FILE}) {
-    this->expect(0, created_and_closed(this->name, full), &this->list, full, mode, -1, nullptr);
+    this->expect(0, created_and_closed(this->name, full), this->list.get(), full, mode, -1,
+                 nullptr);
   }
 }
 
 TYPED_TEST(EnvIndexDictDump, APipeTakesADocumentLongerThanItself) {
   using entry = typename TypeParam::entry;
   for (int i = 0; i < 2000; ++i) {
-    this->list.push_back(test::new_entry<entry>(i, "ENV/TEMP." + std::to_string(i), 0.5F, 0.01F));
+    this->list.get()->push_back(
+        test::new_entry<entry>(i, "ENV/TEMP." + std::to_string(i), 0.5F, 0.01F));
   }
   int ends[2];
   ASSERT_EQ(pipe(ends), 0);
@@ -510,11 +515,11 @@ TYPED_TEST(EnvIndexDictDump, APipeTakesADocumentLongerThanItself) {
       arrived.append(piece, static_cast<std::size_t>(got));
     }
   });
-  this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_XML_FILE, ends[1], nullptr);
+  this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_XML_FILE, ends[1], nullptr);
   close(ends[1]);
   reader.join();
   close(ends[0]);
-  this->expect(0, "", &this->list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
+  this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
   EXPECT_GT(arrived.size(), 200000U);
   EXPECT_EQ(dateless(arrived), dateless(this->text));
 }
@@ -580,36 +585,36 @@ TYPED_TEST(EnvIndexDictDump, WhatIsWrittenIsReadBack) {
   using entry = typename TypeParam::entry;
   std::mt19937 random(7);
   const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcxyz0123456789./_-:+";
-  test::owned_list<entry> written;
+  typename TypeParam::list written;
   for (int i = 0; i < 1000; ++i) {
     std::string property;
     for (auto length = 1 + random() % TypeParam::longest; length > 0; --length) {
       property += alphabet[random() % alphabet.size()];
     }
     std::uniform_real_distribution<float> delta(-1000.0F, 1000.0F);
-    written.push_back(
+    written.get()->push_back(
         test::new_entry<entry>(static_cast<int>(random() & 0x7fffffffU) * (i % 2 != 0 ? 1 : -1),
                                property, delta(random), delta(random) * 1e-6F));
   }
-  this->expect(0, "", &written, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
-  test::owned_list<entry> back;
-  ASSERT_EQ(TypeParam::read(this->text.data(), &back), 0);
+  this->expect(0, "", written.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
+  typename TypeParam::list back;
+  ASSERT_EQ(TypeParam::read(this->text.data(), back.get()), 0);
   ASSERT_EQ(back.size(), written.size());
   for (std::size_t i = 0; i < back.size(); ++i) {
-    EXPECT_EQ(back[i]->index, written[i]->index);
-    EXPECT_EQ(std::memcmp(back[i]->data.env_prop, written[i]->data.env_prop,
-                          sizeof back[i]->data.env_prop),
-              0);
+    EXPECT_EQ(back[i].index, written[i].index);
+    EXPECT_EQ(
+        std::memcmp(back[i].data.env_prop, written[i].data.env_prop, sizeof back[i].data.env_prop),
+        0);
     for (const auto field :
          {&decltype(entry::data)::env_ch_abs_delta, &decltype(entry::data)::env_ch_rel_delta}) {
       char decimals[64];
-      std::snprintf(decimals, sizeof decimals, "%f", static_cast<double>(written[i]->data.*field));
-      EXPECT_EQ(back[i]->data.*field, std::strtof(decimals, nullptr)) << decimals;
-      EXPECT_NEAR(back[i]->data.*field, written[i]->data.*field, 4e-5F);
+      std::snprintf(decimals, sizeof decimals, "%f", static_cast<double>(written[i].data.*field));
+      EXPECT_EQ(back[i].data.*field, std::strtof(decimals, nullptr)) << decimals;
+      EXPECT_NEAR(back[i].data.*field, written[i].data.*field, 4e-5F);
     }
   }
   // A second round changes nothing any more.
   std::string again;
-  this->expect(0, "", &back, nullptr, ENV_INDX_DUMP_XML_STRING, -1, &again);
+  this->expect(0, "", back.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &again);
   EXPECT_EQ(dateless(again), dateless(this->text));
 }

@@ -130,20 +130,22 @@ struct EnvIndexDictFaults : testing::Test {
   void read(const std::string& content, int failing_allocation = 0) {
     std::string document = "<ENVINDEXDICT>" + content + "</ENVINDEXDICT>";
     said = test::captured([&] {
-      list.reserve(16);
+      list.get()->reserve(16);
       watch.failing_allocation = failing_allocation;
       watch.entry_size = sizeof(typename Generation::entry);
-      EXPECT_EQ(Generation::read(document.data(), &list), 0);
+      EXPECT_EQ(Generation::read(document.data(), list.get()), 0);
       watch.entry_size = 0;
     });
   }
 
   int dump_to_watched(char* file) {
     int code = -1;
-    list.push_back(test::new_entry<typename Generation::entry>(7, "ENV/TEMP.1", 0.5F, 0.01F));
+    list.get()->push_back(
+        test::new_entry<typename Generation::entry>(7, "ENV/TEMP.1", 0.5F, 0.01F));
     said = test::captured([&] {
       watch.dumping = true;
-      code = Generation::dump(&list, file, ENV_INDX_DUMP_XML_FILE, watched_descriptor, nullptr);
+      code =
+          Generation::dump(list.get(), file, ENV_INDX_DUMP_XML_FILE, watched_descriptor, nullptr);
       watch.dumping = false;
     });
     return code;
@@ -163,7 +165,7 @@ struct EnvIndexDictFaults : testing::Test {
     return std::count(watch.freed.begin(), watch.freed.end(), block);
   }
 
-  test::owned_list<typename Generation::entry> list;
+  typename Generation::list list;
   test::output said;
   const std::string no_memory =
       "Failed to allocate memory for " + std::string(Generation::record) + "\n";
@@ -177,14 +179,14 @@ TYPED_TEST(EnvIndexDictFaults, AnEntryIsOneBlockOfItsSize) {
   this->read(complete + complete + complete);
   EXPECT_EQ(watch.allocated.size(), 3U);
   ASSERT_EQ(this->list.size(), 3U);
-  for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(this->list[i], watch.allocated[i]);
+  for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(&this->list[i], watch.allocated[i]);
 }
 
 TYPED_TEST(EnvIndexDictFaults, AnIncompleteChannelGivesItsBlockToTheNext) {
   this->read(channel("<INDEX>1</INDEX>") + channel("<PROP>A</PROP>") + "<CHANNEL/>" + complete);
   EXPECT_EQ(watch.allocated.size(), 1U);
   ASSERT_EQ(this->list.size(), 1U);
-  EXPECT_EQ(this->list[0], watch.allocated[0]);
+  EXPECT_EQ(&this->list[0], watch.allocated[0]);
 }
 
 TYPED_TEST(EnvIndexDictFaults, TheLastIncompleteChannelIsNeitherListedNorFreed) {
@@ -197,7 +199,7 @@ TYPED_TEST(EnvIndexDictFaults, TheLastIncompleteChannelIsNeitherListedNorFreed) 
 
 TYPED_TEST(EnvIndexDictFaults, WithoutMemoryTheChannelIsSkippedAndReadingGoesOn) {
   for (int failing = 1; failing <= 3; ++failing) {
-    this->list.release();
+    this->list.clear();
     this->read(channel("<INDEX>1</INDEX><PROP>A</PROP><DABS>1</DABS>") +
                    channel("<INDEX>2</INDEX><PROP>B</PROP><DREL>2</DREL>") +
                    channel("<PROP>C</PROP><INDEX>3</INDEX>"),
@@ -205,21 +207,21 @@ TYPED_TEST(EnvIndexDictFaults, WithoutMemoryTheChannelIsSkippedAndReadingGoesOn)
     EXPECT_EQ(this->said.out, this->no_memory);
     EXPECT_EQ(this->said.err, "");
     ASSERT_EQ(this->list.size(), 2U);
-    EXPECT_EQ(this->list[0]->index, failing == 1 ? 2 : 1);
-    EXPECT_STREQ(this->list[0]->data.env_prop, failing == 1 ? "B" : "A");
-    EXPECT_EQ(this->list[0]->data.env_ch_abs_delta, failing == 1 ? 0.0F : 1.0F);
-    EXPECT_EQ(this->list[0]->data.env_ch_rel_delta, failing == 1 ? 2.0F : 0.0F);
-    EXPECT_EQ(this->list[1]->index, failing == 3 ? 2 : 3);
+    EXPECT_EQ(this->list[0].index, failing == 1 ? 2 : 1);
+    EXPECT_STREQ(this->list[0].data.env_prop, failing == 1 ? "B" : "A");
+    EXPECT_EQ(this->list[0].data.env_ch_abs_delta, failing == 1 ? 0.0F : 1.0F);
+    EXPECT_EQ(this->list[0].data.env_ch_rel_delta, failing == 1 ? 2.0F : 0.0F);
+    EXPECT_EQ(this->list[1].index, failing == 3 ? 2 : 3);
   }
 }
 
 TYPED_TEST(EnvIndexDictFaults, WithoutMemoryTheEntryBeforeStaysAsItWas) {
   this->read(complete + channel("<INDEX>2</INDEX><PROP>B</PROP><DABS>1</DABS><DREL>1</DREL>"), 2);
   ASSERT_EQ(this->list.size(), 1U);
-  EXPECT_EQ(this->list[0]->index, 1);
-  EXPECT_STREQ(this->list[0]->data.env_prop, "A");
-  EXPECT_EQ(this->list[0]->data.env_ch_abs_delta, 0.0F);
-  EXPECT_EQ(this->list[0]->data.env_ch_rel_delta, 0.0F);
+  EXPECT_EQ(this->list[0].index, 1);
+  EXPECT_STREQ(this->list[0].data.env_prop, "A");
+  EXPECT_EQ(this->list[0].data.env_ch_abs_delta, 0.0F);
+  EXPECT_EQ(this->list[0].data.env_ch_rel_delta, 0.0F);
 }
 
 TYPED_TEST(EnvIndexDictFaults, DumpingATextFreesEachEntryOnce) {
@@ -288,8 +290,8 @@ TYPED_TEST(EnvIndexDictFaults, WithoutXmlLibraryReadersReturnOneAndKeepTheirPars
   watch.initialisation_fails = true;
   this->said = test::captured([&] {
     const test::kept_leak parsers;
-    EXPECT_EQ(TypeParam::read(document, &this->list), 1);
-    EXPECT_EQ(TypeParam::readf(document, &this->list), 1);
+    EXPECT_EQ(TypeParam::read(document, this->list.get()), 1);
+    EXPECT_EQ(TypeParam::readf(document, this->list.get()), 1);
   });
   EXPECT_EQ(watch.terminated, 0);
   EXPECT_EQ(this->said.out, "");
@@ -301,11 +303,11 @@ TYPED_TEST(EnvIndexDictFaults, WithoutXmlLibraryReadersReturnOneAndKeepTheirPars
 TYPED_TEST(EnvIndexDictFaults, EveryOtherEndTerminatesTheXmlLibraryOnce) {
   char missing[] = "/tmp/zrt4_no_such_folder/dictionary.xml";
   test::captured([&] {
-    EXPECT_EQ(TypeParam::readf(missing, &this->list), 1);
+    EXPECT_EQ(TypeParam::readf(missing, this->list.get()), 1);
     EXPECT_EQ(watch.terminated, 1);
     for (std::string document : {"", "<X/>", "<ENVINDEXDICT>", "<ENVINDEXDICT/>"}) {
       watch.terminated = 0;
-      TypeParam::read(document.data(), &this->list);
+      TypeParam::read(document.data(), this->list.get());
       EXPECT_EQ(watch.terminated, 1) << document;
     }
   });

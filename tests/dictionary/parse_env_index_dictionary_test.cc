@@ -43,13 +43,13 @@ template <class Entry>
 struct reading {
   int code = -1;
   test::output said;
-  test::owned_list<Entry> list;
+  zrt4::basic_env_dictionary<Entry> list;
 };
 
 template <class Reader>
 reading<typename Reader::entry> read(const std::string& document) {
   reading<typename Reader::entry> result;
-  result.said = test::captured([&] { result.code = Reader::take(document, &result.list); });
+  result.said = test::captured([&] { result.code = Reader::take(document, result.list.get()); });
   return result;
 }
 
@@ -67,7 +67,7 @@ template <class Reader>
 float delta_read_from(const std::string& text) {
   const auto result = read_content<Reader>("<CHANNEL><INDEX>1</INDEX><PROP>A</PROP><DABS>" + text +
                                            "</DABS></CHANNEL>");
-  return result.list.at(0)->data.env_ch_abs_delta;
+  return result.list[0].data.env_ch_abs_delta;
 }
 
 std::uint32_t bits_of(float number) {
@@ -126,7 +126,7 @@ TYPED_TEST(EnvIndexDictRead, OneChannel) {
       "<CHANNEL><INDEX>7</INDEX><PROP>ENV/TEMP.1</PROP>"
       "<DABS>0.5</DABS><DREL>0.01</DREL></CHANNEL>");
   ASSERT_EQ(result.list.size(), 1U);
-  expect_entry(*result.list[0], 7, "ENV/TEMP.1", 0.5F, 0.01F);
+  expect_entry(result.list[0], 7, "ENV/TEMP.1", 0.5F, 0.01F);
 }
 
 TYPED_TEST(EnvIndexDictRead, ADocumentAsItIsWritten) {
@@ -142,22 +142,22 @@ TYPED_TEST(EnvIndexDictRead, ADocumentAsItIsWritten) {
   EXPECT_EQ(result.code, 0);
   EXPECT_EQ(result.said.err, "");
   ASSERT_EQ(result.list.size(), 2U);
-  expect_entry(*result.list[0], 7, "ENV/TEMP.1", 0.5F, 0.01F);
-  expect_entry(*result.list[1], 8, "ENV/TEMP.2", -1.25F, 0.0F);
+  expect_entry(result.list[0], 7, "ENV/TEMP.1", 0.5F, 0.01F);
+  expect_entry(result.list[1], 8, "ENV/TEMP.2", -1.25F, 0.0F);
 }
 
 TYPED_TEST(EnvIndexDictRead, AppendsToWhatIsInTheList) {
   auto* first = test::new_entry<typename TypeParam::entry>(1, "FIRST", 0, 0);
-  test::owned_list<typename TypeParam::entry> list;
-  list.push_back(first);
+  typename TypeParam::list list;
+  list.get()->push_back(first);
   EXPECT_EQ(TypeParam::take("<ENVINDEXDICT><CHANNEL><INDEX>2</INDEX><PROP>B</PROP></CHANNEL>"
                             "</ENVINDEXDICT>",
-                            &list),
+                            list.get()),
             0);
   ASSERT_EQ(list.size(), 2U);
-  EXPECT_EQ(list[0], first);
-  expect_entry(*list[0], 1, "FIRST", 0, 0);
-  expect_entry(*list[1], 2, "B", 0, 0);
+  EXPECT_EQ(&list[0], first);
+  expect_entry(list[0], 1, "FIRST", 0, 0);
+  expect_entry(list[1], 2, "B", 0, 0);
 }
 
 TYPED_TEST(EnvIndexDictRead, ElementsMayComeInAnyOrder) {
@@ -171,7 +171,7 @@ TYPED_TEST(EnvIndexDictRead, ElementsMayComeInAnyOrder) {
   for (const std::string order : orders) {
     const auto result = read_content<TypeParam>("<CHANNEL>" + order + "</CHANNEL>");
     ASSERT_EQ(result.list.size(), 1U) << order;
-    expect_entry(*result.list[0], 3, "P", 1, 2);
+    expect_entry(result.list[0], 3, "P", 1, 2);
   }
 }
 
@@ -180,8 +180,8 @@ TYPED_TEST(EnvIndexDictRead, DeltasDefaultToZero) {
       "<CHANNEL><INDEX>1</INDEX><PROP>A</PROP></CHANNEL>"
       "<CHANNEL><INDEX>2</INDEX><PROP>B</PROP><DREL>3</DREL></CHANNEL>");
   ASSERT_EQ(result.list.size(), 2U);
-  expect_entry(*result.list[0], 1, "A", 0, 0);
-  expect_entry(*result.list[1], 2, "B", 0, 3);
+  expect_entry(result.list[0], 1, "A", 0, 0);
+  expect_entry(result.list[1], 2, "B", 0, 3);
 }
 
 TYPED_TEST(EnvIndexDictRead, AChannelNeedsIndexAndProperty) {
@@ -198,7 +198,7 @@ TYPED_TEST(EnvIndexDictRead, AnIncompleteChannelLeavesNothingToTheNext) {
       "<CHANNEL><PROP>LONGER.NAME</PROP></CHANNEL>"
       "<CHANNEL><PROP>B</PROP><INDEX>2</INDEX></CHANNEL>");
   ASSERT_EQ(result.list.size(), 1U);
-  expect_entry(*result.list[0], 2, "B", 0, 0);
+  expect_entry(result.list[0], 2, "B", 0, 0);
 }
 
 TYPED_TEST(EnvIndexDictRead, ElementsBeforeAnyChannelAreIgnored) {
@@ -215,8 +215,8 @@ TYPED_TEST(EnvIndexDictRead, NestingDoesNotMatter) {
       "<CHANNEL><INDEX>2</INDEX><CHANNEL><PROP>B</PROP><INDEX>3</INDEX></CHANNEL></CHANNEL>"
       "<DREL>5</DREL>");
   ASSERT_EQ(result.list.size(), 2U);
-  expect_entry(*result.list[0], 1, "A", 4, 0);
-  expect_entry(*result.list[1], 3, "B", 0, 5);
+  expect_entry(result.list[0], 1, "A", 4, 0);
+  expect_entry(result.list[1], 3, "B", 0, 5);
 }
 
 TYPED_TEST(EnvIndexDictRead, NamesMatchWholeAndInTheirCase) {
@@ -231,7 +231,7 @@ TYPED_TEST(EnvIndexDictRead, NamesMatchWholeAndInTheirCase) {
       "<CHANNEL><INDEX>1</INDEX><PROP>A</PROP><Index>2</Index><prop>B</prop><PROPS>C</PROPS>"
       "<dabs>1</dabs><DABSOLUTE>1</DABSOLUTE><Drel>1</Drel><DRE>1</DRE></CHANNEL>");
   ASSERT_EQ(result.list.size(), 1U);
-  expect_entry(*result.list[0], 1, "A", 0, 0);
+  expect_entry(result.list[0], 1, "A", 0, 0);
 }
 
 TYPED_TEST(EnvIndexDictRead, IndexIsADecimalNumber) {
@@ -256,7 +256,7 @@ TYPED_TEST(EnvIndexDictRead, IndexIsADecimalNumber) {
     const auto result = read_content<TypeParam>("<CHANNEL><PROP>A</PROP><INDEX>" +
                                                 std::string(row.text) + "</INDEX></CHANNEL>");
     ASSERT_EQ(result.list.size(), 1U) << row.text;
-    EXPECT_EQ(result.list[0]->index, row.index) << row.text;
+    EXPECT_EQ(result.list[0].index, row.index) << row.text;
   }
 }
 
@@ -275,7 +275,7 @@ TYPED_TEST(EnvIndexDictRead, AnIndexBeyondTheRangeOfLongSaturatesBeforeItIsCut) 
     const auto result = read_content<TypeParam>("<CHANNEL><PROP>A</PROP><INDEX>" +
                                                 std::string(row.text) + "</INDEX></CHANNEL>");
     ASSERT_EQ(result.list.size(), 1U) << row.text;
-    EXPECT_EQ(result.list[0]->index, sizeof(long) == 8 ? row.with_64_bits : row.with_32_bits);
+    EXPECT_EQ(result.list[0].index, sizeof(long) == 8 ? row.with_64_bits : row.with_32_bits);
   }
 }
 
@@ -283,7 +283,7 @@ TYPED_TEST(EnvIndexDictRead, ATextThatIsNoIndexStillCountsAsOne) {
   const auto result =
       read_content<TypeParam>("<CHANNEL><INDEX>none</INDEX><PROP>A</PROP></CHANNEL>");
   ASSERT_EQ(result.list.size(), 1U);
-  expect_entry(*result.list[0], 0, "A", 0, 0);
+  expect_entry(result.list[0], 0, "A", 0, 0);
 }
 
 TYPED_TEST(EnvIndexDictRead, DeltasAreReadAsScanfReadsThem) {
@@ -339,7 +339,7 @@ TYPED_TEST(EnvIndexDictRead, TheLastDeltaWins) {
       "<CHANNEL><DABS>1</DABS><DABS>2</DABS><INDEX>1</INDEX><PROP>A</PROP>"
       "<DREL>3</DREL><DREL>4</DREL></CHANNEL>");
   ASSERT_EQ(result.list.size(), 1U);
-  expect_entry(*result.list[0], 1, "A", 2, 4);
+  expect_entry(result.list[0], 1, "A", 2, 4);
 }
 
 TYPED_TEST(EnvIndexDictRead, RandomDeltaTextsAreReadAsScanfReadsThem) {
@@ -370,7 +370,7 @@ TYPED_TEST(EnvIndexDictRead, RandomDeltaTextsAreReadAsScanfReadsThem) {
   for (std::size_t i = 0; i < texts.size(); ++i) {
     float expected = 0;
     std::sscanf(texts[i].c_str(), "%f", &expected);
-    EXPECT_EQ(bits_of(result.list[i]->data.env_ch_rel_delta), bits_of(expected)) << texts[i];
+    EXPECT_EQ(bits_of(result.list[i].data.env_ch_rel_delta), bits_of(expected)) << texts[i];
   }
 }
 
@@ -391,7 +391,7 @@ TYPED_TEST(EnvIndexDictRead, PropertiesAreCutAtTheFieldsLength) {
     const auto result =
         read_content<TypeParam>("<CHANNEL><INDEX>1</INDEX><PROP>" + name + "</PROP></CHANNEL>");
     ASSERT_EQ(result.list.size(), 1U);
-    expect_entry(*result.list[0], 1, name.substr(0, longest), 0, 0);
+    expect_entry(result.list[0], 1, name.substr(0, longest), 0, 0);
   }
 }
 
@@ -400,7 +400,7 @@ TYPED_TEST(EnvIndexDictRead, APropertyOfAHundredCharacters) {
   const auto result =
       read_content<TypeParam>("<CHANNEL><INDEX>1</INDEX><PROP>" + name + "</PROP></CHANNEL>");
   ASSERT_EQ(result.list.size(), 1U);
-  EXPECT_STREQ(result.list[0]->data.env_prop,
+  EXPECT_STREQ(result.list[0].data.env_prop,
                TypeParam::longest == 79 ? std::string(79, 'a').c_str() : name.c_str());
 }
 
@@ -408,24 +408,24 @@ TYPED_TEST(EnvIndexDictRead, PropertiesKeepTheirBlanks) {
   const auto result =
       read_content<TypeParam>("<CHANNEL><INDEX>1</INDEX><PROP> A B </PROP></CHANNEL>");
   ASSERT_EQ(result.list.size(), 1U);
-  expect_entry(*result.list[0], 1, " A B ", 0, 0);
+  expect_entry(result.list[0], 1, " A B ", 0, 0);
 }
 
 TYPED_TEST(EnvIndexDictRead, ASecondPropertyAfterTheIndexAppendsTheEntryAgain) {
   const auto result = read_content<TypeParam>(
       "<CHANNEL><INDEX>1</INDEX><PROP>LONGER.NAME</PROP><PROP>B</PROP></CHANNEL>");
   ASSERT_EQ(result.list.size(), 2U);
-  EXPECT_EQ(result.list[0], result.list[1]);
-  expect_entry(*result.list[0], 1, "B", 0, 0);
+  EXPECT_EQ(&result.list[0], &result.list[1]);
+  expect_entry(result.list[0], 1, "B", 0, 0);
 }
 
 TYPED_TEST(EnvIndexDictRead, ASecondIndexAfterThePropertyAppendsTheEntryAgain) {
   const auto result = read_content<TypeParam>(
       "<CHANNEL><PROP>A</PROP><INDEX>1</INDEX><INDEX>2</INDEX><INDEX>3</INDEX></CHANNEL>");
   ASSERT_EQ(result.list.size(), 3U);
-  EXPECT_EQ(result.list[0], result.list[1]);
-  EXPECT_EQ(result.list[0], result.list[2]);
-  expect_entry(*result.list[0], 3, "A", 0, 0);
+  EXPECT_EQ(&result.list[0], &result.list[1]);
+  EXPECT_EQ(&result.list[0], &result.list[2]);
+  expect_entry(result.list[0], 3, "A", 0, 0);
 }
 
 TYPED_TEST(EnvIndexDictRead, RepeatingTheElementThatCameFirstOnlyChangesTheEntry) {
@@ -433,16 +433,16 @@ TYPED_TEST(EnvIndexDictRead, RepeatingTheElementThatCameFirstOnlyChangesTheEntry
       "<CHANNEL><INDEX>1</INDEX><PROP>A</PROP><INDEX>2</INDEX></CHANNEL>"
       "<CHANNEL><PROP>B</PROP><INDEX>3</INDEX><PROP>C</PROP></CHANNEL>");
   ASSERT_EQ(result.list.size(), 2U);
-  expect_entry(*result.list[0], 2, "A", 0, 0);
-  expect_entry(*result.list[1], 3, "C", 0, 0);
+  expect_entry(result.list[0], 2, "A", 0, 0);
+  expect_entry(result.list[1], 3, "C", 0, 0);
 }
 
 TYPED_TEST(EnvIndexDictRead, AfterARepeatedFirstElementTheOtherAppendsAgain) {
   const auto result = read_content<TypeParam>(
       "<CHANNEL><PROP>A</PROP><INDEX>1</INDEX><PROP>B</PROP><INDEX>2</INDEX></CHANNEL>");
   ASSERT_EQ(result.list.size(), 2U);
-  EXPECT_EQ(result.list[0], result.list[1]);
-  expect_entry(*result.list[0], 2, "B", 0, 0);
+  EXPECT_EQ(&result.list[0], &result.list[1]);
+  expect_entry(result.list[0], 2, "B", 0, 0);
 }
 
 TYPED_TEST(EnvIndexDictRead, ACommentInAChannelStartsItAnew) {
@@ -450,15 +450,15 @@ TYPED_TEST(EnvIndexDictRead, ACommentInAChannelStartsItAnew) {
       "<CHANNEL><!-- vacuum --><INDEX>1</INDEX><PROP>A</PROP></CHANNEL>"
       "<CHANNEL>text<INDEX>2</INDEX><PROP>B</PROP></CHANNEL>");
   ASSERT_EQ(result.list.size(), 2U);
-  expect_entry(*result.list[0], 1, "A", 0, 0);
-  expect_entry(*result.list[1], 2, "B", 0, 0);
+  expect_entry(result.list[0], 1, "A", 0, 0);
+  expect_entry(result.list[1], 2, "B", 0, 0);
 }
 
 TYPED_TEST(EnvIndexDictRead, AttributesAreIgnored) {
   const auto result = read_content<TypeParam>(
       "<CHANNEL INDEX='5' PROP='X'><INDEX u='1'>1</INDEX><PROP>A</PROP></CHANNEL>");
   ASSERT_EQ(result.list.size(), 1U);
-  expect_entry(*result.list[0], 1, "A", 0, 0);
+  expect_entry(result.list[0], 1, "A", 0, 0);
 }
 
 TYPED_TEST(EnvIndexDictRead, TextsAreInTheDeclaredEncoding) {
@@ -466,7 +466,7 @@ TYPED_TEST(EnvIndexDictRead, TextsAreInTheDeclaredEncoding) {
       "<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?><ENVINDEXDICT>"
       "<CHANNEL><INDEX>1</INDEX><PROP>PLAIN~!{}</PROP></CHANNEL></ENVINDEXDICT>");
   ASSERT_EQ(result.list.size(), 1U);
-  expect_entry(*result.list[0], 1, "PLAIN~!{}", 0, 0);
+  expect_entry(result.list[0], 1, "PLAIN~!{}", 0, 0);
 }
 
 TYPED_TEST(EnvIndexDictRead, AWrongRootIsToldAndReturnsOne) {
@@ -501,8 +501,8 @@ TYPED_TEST(EnvIndexDictRead, ADocumentThatBreaksOffKeepsWhatWasRead) {
   EXPECT_GT(result.code, 0);
   EXPECT_THAT(result.said.err, testing::StartsWith("\nFatal Error at (file "));
   ASSERT_EQ(result.list.size(), 2U);
-  expect_entry(*result.list[0], 1, "A", 0, 0);
-  expect_entry(*result.list[1], 2, "B", 3, 0);
+  expect_entry(result.list[0], 1, "A", 0, 0);
+  expect_entry(result.list[1], 2, "B", 3, 0);
 }
 
 TYPED_TEST(EnvIndexDictRead, ALaterErrorReturnsTheBareCount) {
@@ -534,7 +534,7 @@ TYPED_TEST(EnvIndexDictRead, ManyChannels) {
   const auto result = read_content<TypeParam>(content);
   ASSERT_EQ(result.list.size(), 2000U);
   for (int i = 0; i < 2000; ++i) {
-    expect_entry(*result.list[static_cast<std::size_t>(i)], i, "ENV/" + std::to_string(i),
+    expect_entry(result.list[static_cast<std::size_t>(i)], i, "ENV/" + std::to_string(i),
                  static_cast<float>(i) + 0.5F, static_cast<float>(-i));
   }
 }
@@ -552,9 +552,9 @@ TYPED_TEST_SUITE(EnvIndexDictReadFile, generations, test::titles);
 }  // namespace
 
 TYPED_TEST(EnvIndexDictReadText, NullIsAnEmptyText) {
-  test::owned_list<typename TypeParam::entry> list;
+  typename TypeParam::list list;
   int code = 0;
-  const auto said = test::captured([&] { code = TypeParam::read(nullptr, &list); });
+  const auto said = test::captured([&] { code = TypeParam::read(nullptr, list.get()); });
   EXPECT_EQ(code, 2);
   EXPECT_TRUE(list.empty());
   EXPECT_EQ(said.err,
@@ -566,16 +566,16 @@ TYPED_TEST(EnvIndexDictReadText, LeavesTheTextAlone) {
   const std::string document =
       "<ENVINDEXDICT><CHANNEL><INDEX>1</INDEX><PROP>A</PROP></CHANNEL></ENVINDEXDICT>";
   std::string given = document;
-  test::owned_list<typename TypeParam::entry> list;
-  EXPECT_EQ(TypeParam::read(given.data(), &list), 0);
+  typename TypeParam::list list;
+  EXPECT_EQ(TypeParam::read(given.data(), list.get()), 0);
   EXPECT_EQ(given, document);
 }
 
 TYPED_TEST(EnvIndexDictReadFile, AMissingFileFails) {
   char name[] = "/tmp/zrt4_no_such_folder/dictionary.xml";
-  test::owned_list<typename TypeParam::entry> list;
+  typename TypeParam::list list;
   int code = 0;
-  const auto said = test::captured([&] { code = TypeParam::readf(name, &list); });
+  const auto said = test::captured([&] { code = TypeParam::readf(name, list.get()); });
   EXPECT_EQ(code, 1);
   EXPECT_TRUE(list.empty());
   EXPECT_EQ(said.out, "");
@@ -587,18 +587,18 @@ TYPED_TEST(EnvIndexDictReadFile, AMissingFileFails) {
 TYPED_TEST(EnvIndexDictReadFile, AFolderFails) {
   const test::kept_leak of_the_scanner;  // it loses the name of a file that it cannot read
   char name[] = "/tmp";
-  test::owned_list<typename TypeParam::entry> list;
+  typename TypeParam::list list;
   int code = 0;
-  const auto said = test::captured([&] { code = TypeParam::readf(name, &list); });
+  const auto said = test::captured([&] { code = TypeParam::readf(name, list.get()); });
   EXPECT_EQ(code, 1);
   EXPECT_TRUE(list.empty());
   EXPECT_NE(said.err, "");
 }
 
 TYPED_TEST(EnvIndexDictReadFile, ANullNameFails) {
-  test::owned_list<typename TypeParam::entry> list;
+  typename TypeParam::list list;
   int code = 0;
-  const auto said = test::captured([&] { code = TypeParam::readf(nullptr, &list); });
+  const auto said = test::captured([&] { code = TypeParam::readf(nullptr, list.get()); });
   EXPECT_EQ(code, 1);
   EXPECT_NE(said.err, "");
 }

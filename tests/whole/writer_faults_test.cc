@@ -138,11 +138,11 @@ std::string dictionary_text() {
 
 template <class Generation, int Mode>
 int dictionary(char* file, int fd) {
-  test::owned_list<typename Generation::entry> list;
+  typename Generation::list list;
   for (int n = 0; n < count; ++n) {
-    list.push_back(test::new_entry<typename Generation::entry>(n, "A/B/C", 0.5F, 0.25F));
+    list.get()->push_back(test::new_entry<typename Generation::entry>(n, "A/B/C", 0.5F, 0.25F));
   }
-  return Generation::dump(&list, file, Mode, fd, static_cast<std::string*>(nullptr));
+  return Generation::dump(list.get(), file, Mode, fd, static_cast<std::string*>(nullptr));
 }
 
 template <class Generation, int Mode>
