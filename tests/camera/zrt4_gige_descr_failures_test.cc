@@ -13,7 +13,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/RuntimeException.hpp>
 
-#include "gige_support.hh"
+#include "camera_support.hh"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <vector>
 #include <xercesc/util/PlatformUtils.hpp>
 
-#include "gige_support.hh"
+#include "camera_support.hh"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLString.hpp>
 
-#include "gige_support.hh"
+#include "camera_support.hh"
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLString.hpp>
 
-#include "gige_support.hh"
+#include "camera_support.hh"
 #include "pull_parser_support.hh"
 
 namespace limits = zrt4::detail;

@@ -18,7 +18,7 @@
 #include "SAX_Memory_Parser.hh"
 #include "chan_selector.hh"
 #include "channel_records.hh"
-#include "env_dictionary_support.hh"
+#include "dictionary_support.hh"
 
 namespace test {
 

@@ -10,7 +10,7 @@
 #include <cstring>
 
 #include "channel_records.hh"
-#include "env_dictionary_support.hh"
+#include "dictionary_support.hh"
 #include "own_locale.hh"
 #include "parse_ev_list.hh"
 #include "system_calls.hh"

@@ -1,119 +1,30 @@
-#include <fcntl.h>
-#include <unistd.h>
+// Dumping dictionaries: modes, destinations, what is written and what goes wrong.
 
 #include <csignal>
-#include <cstdint>
 #include <cstring>
-#include <ctime>
 #include <limits>
-#include <random>
 #include <thread>
 
 #include "comma_locale.hh"
-#include "env_dictionary_support.hh"
+#include "dictionary_dumping.hh"
 #include "own_locale.hh"
-#include "parse_chan_descr.hh"
 
 [[maybe_unused]] static const auto* const points = test::locale_of_literals::in(LC_NUMERIC);
 [[maybe_unused]] static const auto* const english = test::locale_of_literals::in(LC_MESSAGES);
 
-namespace {
+using test::created_and_closed;
+using test::dateless;
+using test::empty_document;
+using test::EnvIndexDictDump;
+using test::head;
+using test::no_file;
+using test::open_file;
+using test::sample_channel;
+using test::sample_line;
+using test::sample_listing;
+using test::tail;
 
-const std::string head =
-    "<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?>\n"
-    "<ENVINDEXDICT>\n"
-    "\t<isodate>DATE</isodate>\n";
-const std::string tail = "</ENVINDEXDICT>\n\n";
-const std::string empty_document = head + tail;
-
-// What ENV/TEMP.1 at index 7 with the deltas 0.5 and 0.01 is written as.
-const std::string sample_channel =
-    "<CHANNEL>\n"
-    "<INDEX>7</INDEX>\n"
-    "<PROP>ENV/TEMP.1</PROP>\n"
-    "<DABS>0.500000</DABS>\n"
-    "<DREL>0.010000</DREL>\n"
-    "</CHANNEL>\n";
-const std::string sample_line = "7\tENV/TEMP.1\t0.500000\t0.010000\n";
-const std::string sample_listing =
-    "-------------- 1 -----------------\n"
-    " Index : 7\n"
-    " Channel: ENV/TEMP.1 DABS 0.5 DREL 0.01\n";
-
-char no_file[] = "";
-
-// Puts DATE in place of the date, when there is one in its form.
-std::string dateless(std::string document) {
-  const std::size_t at = head.find("DATE");
-  const std::string form = "9999-99-99T99:99:99";
-  if (document.size() < at + form.size()) return document;
-  std::string shape = document.substr(at, form.size());
-  for (char& c : shape) {
-    if (c >= '0' && c <= '9') c = '9';
-  }
-  return shape == form ? document.replace(at, form.size(), "DATE") : document;
-}
-
-std::string created_and_closed(const std::string& function, const std::string& name) {
-  return function + "  file: '" + name + "' has been created\n" + function + "  file: '" + name +
-         "' has been closed\n";
-}
-
-template <class Generation>
-typename Generation::list one_entry() {
-  typename Generation::list list;
-  list.get()->push_back(test::new_entry<typename Generation::entry>(7, "ENV/TEMP.1", 0.5F, 0.01F));
-  return list;
-}
-
-// A descriptor of an empty file of its own.
-class open_file {
- public:
-  open_file() : file(""), number(open(file.name(), O_RDWR)) {}
-  open_file(const open_file&) = delete;
-  open_file& operator=(const open_file&) = delete;
-  ~open_file() { close(number); }
-  int descriptor() const { return number; }
-  std::string content() const { return file.content(); }
-
- private:
-  test::temporary_file file;
-  int number;
-};
-
-template <class Generation>
-struct EnvIndexDictDump : testing::Test {
-  // Dumps and expects the result and everything printed.
-  void expect(int result, const std::string& printed,
-              std::vector<typename Generation::entry*>* from, char* path, int mode, int descriptor,
-              std::string* into) {
-    int code = -1;
-    const auto said =
-        test::captured([&] { code = Generation::dump(from, path, mode, descriptor, into); });
-    EXPECT_EQ(code, result);
-    EXPECT_EQ(said.out, printed);
-    EXPECT_EQ(said.err, "");
-  }
-
-  void expect_from_text(int result, const std::string& printed, std::string document, char* path,
-                        int mode, int descriptor) {
-    int code = -1;
-    const auto said =
-        test::captured([&] { code = Generation::dump(document.data(), path, mode, descriptor); });
-    EXPECT_EQ(code, result);
-    EXPECT_EQ(said.out, printed);
-  }
-
-  typename Generation::list list = one_entry<Generation>();
-  test::temporary_file file{"old content"};
-  std::string text = "canary";
-  const std::string name = Generation::dump_name;
-  const std::string opened_and_closed = created_and_closed(Generation::dump_name, file.path());
-};
-using generations = testing::Types<test::older, test::y2010>;
-TYPED_TEST_SUITE(EnvIndexDictDump, generations, test::titles);
-
-}  // namespace
+TYPED_TEST_SUITE(EnvIndexDictDump, test::generations, test::titles);
 
 TEST(EnvIndexDictDumpModes, Values) {
   EXPECT_EQ(ENV_INDX_DUMP_TO_SCREEN, 0);
@@ -522,99 +433,4 @@ TYPED_TEST(EnvIndexDictDump, APipeTakesADocumentLongerThanItself) {
   this->expect(0, "", this->list.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
   EXPECT_GT(arrived.size(), 200000U);
   EXPECT_EQ(dateless(arrived), dateless(this->text));
-}
-
-TYPED_TEST(EnvIndexDictDump, FromTextToEveryDestination) {
-  const std::string document = "<ENVINDEXDICT>" + sample_channel + "</ENVINDEXDICT>";
-  this->expect_from_text(0, sample_listing, document, nullptr, ENV_INDX_DUMP_TO_SCREEN, -1);
-  this->expect_from_text(0, sample_listing, document, no_file, ENV_INDX_DUMP_XML_STRING, -1);
-  this->expect_from_text(0, this->opened_and_closed, document, this->file.name(),
-                         ENV_INDX_DUMP_TXT_FILE, -1);
-  EXPECT_EQ(this->file.content(), sample_line);
-  open_file other;
-  this->expect_from_text(0, this->opened_and_closed, document, this->file.name(),
-                         ENV_INDX_DUMP_XML_FILE, other.descriptor());
-  EXPECT_EQ(dateless(this->file.content()), head + sample_channel + tail);
-  EXPECT_EQ(other.content(), this->file.content());
-  this->expect_from_text(0, this->opened_and_closed, document, this->file.name(),
-                         ENV_INDX_DUMP_XML_STRING, -1);
-  EXPECT_EQ(this->file.content(), "");
-}
-
-TYPED_TEST(EnvIndexDictDump, FromTextReturnsTheDumpsResult) {
-  const std::string document = "<ENVINDEXDICT>" + sample_channel + "</ENVINDEXDICT>";
-  char folder[] = "/tmp";
-  this->expect_from_text(1, this->name + " failed to open file: '/tmp'\n", document, folder,
-                         ENV_INDX_DUMP_XML_FILE, -1);
-  this->expect_from_text(2, TypeParam::write_failed, document, nullptr, ENV_INDX_DUMP_XML_FILE, -2);
-}
-
-TYPED_TEST(EnvIndexDictDump, FromTextWithoutEntriesIsAnEmptyDocument) {
-  this->expect_from_text(0, this->opened_and_closed, "<ENVINDEXDICT/>", this->file.name(),
-                         ENV_INDX_DUMP_XML_FILE, -1);
-  EXPECT_EQ(dateless(this->file.content()), empty_document);
-}
-
-TYPED_TEST(EnvIndexDictDump, FromTextThatCannotBeReadIsToldAndReturnsThree) {
-  for (const char* broken : {"", "no XML", "<ENVDICT/>", "<ENVINDEXDICT>", "<ENVINDEXDICT></X>"}) {
-    this->expect_from_text(3, "Failed to parse ENV INDEX DICT list\n", broken, this->file.name(),
-                           ENV_INDX_DUMP_XML_FILE, -1);
-  }
-  EXPECT_EQ(this->file.content(), "old content");
-}
-
-TYPED_TEST(EnvIndexDictDump, FromTextTheWrongRootIsAlsoTold) {
-  std::string document = "<ENVDICT/>";
-  const auto said =
-      test::captured([&] { EXPECT_EQ(TypeParam::dump(document.data(), nullptr, 0, -1), 3); });
-  EXPECT_EQ(said.out, "Failed to parse ENV INDEX DICT list\n");
-  EXPECT_EQ(said.err, "WRONG root tag: 'ENVDICT' must be 'ENVINDEXDICT'\n");
-}
-
-// The address sanitizer would tell of a second release.
-TYPED_TEST(EnvIndexDictDump, FromTextAnEntryListedTwiceIsReleasedOnce) {
-  this->expect_from_text(0, this->opened_and_closed,
-                         "<ENVINDEXDICT><CHANNEL><INDEX>1</INDEX><PROP>A</PROP><PROP>B</PROP>"
-                         "</CHANNEL></ENVINDEXDICT>",
-                         this->file.name(), ENV_INDX_DUMP_TXT_FILE, -1);
-  EXPECT_EQ(this->file.content(), "1\tB\t0.000000\t0.000000\n1\tB\t0.000000\t0.000000\n");
-}
-
-// Whatever is written is read back: names whole, deltas to six decimals.
-TYPED_TEST(EnvIndexDictDump, WhatIsWrittenIsReadBack) {
-  using entry = typename TypeParam::entry;
-  std::mt19937 random(7);
-  const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcxyz0123456789./_-:+";
-  typename TypeParam::list written;
-  for (int i = 0; i < 1000; ++i) {
-    std::string property;
-    for (auto length = 1 + random() % TypeParam::longest; length > 0; --length) {
-      property += alphabet[random() % alphabet.size()];
-    }
-    std::uniform_real_distribution<float> delta(-1000.0F, 1000.0F);
-    written.get()->push_back(
-        test::new_entry<entry>(static_cast<int>(random() & 0x7fffffffU) * (i % 2 != 0 ? 1 : -1),
-                               property, delta(random), delta(random) * 1e-6F));
-  }
-  this->expect(0, "", written.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &this->text);
-  typename TypeParam::list back;
-  ASSERT_EQ(TypeParam::read(this->text.data(), back.get()), 0);
-  ASSERT_EQ(back.size(), written.size());
-  for (std::size_t i = 0; i < back.size(); ++i) {
-    EXPECT_EQ(back[i].index, written[i].index);
-    EXPECT_EQ(
-        std::memcmp(back[i].data.env_prop, written[i].data.env_prop, sizeof back[i].data.env_prop),
-        0);
-    for (const auto field :
-         {&decltype(entry::data)::env_ch_abs_delta, &decltype(entry::data)::env_ch_rel_delta}) {
-      char decimals[64];
-      std::snprintf(decimals, sizeof decimals, "%f", static_cast<double>(written[i].data.*field));
-      EXPECT_EQ(back[i].data.*field, std::strtof(decimals, nullptr)) << decimals;
-      EXPECT_NEAR(back[i].data.*field, written[i].data.*field, 4e-5F);
-    }
-  }
-  // A second round changes nothing any more.
-  std::string again;
-  this->expect(0, "", back.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &again);
-  EXPECT_EQ(dateless(again), dateless(this->text));
 }

@@ -1,5 +1,5 @@
-#ifndef ENV_DICTIONARY_SUPPORT_HH
-#define ENV_DICTIONARY_SUPPORT_HH
+#ifndef DICTIONARY_SUPPORT_HH
+#define DICTIONARY_SUPPORT_HH
 
 // What the tests of environment index dictionaries share: both generations under the same names.
 
@@ -43,6 +43,8 @@ struct y2010 {
     return dump_env_index_dict_2010(argument...);
   }
 };
+
+using generations = testing::Types<older, y2010>;
 
 struct titles {
   template <class Variant>

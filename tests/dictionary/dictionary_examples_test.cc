@@ -2,7 +2,7 @@
 
 #include <set>
 
-#include "env_dictionary_support.hh"
+#include "dictionary_support.hh"
 #include "own_locale.hh"
 
 [[maybe_unused]] static const auto* const points = test::locale_of_literals::in(LC_NUMERIC);
@@ -35,8 +35,7 @@ std::set<std::string> names(const typename Generation::list& list) {
 
 template <class Generation>
 struct EnvDictionaryExamples : testing::Test {};
-using generations = testing::Types<test::older, test::y2010>;
-TYPED_TEST_SUITE(EnvDictionaryExamples, generations, test::titles);
+TYPED_TEST_SUITE(EnvDictionaryExamples, test::generations, test::titles);
 
 }  // namespace
 

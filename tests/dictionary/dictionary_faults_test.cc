@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <xercesc/util/PlatformUtils.hpp>
 
-#include "env_dictionary_support.hh"
+#include "dictionary_support.hh"
 #include "system_calls.hh"
 #include "xml_library_calls.hh"
 
@@ -109,8 +109,7 @@ struct EnvIndexDictFaults : testing::Test {
   const std::string no_memory =
       "Failed to allocate memory for " + std::string(Generation::record) + "\n";
 };
-using generations = testing::Types<test::older, test::y2010>;
-TYPED_TEST_SUITE(EnvIndexDictFaults, generations, test::titles);
+TYPED_TEST_SUITE(EnvIndexDictFaults, test::generations, test::titles);
 
 }  // namespace
 

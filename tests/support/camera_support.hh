@@ -1,5 +1,5 @@
-#ifndef GIGE_SUPPORT_HH
-#define GIGE_SUPPORT_HH
+#ifndef CAMERA_SUPPORT_HH
+#define CAMERA_SUPPORT_HH
 
 // What the tests of the camera features share.
 
