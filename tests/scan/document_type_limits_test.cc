@@ -66,33 +66,6 @@ class DocumentTypeLimits : public testing::Test {};
 using both_variants = testing::Types<test::in_memory, test::in_file>;
 TYPED_TEST_SUITE(DocumentTypeLimits, both_variants);
 
-TEST(ScannerMemory, EachRequestHasBytesOfItsOwn) {
-  xercesc::XMLPlatformUtils::Initialize();
-  {
-    limits::scanner_memory memory;
-    constexpr std::size_t largest = 600;
-    std::vector<unsigned char*> blocks;
-    const auto filler = [](std::size_t size) { return static_cast<unsigned char>(size % 251); };
-    for (int round = 0; round < 2; ++round) {
-      for (std::size_t size = 1; size <= largest; ++size) {
-        auto* block = static_cast<unsigned char*>(memory.allocate(size));
-        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % alignof(std::max_align_t), 0U);
-        std::fill_n(block, size, filler(size));
-        blocks.push_back(block);
-      }
-      for (std::size_t size = 1; size <= largest; ++size) {
-        unsigned char* const block = blocks[size - 1];
-        EXPECT_TRUE(std::all_of(block, block + size, [&](auto byte) {
-          return byte == filler(size);
-        })) << size;
-        memory.deallocate(block);
-      }
-      blocks.clear();
-    }
-  }
-  xercesc::XMLPlatformUtils::Terminate();
-}
-
 TYPED_TEST(DocumentTypeLimits, AnyNumberOfDifferentElements) {
   EXPECT_EQ(refusal<TypeParam>("<R>" + numbered(100'000, "<x", "/>") + "</R>"), "");
   EXPECT_EQ(refusal<TypeParam>("<R>" + numbered(2000, "<x", "/>") + times(1000, "<x1999/>") +
