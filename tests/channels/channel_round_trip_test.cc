@@ -4,7 +4,7 @@
 #include <cstring>
 #include <random>
 
-#include "channel_records.hh"
+#include "handmade_channels.hh"
 #include "support.hh"
 #include "zrt4xml.hh"
 

@@ -2,7 +2,7 @@
 
 #include <random>
 
-#include "channel_records.hh"
+#include "handmade_channels.hh"
 #include "support.hh"
 
 namespace {

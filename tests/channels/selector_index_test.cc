@@ -1,6 +1,6 @@
 #include "selector_index.hh"
 
-#include "channel_records.hh"
+#include "handmade_channels.hh"
 #include "support.hh"
 
 namespace {

@@ -3,7 +3,7 @@
 
 // The XML documents that records are written as, without what stands around the channels.
 
-#include "channel_records.hh"
+#include "handmade_channels.hh"
 #include "support.hh"
 
 namespace test {

@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-#include "channel_records.hh"
+#include "handmade_channels.hh"
 #include "support.hh"
 
 namespace test {

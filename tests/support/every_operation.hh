@@ -17,8 +17,8 @@
 #include "SAX_File_Parser.hh"
 #include "SAX_Memory_Parser.hh"
 #include "chan_selector.hh"
-#include "channel_records.hh"
 #include "dictionary_support.hh"
+#include "handmade_channels.hh"
 
 namespace test {
 

@@ -9,8 +9,8 @@
 #include <csignal>
 #include <cstring>
 
-#include "channel_records.hh"
 #include "dictionary_support.hh"
+#include "handmade_channels.hh"
 #include "own_locale.hh"
 #include "parse_ev_list.hh"
 #include "system_calls.hh"
