@@ -13,7 +13,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/RuntimeException.hpp>
 
-#include "gige_support.hh"
+#include "camera_support.hh"
 
 namespace {
 
@@ -75,9 +75,9 @@ class GigeFailure : public testing::Test {
     feature_list features;
     const auto* canary = &features.add("canary");
     const auto printed =
-        test::captured([&] { EXPECT_TRUE(zrt4_fill_gige_descr(name, &features)); });
+        test::captured([&] { EXPECT_TRUE(zrt4_fill_gige_descr(name, features.get())); });
     EXPECT_EQ(features.size(), 1U);
-    EXPECT_EQ(features.front(), canary);
+    EXPECT_EQ(&features[0], canary);
     EXPECT_EQ(printed.err, "");
     return printed.out;
   }
@@ -118,14 +118,14 @@ class counting_memory : public xercesc::MemoryManager {
 
 TEST_F(GigeFailure, NullArgumentsDoNotReachTheXmlLibrary) {
   feature_list features;
-  EXPECT_TRUE(zrt4_fill_gige_descr(nullptr, &features));
+  EXPECT_TRUE(zrt4_fill_gige_descr(nullptr, features.get()));
   EXPECT_THAT(calls, testing::IsEmpty());
 }
 
 TEST_F(GigeFailure, OneReadIsOneUseOfTheXmlLibrary) {
   test::temporary_file file("<Integer Name='n'/>");
   feature_list features;
-  EXPECT_FALSE(zrt4_fill_gige_descr(file.name(), &features));
+  EXPECT_FALSE(zrt4_fill_gige_descr(file.name(), features.get()));
   EXPECT_THAT(calls, ElementsAre("Initialize en_US", "parse " + file.path(), "Terminate"));
 }
 
@@ -187,7 +187,7 @@ TEST_F(GigeFailure, NothingIsKeptInTheXmlLibrary) {
   const auto taken = memory.taken.size();
   for (char* name : {file.name(), cut.name(), cut_early.name()}) {
     feature_list features;
-    EXPECT_FALSE(zrt4_fill_gige_descr(name, &features));
+    EXPECT_FALSE(zrt4_fill_gige_descr(name, features.get()));
     EXPECT_EQ(memory.taken.size(), taken);
   }
   (void)refused();
@@ -210,7 +210,7 @@ TEST_F(GigeFailure, EveryRequestForMemoryMayFail) {
     memory.refused_request = memory.requests + refusals + passed_on + 1;
     const auto printed = test::captured([&] {
       try {
-        failed = zrt4_fill_gige_descr(file.name(), &features);
+        failed = zrt4_fill_gige_descr(file.name(), features.get());
         refusals += failed ? 1 : 0;
       } catch (const xercesc::OutOfMemoryException&) {
         ++passed_on;

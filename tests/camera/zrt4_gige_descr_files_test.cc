@@ -8,7 +8,7 @@
 #include <vector>
 #include <xercesc/util/PlatformUtils.hpp>
 
-#include "gige_support.hh"
+#include "camera_support.hh"
 
 namespace {
 
@@ -24,9 +24,9 @@ std::string refused(std::string name) {
   feature_list features;
   const auto* canary = &features.add("canary");
   const auto printed =
-      test::captured([&] { EXPECT_TRUE(zrt4_fill_gige_descr(name.data(), &features)); });
+      test::captured([&] { EXPECT_TRUE(zrt4_fill_gige_descr(name.data(), features.get())); });
   EXPECT_EQ(features.size(), 1U);
-  EXPECT_EQ(features.front(), canary);
+  EXPECT_EQ(&features[0], canary);
   EXPECT_EQ(canary->name, "canary");
   EXPECT_EQ(printed.err, "");
   return printed.out;
@@ -97,7 +97,7 @@ TEST(GigeFile, AFileNameIsPassedAsItIs) {
   const std::string name = testing::TempDir() + "zrt4 camera %41 #1 & co.xml";
   std::ofstream(name) << "<Integer Name='n'/>";
   feature_list features;
-  EXPECT_FALSE(zrt4_fill_gige_descr(std::string(name).data(), &features));
+  EXPECT_FALSE(zrt4_fill_gige_descr(std::string(name).data(), features.get()));
   EXPECT_EQ(shown(features), std::vector<std::string>{"1|n|||"});
   std::remove(name.c_str());
 }
@@ -109,12 +109,12 @@ TEST(GigeFile, ADocumentWithoutRootEmptiesTheList) {
     test::temporary_file file(document);
     ZRT4GigEFeature mine;
     feature_list features;
-    features.push_back(&mine);
+    features.get()->push_back(&mine);
     const auto printed =
-        test::captured([&] { EXPECT_FALSE(zrt4_fill_gige_descr(file.name(), &features)); });
+        test::captured([&] { EXPECT_FALSE(zrt4_fill_gige_descr(file.name(), features.get())); });
     EXPECT_TRUE(features.empty()) << document;
     EXPECT_EQ(printed.out + printed.err, "") << document;
-    features.clear();
+    (void)features.release();
   }
 }
 

@@ -4,7 +4,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLString.hpp>
 
-#include "gige_support.hh"
+#include "camera_support.hh"
 
 namespace {
 
@@ -66,7 +66,7 @@ TEST(GigeFill, NullArgumentsAreRefusedSilently) {
   feature_list features;
   char name[] = "any";
   const auto printed = test::captured([&] {
-    EXPECT_TRUE(zrt4_fill_gige_descr(nullptr, &features));
+    EXPECT_TRUE(zrt4_fill_gige_descr(nullptr, features.get()));
     EXPECT_TRUE(zrt4_fill_gige_descr(name, nullptr));
     EXPECT_TRUE(zrt4_fill_gige_descr(nullptr, nullptr));
   });
@@ -148,9 +148,9 @@ TEST(GigeFill, AnUnnamedFeatureTakesTheNextNameAnywhere) {
 TEST(GigeFill, AnUnnamedFeatureHasAnEmptyNameAndIsNotListed) {
   test::temporary_file file("<r><Integer/><Float Name='f'/></r>");
   feature_list features;
-  EXPECT_FALSE(zrt4_fill_gige_descr(file.name(), &features));
+  EXPECT_FALSE(zrt4_fill_gige_descr(file.name(), features.get()));
   EXPECT_THAT(shown(features), testing::ElementsAre("1||||", "2|f|||"));
-  EXPECT_EQ(test::captured([&] { zrt4_dump_gige_descr(&features); }).out,
+  EXPECT_EQ(test::captured([&] { zrt4_dump_gige_descr(features.get()); }).out,
             "[1] Name:'f' type:2 ToolTip:'' Description:''\n");
 }
 
@@ -319,8 +319,8 @@ TEST(GigeFill, TheListIsEmptiedWithoutReleasingItsRecords) {
   ZRT4GigEFeature mine;
   mine.name = "mine";
   feature_list features;
-  features.push_back(&mine);
-  EXPECT_FALSE(zrt4_fill_gige_descr(file.name(), &features));
+  features.get()->push_back(&mine);
+  EXPECT_FALSE(zrt4_fill_gige_descr(file.name(), features.get()));
   EXPECT_EQ(shown(features), std::vector<std::string>{"1|n|||"});
   EXPECT_EQ(mine.name, "mine");
 }
@@ -329,7 +329,7 @@ TEST(GigeDump, NothingForNullOrEmpty) {
   feature_list features;
   EXPECT_EQ(test::captured([&] {
               zrt4_dump_gige_descr(nullptr);
-              zrt4_dump_gige_descr(&features);
+              zrt4_dump_gige_descr(features.get());
             }).out,
             "");
 }
@@ -345,7 +345,7 @@ TEST(GigeDump, WithAndWithoutExtension) {
   second.type = FEATURE_TYPE_FLOAT;
   second.tooltip = "u";
   second.description = "f";
-  const auto printed = test::captured([&] { zrt4_dump_gige_descr(&features); });
+  const auto printed = test::captured([&] { zrt4_dump_gige_descr(features.get()); });
   EXPECT_EQ(printed.out,
             "[0] Name:'n' Extension:'e' type:8 ToolTip:'t' Description:'d'\n"
             "[1] Name:'m' type:2 ToolTip:'u' Description:'f'\n");
@@ -355,8 +355,8 @@ TEST(GigeDump, WithAndWithoutExtension) {
 TEST(GigeDump, AnIntegerWithNameAndExtensionOnly) {
   test::temporary_file file("<Integer Name='n'><PvRename>e</PvRename></Integer>");
   feature_list features;
-  EXPECT_FALSE(zrt4_fill_gige_descr(file.name(), &features));
-  EXPECT_EQ(test::captured([&] { zrt4_dump_gige_descr(&features); }).out,
+  EXPECT_FALSE(zrt4_fill_gige_descr(file.name(), features.get()));
+  EXPECT_EQ(test::captured([&] { zrt4_dump_gige_descr(features.get()); }).out,
             "[0] Name:'n' Extension:'e' type:1 ToolTip:'' Description:''\n");
 }
 
@@ -366,7 +366,7 @@ TEST(GigeDump, UnnamedFeaturesKeepTheirNumber) {
   features.add("n");
   features.add("").tooltip = "t";
   features.add("m");
-  EXPECT_EQ(test::captured([&] { zrt4_dump_gige_descr(&features); }).out,
+  EXPECT_EQ(test::captured([&] { zrt4_dump_gige_descr(features.get()); }).out,
             "[1] Name:'n' type:0 ToolTip:'' Description:''\n"
             "[3] Name:'m' type:0 ToolTip:'' Description:''\n");
 }
@@ -374,15 +374,15 @@ TEST(GigeDump, UnnamedFeaturesKeepTheirNumber) {
 TEST(GigeDump, TextsAreNoFormats) {
   feature_list features;
   features.add("%s%n").tooltip = "%d";
-  EXPECT_EQ(test::captured([&] { zrt4_dump_gige_descr(&features); }).out,
+  EXPECT_EQ(test::captured([&] { zrt4_dump_gige_descr(features.get()); }).out,
             "[0] Name:'%s%n' type:0 ToolTip:'%d' Description:''\n");
 }
 
 TEST(GigeDump, NullRecordsAreSkipped) {
   feature_list features;
-  features.push_back(nullptr);
+  features.get()->push_back(nullptr);
   features.add("n");
-  EXPECT_EQ(test::captured([&] { zrt4_dump_gige_descr(&features); }).out,
+  EXPECT_EQ(test::captured([&] { zrt4_dump_gige_descr(features.get()); }).out,
             "[1] Name:'n' type:0 ToolTip:'' Description:''\n");
 }
 
@@ -402,8 +402,8 @@ TEST(GigeClean, ReleasesEveryRecordAndEmptiesTheList) {
 TEST(GigeExamples, Minimal) {
   feature_list features;
   EXPECT_FALSE(zrt4_fill_gige_descr(
-      std::string(ZRT4_SOURCE_DIR "/examples/cameras/minimal.xml").data(), &features));
-  EXPECT_EQ(test::captured([&] { zrt4_dump_gige_descr(&features); }).out,
+      std::string(ZRT4_SOURCE_DIR "/examples/cameras/minimal.xml").data(), features.get()));
+  EXPECT_EQ(test::captured([&] { zrt4_dump_gige_descr(features.get()); }).out,
             "[0] Name:'ExposureTime' Extension:'EXP.TIME' type:2"
             " ToolTip:'Exposure time, in microseconds'"
             " Description:'Rounded to the row time of the sensor.'\n"
@@ -416,24 +416,24 @@ TEST(GigeExamples, Minimal) {
 TEST(GigeExamples, AreaScan) {
   feature_list features;
   EXPECT_FALSE(zrt4_fill_gige_descr(
-      std::string(ZRT4_SOURCE_DIR "/examples/cameras/area_scan.xml").data(), &features));
+      std::string(ZRT4_SOURCE_DIR "/examples/cameras/area_scan.xml").data(), features.get()));
   ASSERT_EQ(features.size(), 333U);
   int renamed = 0;
   int with_tool_tip = 0;
   int described = 0;
   std::vector<int> of_type(FEATURE_TYPE_MAX);
-  for (const auto* feature : features) {
-    EXPECT_NE(feature->name, "");
-    renamed += feature->extension.empty() ? 0 : 1;
-    with_tool_tip += feature->tooltip.empty() ? 0 : 1;
-    described += feature->description.empty() ? 0 : 1;
-    ++of_type.at(static_cast<std::size_t>(feature->type));
+  for (const auto& feature : features) {
+    EXPECT_NE(feature.name, "");
+    renamed += feature.extension.empty() ? 0 : 1;
+    with_tool_tip += feature.tooltip.empty() ? 0 : 1;
+    described += feature.description.empty() ? 0 : 1;
+    ++of_type.at(static_cast<std::size_t>(feature.type));
   }
   EXPECT_EQ(renamed, 299);
   EXPECT_EQ(with_tool_tip, 318);
   EXPECT_EQ(described, 36);
   EXPECT_THAT(of_type, testing::ElementsAre(0, 74, 56, 50, 59, 20, 31, 5, 38));
-  EXPECT_EQ(shown(*features[100]),
+  EXPECT_EQ(shown(features[100]),
             "2|ExposureTime|EXP.TIME|Exposure time, in microseconds|"
             "Rounded to the row time of the sensor; read back for the true value.");
 }

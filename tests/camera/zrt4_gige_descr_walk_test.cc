@@ -8,7 +8,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLString.hpp>
 
-#include "gige_support.hh"
+#include "camera_support.hh"
 
 namespace {
 
@@ -102,7 +102,8 @@ class GigeWalk : public testing::Test {
 
   // The walk of `nodes`, and what it prints.
   std::string walk(DOMNodeList& nodes, bool expected = false) {
-    const auto printed = test::captured([&] { EXPECT_EQ(dump_nodes(&nodes, &found), expected); });
+    const auto printed =
+        test::captured([&] { EXPECT_EQ(dump_nodes(&nodes, found.get()), expected); });
     EXPECT_EQ(printed.err, "");
     return printed.out;
   }
@@ -115,7 +116,7 @@ class GigeWalk : public testing::Test {
 }  // namespace
 
 TEST_F(GigeWalk, NullArgumentsAreTolerated) {
-  EXPECT_FALSE(dump_nodes(nullptr, &found));
+  EXPECT_FALSE(dump_nodes(nullptr, found.get()));
   EXPECT_FALSE(dump_nodes(root->getChildNodes(), nullptr));
   EXPECT_FALSE(dump_nodes(nullptr, nullptr));
 }
@@ -147,7 +148,7 @@ TEST_F(GigeWalk, AppendsToTheListAndContinuesItsLastRecord) {
 }
 
 TEST_F(GigeWalk, ANullLastRecordTakesNothing) {
-  found.push_back(nullptr);
+  found.get()->push_back(nullptr);
   root->appendChild(document->createTextNode(u"text"));
   add(root, u"ToolTip", u"n");
   walk(*root->getChildNodes());
@@ -309,5 +310,5 @@ TEST_F(GigeWalk, OtherExceptionsPass) {
     DOMNode* item(XMLSize_t) const override { throw 42; }
   };
   failing nodes{root};
-  EXPECT_THROW(dump_nodes(&nodes, &found), int);
+  EXPECT_THROW(dump_nodes(&nodes, found.get()), int);
 }

@@ -1,6 +1,7 @@
 #include "descr_extractor.hh"
 
 #include "support.hh"
+#include "zrt4xml.hh"
 
 namespace {
 
@@ -13,19 +14,17 @@ const std::string two_channels =
 const std::string broken = "<CHANDESCRIPTIONS><CHANNEL><PROP>B</PROP></CHANNEL>";
 
 struct extraction : testing::Test {
-  ~extraction() override { clean_chan_desr_list(&out); }
-
   bool get(std::vector<std::string> sources, bool shift = true) {
     std::vector<char*> source;
     for (std::string& text : sources) source.push_back(text.data());
     bool failed = false;
-    output =
-        test::captured([&] { failed = extractor.get_descriptions(&source, &total, &out, shift); });
+    output = test::captured(
+        [&] { failed = extractor.get_descriptions(&source, &total, out.get(), shift); });
     return failed;
   }
 
   descr_extractor extractor;
-  std::vector<chan_descr_2010*> out;
+  zrt4::channel_list out;
   int total = canary;
   test::output output;
 };
@@ -76,11 +75,11 @@ TEST_F(DescrExtractor, NoSourcesAreASuccess) {
 
 TEST_F(DescrExtractor, NoSourcesWithoutTotal) {
   std::vector<char*> source;
-  EXPECT_FALSE(extractor.get_descriptions(&source, nullptr, &out, true));
+  EXPECT_FALSE(extractor.get_descriptions(&source, nullptr, out.get(), true));
 }
 
 TEST_F(DescrExtractor, NullSourceIsNoSources) {
-  EXPECT_FALSE(extractor.get_descriptions(nullptr, &total, &out, true));
+  EXPECT_FALSE(extractor.get_descriptions(nullptr, &total, out.get(), true));
   EXPECT_EQ(total, 0);
 }
 
@@ -89,7 +88,7 @@ TEST_F(DescrExtractor, ReadsTexts) {
   EXPECT_FALSE(get({good, two_channels}));
   EXPECT_EQ(total, 2);
   ASSERT_EQ(out.size(), 3U);
-  EXPECT_STREQ(out[0]->prop_name, "A");
+  EXPECT_STREQ(out[0].prop_name, "A");
 }
 
 TEST_F(DescrExtractor, ReadsFiles) {
@@ -112,7 +111,7 @@ TEST_F(DescrExtractor, AnyOtherModeSkipsTheSources) {
   strange_extractor strange;
   std::string text = good;
   std::vector<char*> source{text.data()};
-  EXPECT_FALSE(strange.get_descriptions(&source, &total, &out, true));
+  EXPECT_FALSE(strange.get_descriptions(&source, &total, out.get(), true));
   EXPECT_EQ(total, 0);
   EXPECT_TRUE(out.empty());
 }
@@ -122,20 +121,20 @@ TEST_F(DescrExtractor, PassesShiftOn) {
   get({two_channels}, true);
   get({two_channels}, false);
   ASSERT_EQ(out.size(), 4U);
-  EXPECT_EQ(out[0]->ev_type, 8U);
-  EXPECT_EQ(out[2]->ev_type, 3U);
+  EXPECT_EQ(out[0].ev_type, 8U);
+  EXPECT_EQ(out[2].ev_type, 3U);
 }
 
 TEST_F(DescrExtractor, NeverRemovesDuplicates) {
   extractor.set_mode(EXTR_FROM_XML);
   get({two_channels});
   ASSERT_EQ(out.size(), 2U);
-  EXPECT_STREQ(out[0]->prop_name, out[1]->prop_name);
+  EXPECT_STREQ(out[0].prop_name, out[1].prop_name);
 }
 
 TEST_F(DescrExtractor, AppendsToWhatIsThere) {
   extractor.set_mode(EXTR_FROM_XML);
-  out.push_back(new chan_descr_2010);
+  out.get()->push_back(new chan_descr_2010);
   get({good});
   EXPECT_EQ(out.size(), 2U);
 }
@@ -159,10 +158,11 @@ TEST_F(DescrExtractor, FailureWithoutTotal) {
   extractor.set_mode(EXTR_FROM_XML);
   std::string text = broken;
   std::vector<char*> source{text.data()};
-  test::captured([&] { EXPECT_TRUE(extractor.get_descriptions(&source, nullptr, &out, true)); });
+  test::captured(
+      [&] { EXPECT_TRUE(extractor.get_descriptions(&source, nullptr, out.get(), true)); });
   text = good;
   source[0] = text.data();
-  EXPECT_FALSE(extractor.get_descriptions(&source, nullptr, &out, true));
+  EXPECT_FALSE(extractor.get_descriptions(&source, nullptr, out.get(), true));
 }
 
 TEST_F(DescrExtractor, AMissingFileIsAFailure) {

@@ -1,11 +1,10 @@
 // Event lists: both readers, listing and release.
 
-#include "parse_ev_list.hh"
-
 #include <clocale>
 #include <memory>
 
 #include "support.hh"
+#include "zrt4xml.hh"
 
 using test::captured;
 using test::output;
@@ -55,24 +54,10 @@ std::string summary(const entries& list) {
   return text.str();
 }
 
-void release(entries& list) {
-  // The library leaves empty channel vectors to whoever made the list.
-  for (const zrt4_ev_entry* entry : list) {
-    for (zrt4_ev_sb_list* block : *entry->sb_list) {
-      if (!block->ch_list->empty()) continue;
-      delete block->ch_list;
-      block->ch_list = nullptr;
-    }
-  }
-  zrt4_clean_ev_list(&list);
-}
-
 }  // namespace
 
 template <class Source>
 struct EvList : testing::Test {
-  ~EvList() override { release(list); }
-
   /// Reads the body of a BMR document that must be clean, and sums the list up.
   std::string read(const std::string& body) {
     const output said =
@@ -82,7 +67,8 @@ struct EvList : testing::Test {
     return summary(list);
   }
 
-  entries list;
+  zrt4::event_list owner;
+  entries& list = *owner.get();
 };
 
 using Sources = testing::Types<from_text, from_file>;
@@ -130,7 +116,7 @@ TYPED_TEST(EvList, TypeOutsideRejectsItsEventOnly) {
                          "</TYPE><TMASK>5</TMASK><SBLOCK>S<CHLIST><CHAN>C</CHAN></CHLIST></SBLOCK>"
                          "</EVENT><EVENT><TYPE>4</TYPE><TMASK>6</TMASK></EVENT>"),
               "4 mask 6 time 0.0 prio 0\n");
-    release(this->list);
+    this->owner.clear();
   }
 }
 
@@ -202,7 +188,7 @@ template <class Source>
 struct EvListNumber : EvList<Source> {
   /// What a text gives as TMASK, PRIORITY and both times alike.
   std::uint32_t number(const std::string& text) {
-    release(this->list);
+    this->owner.clear();
     this->read("<EVENT><TYPE>1</TYPE><TMASK>" + text + "</TMASK><PRIORITY>" + text +
                "</PRIORITY><MINTIMESEC>" + text + "</MINTIMESEC><MINTIMEUSEC>" + text +
                "</MINTIMEUSEC></EVENT>");
@@ -413,7 +399,7 @@ TYPED_TEST(EvList, BrokenAtEveryCharacterNeverLosesWholeEvents) {
     for (std::size_t length = 0; length < document.size(); ++length) {
       EXPECT_GT(TypeParam::read(document.substr(0, length), &this->list), 0) << length;
       EXPECT_EQ(this->list.size(), length >= type_known ? 1U : 0U) << length;
-      release(this->list);
+      this->owner.clear();
     }
   });
 }
@@ -438,8 +424,8 @@ TEST(EvListFile, Directory) {
 }
 
 struct EvListing : testing::Test {
-  ~EvListing() override { release(list); }
-  entries list;
+  zrt4::event_list owner;
+  entries& list = *owner.get();
 };
 
 TEST_F(EvListing, NothingForNullOrEmpty) {

@@ -1,64 +1,27 @@
-// How the library holds the XML library: this program's Initialize and Terminate stand in front of
-// the real ones, count the calls and fail on request.
-
-#include <dlfcn.h>
+// How the library holds the XML library.
 
 #include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/RuntimeException.hpp>
 
 #include "parse_chan_descr.hh"
 #include "parse_env_index_dictionary.hh"
 #include "parse_ev_list.hh"
 #include "pull_parser_support.hh"
+#include "xml_library_calls.hh"
 
-namespace {
-
-int initialised = 0;
-int terminated = 0;
-bool initialisation_fails = false;
-
-template <class Function>
-Function* real(const char* symbol) {
-  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, symbol));
-}
-
-}  // namespace
-
-XERCES_CPP_NAMESPACE_BEGIN
-
-ZRT4_EXPORT void XMLPlatformUtils::Initialize(const char* const locale, const char* const nls_home,
-                                              PanicHandler* const panic,
-                                              MemoryManager* const memory) {
-  ++initialised;
-  if (initialisation_fails) {
-    throw RuntimeException("test", 1, XMLExcepts::CM_BinOpHadUnaryType, fgMemoryManager);
-  }
-  using initialize = void(const char*, const char*, PanicHandler*, MemoryManager*);
-  real<initialize>(
-      "_ZN11xercesc_3_216XMLPlatformUtils10InitializeEPKcS2_PNS_12PanicHandlerEPNS_"
-      "13MemoryManagerE")(locale, nls_home, panic, memory);
-}
-
-ZRT4_EXPORT void XMLPlatformUtils::Terminate() {
-  ++terminated;
-  // A failed initialisation took no use of the library that could be given back here.
-  if (!initialisation_fails) real<void()>("_ZN11xercesc_3_216XMLPlatformUtils9TerminateEv")();
-}
-
-XERCES_CPP_NAMESPACE_END
+using test::xml_library;
 
 namespace {
 
 struct XmlLibrary : testing::Test {
   XmlLibrary() {
     xercesc::XMLPlatformUtils::Initialize();
-    initialised = terminated = 0;
+    xml_library = {};
   }
   ~XmlLibrary() override {
-    initialisation_fails = false;
+    xml_library.initialisation_fails = false;
     xercesc::XMLPlatformUtils::Terminate();
   }
-  static void fail() { initialisation_fails = true; }
+  static void fail() { xml_library.initialisation_fails = true; }
 };
 
 const char* const initialisation_message =
@@ -69,15 +32,15 @@ const char* const initialisation_message =
 TEST_F(XmlLibrary, EachParserHoldsOneUse) {
   {
     test::in_memory memory("<R/>");
-    EXPECT_EQ(initialised, 1);
+    EXPECT_EQ(xml_library.initialised, 1);
     test::in_file file("<R/>");
-    EXPECT_EQ(initialised, 2);
+    EXPECT_EQ(xml_library.initialised, 2);
     EXPECT_FALSE(memory.start());
     EXPECT_FALSE(file.start());
-    EXPECT_EQ(terminated, 0);
+    EXPECT_EQ(xml_library.terminated, 0);
   }
-  EXPECT_EQ(initialised, 2);
-  EXPECT_EQ(terminated, 2);
+  EXPECT_EQ(xml_library.initialised, 2);
+  EXPECT_EQ(xml_library.terminated, 2);
 }
 
 TEST_F(XmlLibrary, FailureLeavesAMemoryParserThatCanOnlyBeDestroyed) {
@@ -89,8 +52,8 @@ TEST_F(XmlLibrary, FailureLeavesAMemoryParserThatCanOnlyBeDestroyed) {
   });
   EXPECT_EQ(said.out, "");
   EXPECT_EQ(said.err, initialisation_message);
-  EXPECT_EQ(initialised, 1);
-  EXPECT_EQ(terminated, 1);
+  EXPECT_EQ(xml_library.initialised, 1);
+  EXPECT_EQ(xml_library.terminated, 1);
 }
 
 TEST_F(XmlLibrary, FailureLeavesAFileParserThatCanOnlyBeDestroyed) {
@@ -100,7 +63,7 @@ TEST_F(XmlLibrary, FailureLeavesAFileParserThatCanOnlyBeDestroyed) {
     EXPECT_FALSE(parser.init_ok());
   });
   EXPECT_EQ(said.err, initialisation_message);
-  EXPECT_EQ(terminated, 1);
+  EXPECT_EQ(xml_library.terminated, 1);
 }
 
 TEST_F(XmlLibrary, FailureMakesTheMemoryEventListReaderReturnOne) {
@@ -110,7 +73,7 @@ TEST_F(XmlLibrary, FailureMakesTheMemoryEventListReaderReturnOne) {
   const test::output said =
       test::captured([&] { EXPECT_EQ(zrt4_parse_ev_list_read(text, &list), 1); });
   EXPECT_EQ(said.err, initialisation_message);
-  EXPECT_EQ(terminated, 1);
+  EXPECT_EQ(xml_library.terminated, 1);
 }
 
 // The file reader deliberately leaves a parser that could not be set up undestroyed.
@@ -123,8 +86,8 @@ TEST_F(XmlLibrary, FailureMakesTheFileEventListReaderReturnOneAndKeepItsParser) 
     EXPECT_EQ(zrt4_parse_ev_list_readf(name, &list), 1);
   });
   EXPECT_EQ(said.err, initialisation_message);
-  EXPECT_EQ(initialised, 1);
-  EXPECT_EQ(terminated, 0);
+  EXPECT_EQ(xml_library.initialised, 1);
+  EXPECT_EQ(xml_library.terminated, 0);
 }
 
 TEST_F(XmlLibrary, FailureMakesTheMemoryChannelReaderReturnOne) {
@@ -134,7 +97,7 @@ TEST_F(XmlLibrary, FailureMakesTheMemoryChannelReaderReturnOne) {
   const test::output said =
       test::captured([&] { EXPECT_EQ(parse_descr_list_read(text, &list, false, false), 1); });
   EXPECT_EQ(said.err, initialisation_message);
-  EXPECT_EQ(terminated, 1);
+  EXPECT_EQ(xml_library.terminated, 1);
 }
 
 TEST_F(XmlLibrary, FailureMakesTheOtherReadersReturnOneAndKeepTheirParsers) {
@@ -151,6 +114,6 @@ TEST_F(XmlLibrary, FailureMakesTheOtherReadersReturnOneAndKeepTheirParsers) {
     EXPECT_EQ(parse_env_index_dict_list_read(source, &narrow), 1);
     EXPECT_EQ(parse_env_index_dict_list_read_2010(source, &wide), 1);
   });
-  EXPECT_EQ(initialised, 5);
-  EXPECT_EQ(terminated, 0);
+  EXPECT_EQ(xml_library.initialised, 5);
+  EXPECT_EQ(xml_library.terminated, 0);
 }

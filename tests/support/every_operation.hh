@@ -17,10 +17,8 @@
 #include "SAX_File_Parser.hh"
 #include "SAX_Memory_Parser.hh"
 #include "chan_selector.hh"
-#include "channel_records.hh"
-#include "env_dictionary_support.hh"
-#include "parse_ev_list.hh"
-#include "zrt4_gige_descr.hh"
+#include "dictionary_support.hh"
+#include "handmade_channels.hh"
 
 namespace test {
 
@@ -96,78 +94,50 @@ inline void tell(std::string* result, int code, const std::string& what) {
   if (result != nullptr) *result += std::to_string(code) + "\n" + what;
 }
 
-struct owned_channels : std::vector<chan_descr_2010*> {
-  owned_channels() = default;
-  owned_channels(const owned_channels&) = delete;
-  owned_channels& operator=(const owned_channels&) = delete;
-  ~owned_channels() { clean_chan_desr_list(this); }
+inline void tell(std::string* result, int code, zrt4::channel_list& list) {
+  if (result == nullptr) return;
+  tell(result, code, std::to_string(list.size()));
+  dump_chan_desr(list.get(), nullptr, DUMP_XML_FILE, ZRT4_FORMAT, -1, result, nullptr);
+}
 
-  void tell(std::string* result, int code) {
-    if (result == nullptr) return;
-    test::tell(result, code, std::to_string(size()));
-    dump_chan_desr(this, nullptr, DUMP_XML_FILE, ZRT4_FORMAT, -1, result, nullptr);
-  }
-};
-
-struct owned_events : std::vector<zrt4_ev_entry*> {
-  owned_events() = default;
-  owned_events(const owned_events&) = delete;
-  owned_events& operator=(const owned_events&) = delete;
-  // The library leaves empty channel lists alone, as its header says; here they are the list's own.
-  ~owned_events() {
-    for (const zrt4_ev_entry* entry : *this) {
-      for (zrt4_ev_sb_list* block : *entry->sb_list) {
-        if (block->ch_list->empty()) delete std::exchange(block->ch_list, nullptr);
-      }
-    }
-    zrt4_clean_ev_list(this);
-  }
-
-  void tell(std::string* result, int code) const {
-    if (result == nullptr) return;
-    test::tell(result, code, "");
-    for (const zrt4_ev_entry* entry : *this) {
-      *result += std::to_string(entry->evtype) + " " + std::to_string(entry->tmask);
-      for (const zrt4_ev_sb_list* block : *entry->sb_list) {
-        *result += std::string(" ") + block->sb_list;
-        for (const char* channel : *block->ch_list) *result += std::string(",") + channel;
-      }
-      *result += "\n";
-    }
-  }
-};
-
-struct owned_features : std::vector<ZRT4GigEFeature*> {
-  owned_features() = default;
-  owned_features(const owned_features&) = delete;
-  owned_features& operator=(const owned_features&) = delete;
-  ~owned_features() { zrt4_clean_gige_descr(this); }
-
-  void tell(std::string* result, bool failed) const {
-    if (result == nullptr) return;
-    test::tell(result, failed ? 1 : 0, "");
-    for (const ZRT4GigEFeature* feature : *this) {
-      *result += feature->name + "," + feature->extension + "," + feature->tooltip + "," +
-                 feature->description + "\n";
-    }
-  }
-};
-
-template <class Entry>
-void tell_entries(std::string* result, int code, const std::vector<Entry*>& list) {
+inline void tell(std::string* result, int code, const zrt4::event_list& list) {
   if (result == nullptr) return;
   tell(result, code, "");
-  for (const Entry* entry : list) {
-    *result += std::to_string(entry->index) + entry->data.env_prop +
-               std::to_string(entry->data.env_ch_abs_delta) + "\n";
+  for (const zrt4_ev_entry& entry : list) {
+    *result += std::to_string(entry.evtype) + " " + std::to_string(entry.tmask);
+    for (const zrt4_ev_sb_list* block : *entry.sb_list) {
+      *result += std::string(" ") + block->sb_list;
+      for (const char* channel : *block->ch_list) *result += std::string(",") + channel;
+    }
+    *result += "\n";
+  }
+}
+
+inline void tell(std::string* result, int code, const zrt4::camera_features& list) {
+  if (result == nullptr) return;
+  tell(result, code, "");
+  for (const ZRT4GigEFeature& feature : list) {
+    *result += feature.name + "," + feature.extension + "," + feature.tooltip + "," +
+               feature.description + "\n";
+  }
+}
+
+template <class Entry>
+void tell(std::string* result, int code, const zrt4::basic_env_dictionary<Entry>& list) {
+  if (result == nullptr) return;
+  tell(result, code, "");
+  for (const Entry& entry : list) {
+    *result += std::to_string(entry.index) + entry.data.env_prop +
+               std::to_string(entry.data.env_ch_abs_delta) + "\n";
   }
 }
 
 inline operation channels_of(const char* name, const std::string& document, bool merge) {
   return {name, [document, merge](std::string* result) {
             std::string text = document;
-            owned_channels list;
-            list.tell(result, parse_descr_list_read(text.data(), &list, true, merge));
+            zrt4::channel_list list;
+            const int code = parse_descr_list_read(text.data(), list.get(), true, merge);
+            tell(result, code, list);
           }};
 }
 
@@ -175,8 +145,9 @@ inline operation channels_of_file(const char* name, const std::string& document,
   const auto file = std::make_shared<temporary_file>(document);
   return {name,
           [file, merge](std::string* result) {
-            owned_channels list;
-            list.tell(result, parse_descr_list_readf(file->name(), &list, true, merge));
+            zrt4::channel_list list;
+            const int code = parse_descr_list_readf(file->name(), list.get(), true, merge);
+            tell(result, code, list);
           },
           true};
 }
@@ -184,8 +155,9 @@ inline operation channels_of_file(const char* name, const std::string& document,
 inline operation events_of(const char* name, const std::string& document) {
   return {name, [document](std::string* result) {
             std::string text = document;
-            owned_events list;
-            list.tell(result, zrt4_parse_ev_list_read(text.data(), &list));
+            zrt4::event_list list;
+            const int code = zrt4_parse_ev_list_read(text.data(), list.get());
+            tell(result, code, list);
           }};
 }
 
@@ -193,8 +165,9 @@ inline operation events_of_file(const char* name, const std::string& document) {
   const auto file = std::make_shared<temporary_file>(document);
   return {name,
           [file](std::string* result) {
-            owned_events list;
-            list.tell(result, zrt4_parse_ev_list_readf(file->name(), &list));
+            zrt4::event_list list;
+            const int code = zrt4_parse_ev_list_readf(file->name(), list.get());
+            tell(result, code, list);
           },
           true};
 }
@@ -204,9 +177,9 @@ operation dictionary_of(const char* name) {
   return {name,
           [](std::string* result) {
             std::string text = all_of_a_dictionary;
-            owned_list<typename Generation::entry> list;
-            const int code = Generation::read(text.data(), &list);
-            tell_entries(result, code, list);
+            typename Generation::list list;
+            const int code = Generation::read(text.data(), list.get());
+            tell(result, code, list);
           },
           false, true};
 }
@@ -216,9 +189,9 @@ operation dictionary_of_file(const char* name) {
   const auto file = std::make_shared<temporary_file>(all_of_a_dictionary);
   return {name,
           [file](std::string* result) {
-            owned_list<typename Generation::entry> list;
-            const int code = Generation::readf(file->name(), &list);
-            tell_entries(result, code, list);
+            typename Generation::list list;
+            const int code = Generation::readf(file->name(), list.get());
+            tell(result, code, list);
           },
           true, true};
 }
@@ -227,9 +200,9 @@ inline operation camera_of(const char* name, const std::string& document) {
   const auto file = std::make_shared<temporary_file>(document);
   return {name,
           [file](std::string* result) {
-            owned_features list;
-            const bool failed = zrt4_fill_gige_descr(file->name(), &list);
-            list.tell(result, failed);
+            zrt4::camera_features list;
+            const bool failed = zrt4_fill_gige_descr(file->name(), list.get());
+            tell(result, failed ? 1 : 0, list);
           },
           true};
 }
@@ -289,15 +262,16 @@ inline std::vector<operation> readers() {
       channels_of_file("variables of a file", all_variables, true),
       {"blob",
        [blob](std::string* result) {
-         owned_channels list;
+         zrt4::channel_list list;
          auto* header = reinterpret_cast<zrt4_xml_chan_descr_header*>(blob->data());
-         list.tell(result, zrt4_load_chan_descr(header, &list));
+         const int code = zrt4_load_chan_descr(header, list.get());
+         tell(result, code, list);
        }},
       {"master file",
        [master](std::string* result) {
-         owned_channels list;
-         const int code = zrt4_load_master_daq_channel_description_file(&list, master->name());
-         list.tell(result, code);
+         zrt4::channel_list list;
+         const int code = zrt4_load_master_daq_channel_description_file(list.get(), master->name());
+         tell(result, code, list);
        },
        true},
       events_of("events", all_of_an_event),
@@ -330,11 +304,11 @@ inline std::vector<operation> readers() {
          std::string text = all_variables;
          std::vector<char*> texts{text.data()};
          int total = 0;
-         owned_channels list;
+         zrt4::channel_list list;
          descr_extractor extractor;
          extractor.set_mode(EXTR_FROM_XML);
-         const bool failed = extractor.get_descriptions(&texts, &total, &list, true);
-         list.tell(result, failed ? 1 : 0);
+         const bool failed = extractor.get_descriptions(&texts, &total, list.get(), true);
+         tell(result, failed ? 1 : 0, list);
        }},
   };
 }
@@ -392,9 +366,9 @@ operation dump_of_text(const char* name) {
 
 template <class Generation>
 auto two_entries() {
-  auto list = std::make_shared<owned_list<typename Generation::entry>>();
+  auto list = std::make_shared<typename Generation::list>();
   for (int n = 0; n < 2; ++n) {
-    list->push_back(new_entry<typename Generation::entry>(n, "P", 0.5F, 1e30F));
+    list->get()->push_back(new_entry<typename Generation::entry>(n, "P", 0.5F, 1e30F));
   }
   return list;
 }
@@ -405,7 +379,7 @@ operation dictionary_dump(const char* name) {
   const auto list = two_entries<Generation>();
   return {name, [file, list](std::string* result) {
             std::string text;
-            std::vector<typename Generation::entry*>* entries = list.get();
+            std::vector<typename Generation::entry*>* entries = list->get();
             const int code = Generation::dump(entries, file->name(), Mode, -1, &text);
             tell(result, code, std::to_string(text.size()));
             if (result != nullptr)
@@ -451,18 +425,18 @@ inline std::vector<operation> writers() {
        }},
       {"dictionary listed",
        [list = two_entries<older>()](std::string* result) {
-         std::vector<zrt4_env_index_dictionary_entry*>* entries = list.get();
+         std::vector<zrt4_env_index_dictionary_entry*>* entries = list->get();
          tell(result, dump_env_index_dict(entries, nullptr, 0, -1, nullptr), "");
        }},
       {"channels extended",
        [](std::string* result) {
          std::string text = all_elements;
-         owned_channels list;
-         if (parse_descr_list_read(text.data(), &list, true, false) != 0) return;
+         zrt4::channel_list list;
+         if (parse_descr_list_read(text.data(), list.get(), true, false) != 0) return;
          for (const bool force : {false, true, false}) {
-           extend_channel_description(list.front(), list.back(), force);
+           extend_channel_description(list.get()->front(), list.get()->back(), force);
          }
-         list.tell(result, 0);
+         tell(result, 0, list);
        }},
   };
 }

@@ -1,14 +1,10 @@
 // How the tool writes a file when the system refuses each of the calls that this takes: the old
-// file stays whole, nothing stays beside it, and the message names file and reason. The linker puts
-// this program's calls in front of the real ones.
+// file stays whole, nothing stays beside it, and the message names file and reason.
 
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cerrno>
 #include <csignal>
-#include <deque>
 #include <utility>
 #include <vector>
 
@@ -17,78 +13,11 @@
 #include "output_file.hh"
 #include "own_locale.hh"
 #include "support.hh"
-#include "zrt4_export.hh"
+#include "system_calls.hh"
 
 [[maybe_unused]] static const auto* const english = test::locale_of_literals::in(LC_MESSAGES);
 
-namespace {
-
-struct {
-  std::string failing;  // the call that fails
-  int error = 0;
-  std::deque<ssize_t> write_results;  // what the next writes may write; then as much as given
-  bool armed = false;
-} watch;
-
-bool fails(const char* call) {
-  if (!watch.armed || watch.failing != call) return false;
-  errno = watch.error;
-  return true;
-}
-
-}  // namespace
-
-extern "C" {
-int __real_mkstemp(char* pattern);
-int __real_fchmod(int descriptor, mode_t mode);
-int __real_rename(const char* from, const char* to);
-int __real_close(int descriptor);
-int __real_dup(int descriptor);
-int __real_open(const char* name, int flags, ...);
-ssize_t __real_write(int descriptor, const void* bytes, std::size_t size);
-
-// Visible, because linkers also count the shared libraries' calls among those that go through
-// these.
-ZRT4_EXPORT int __wrap_mkstemp(char* pattern);
-ZRT4_EXPORT int __wrap_fchmod(int descriptor, mode_t mode);
-ZRT4_EXPORT int __wrap_rename(const char* from, const char* to);
-ZRT4_EXPORT int __wrap_close(int descriptor);
-ZRT4_EXPORT int __wrap_dup(int descriptor);
-ZRT4_EXPORT int __wrap_open(const char* name, int flags, mode_t mode);
-ZRT4_EXPORT ssize_t __wrap_write(int descriptor, const void* bytes, std::size_t size);
-
-int __wrap_mkstemp(char* pattern) {
-  return fails("mkstemp") ? -1 : __real_mkstemp(pattern);
-}
-int __wrap_fchmod(int descriptor, mode_t mode) {
-  return fails("fchmod") ? -1 : __real_fchmod(descriptor, mode);
-}
-int __wrap_rename(const char* from, const char* to) {
-  return fails("rename") ? -1 : __real_rename(from, to);
-}
-// A close that fails has closed: what it tells is that something was not written.
-int __wrap_close(int descriptor) {
-  const int result = __real_close(descriptor);
-  return fails("close") ? -1 : result;
-}
-int __wrap_dup(int descriptor) {
-  return fails("dup") ? -1 : __real_dup(descriptor);
-}
-int __wrap_open(const char* name, int flags, mode_t mode) {
-  return fails("open") ? -1 : __real_open(name, flags, mode);
-}
-ssize_t __wrap_write(int descriptor, const void* bytes, std::size_t size) {
-  if (!watch.armed) return __real_write(descriptor, bytes, size);
-  if (!watch.write_results.empty()) {
-    const ssize_t result = watch.write_results.front();
-    watch.write_results.pop_front();
-    if (result < 0) errno = watch.error;
-    if (result <= 0) return result;
-    size = std::min(size, static_cast<std::size_t>(result));
-  }
-  return __real_write(descriptor, bytes, size);
-}
-}
+using test::calls;
 
 namespace {
 
@@ -108,24 +37,24 @@ class OutputFileFaults : public testing::Test {
     if (mkdtemp(pattern) == nullptr) throw std::runtime_error("no temporary folder");
     folder = pattern;
     name = folder + "/out.xml";
-    watch = {};
+    calls = {};
   }
   ~OutputFileFaults() override {
-    watch = {};
+    calls = {};
     fs::remove_all(folder);
   }
 
-  /// Writes with the calls failing as `watch` says; returns "file: reason", empty when it is done.
+  /// Writes with the calls failing as `calls` says; returns "file: reason", empty when it is done.
   static std::string write_to(const std::string& where) {
     const std::size_t before = descriptors();
     std::string failure;
-    watch.armed = true;
-    try {
-      write_output(where, content);
-    } catch (const file_error& error) {
-      failure = error.file + ": " + error.what();
-    }
-    watch.armed = false;
+    calls.watch([&] {
+      try {
+        write_output(where, content);
+      } catch (const file_error& error) {
+        failure = error.file + ": " + error.what();
+      }
+    });
     EXPECT_EQ(descriptors(), before);
     return failure;
   }
@@ -158,10 +87,10 @@ TEST_F(OutputFileFaults, EachCallFailingLeavesTheOldFileWholeAndNothingBeside) {
     for (const auto& [reason, text] : reasons) {
       SCOPED_TRACE(std::string(call) + ": " + text);
       std::ofstream(name) << "old";
-      watch.failing = call;
-      watch.error = reason;
-      watch.write_results.clear();
-      if (watch.failing == "write") watch.write_results = {-1};
+      calls.failing = call;
+      calls.error = reason;
+      calls.write_results.clear();
+      if (calls.failing == "write") calls.write_results = {-1};
       EXPECT_EQ(write_to(name), name + ": " + text);
       EXPECT_EQ(held(), "old");
       EXPECT_THAT(beside(), testing::ElementsAre("out.xml"));
@@ -172,31 +101,31 @@ TEST_F(OutputFileFaults, EachCallFailingLeavesTheOldFileWholeAndNothingBeside) {
 TEST_F(OutputFileFaults, EachCallFailingLeavesNothingWhereNothingWas) {
   for (const char* call : {"mkstemp", "fchmod", "close", "rename", "write"}) {
     SCOPED_TRACE(call);
-    watch.failing = call;
-    watch.error = ENOSPC;
-    if (watch.failing == "write") watch.write_results = {3, -1};
+    calls.failing = call;
+    calls.error = ENOSPC;
+    if (calls.failing == "write") calls.write_results = {3, -1};
     EXPECT_EQ(write_to(name), name + ": No space left on device");
     EXPECT_THAT(beside(), testing::IsEmpty());
   }
 }
 
 TEST_F(OutputFileFaults, ShortWritesAreContinued) {
-  watch.write_results.assign(content.size(), 1);
+  calls.write_results.assign(content.size(), 1);
   EXPECT_EQ(write_to(name), "");
   EXPECT_EQ(held(), content);
-  EXPECT_TRUE(watch.write_results.empty());
+  EXPECT_TRUE(calls.write_results.empty());
 }
 
 TEST_F(OutputFileFaults, AnInterruptedWriteIsTakenUpAgain) {
-  watch.error = EINTR;
-  watch.write_results = {-1, 4, -1, -1, 2};
+  calls.error = EINTR;
+  calls.write_results = {-1, 4, -1, -1, 2};
   EXPECT_EQ(write_to(name), "");
   EXPECT_EQ(held(), content);
 }
 
 TEST_F(OutputFileFaults, AWriteThatTakesNothingIsAFailure) {
   std::ofstream(name) << "old";
-  watch.write_results = {4, 0};
+  calls.write_results = {4, 0};
   EXPECT_EQ(write_to(name), name + ": No space left on device");
   EXPECT_EQ(held(), "old");
   EXPECT_THAT(beside(), testing::ElementsAre("out.xml"));
@@ -205,21 +134,21 @@ TEST_F(OutputFileFaults, AWriteThatTakesNothingIsAFailure) {
 TEST_F(OutputFileFaults, ADeviceIsWrittenInPlace) {
   EXPECT_EQ(write_to("/dev/null"), "");
   EXPECT_EQ(write_to("/dev/full"), "/dev/full: No space left on device");
-  watch.failing = "open";
-  watch.error = ENXIO;
+  calls.failing = "open";
+  calls.error = ENXIO;
   EXPECT_EQ(write_to("/dev/null"), "/dev/null: No such device or address");
-  watch.failing = "close";
-  watch.error = EIO;
+  calls.failing = "close";
+  calls.error = EIO;
   EXPECT_EQ(write_to("/dev/null"), "/dev/null: Input/output error");
 }
 
 TEST_F(OutputFileFaults, StandardOutputIsNamedAsSuch) {
   for (const char* call : {"dup", "close", "write"}) {
     SCOPED_TRACE(call);
-    watch.failing = call;
-    watch.error = ENOSPC;
-    watch.write_results.clear();
-    if (watch.failing == "write") watch.write_results = {-1};
+    calls.failing = call;
+    calls.error = ENOSPC;
+    calls.write_results.clear();
+    if (calls.failing == "write") calls.write_results = {-1};
     std::string failure;
     test::captured([&] { failure = write_to("-"); });
     EXPECT_EQ(failure, "standard output: No space left on device");

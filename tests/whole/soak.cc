@@ -60,8 +60,8 @@ template <class Generation>
 test::operation dictionary_of(const char* name, const std::string& document) {
   return {name, [document](std::string*) {
             std::string text = document;
-            test::owned_list<typename Generation::entry> list;
-            Generation::read(text.data(), &list);
+            typename Generation::list list;
+            Generation::read(text.data(), list.get());
           }};
 }
 

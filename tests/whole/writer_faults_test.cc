@@ -1,105 +1,25 @@
 // Every writer of the library, and what it does when the system refuses: files that cannot be
 // opened, that take no more or that fail to close, descriptors that write little, nothing or fail,
-// a full device, a closed pipe. The linker puts this program's fopen, fclose and write in front of
-// the real ones.
+// a full device, a closed pipe.
 
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
-#include <cerrno>
 #include <csignal>
 #include <cstring>
-#include <deque>
 
-#include "channel_records.hh"
-#include "env_dictionary_support.hh"
+#include "dictionary_support.hh"
+#include "handmade_channels.hh"
 #include "own_locale.hh"
 #include "parse_ev_list.hh"
+#include "system_calls.hh"
 #include "zrt4_gige_descr.hh"
 
 [[maybe_unused]] static const auto* const english = test::locale_of_literals::in(LC_MESSAGES);
 
-namespace {
-
-struct {
-  bool armed = false;
-  int open_error = 0;
-  long room_in_file = -1;  // bytes, then its writes fail; -1: the file is a real one
-  bool close_fails = false;
-  std::string in_file;
-  std::vector<std::FILE*> opened;
-  std::vector<std::FILE*> closed;
-  std::deque<ssize_t> write_results;  // what the next writes may write; then as much as given
-  int write_error = EIO;
-  std::string written;
-} watch;
-
-constexpr int watched_descriptor = 12345;
-
-ssize_t write_into_file(void* /*cookie*/, const char* bytes, std::size_t size) {
-  const auto taken = std::min(static_cast<long>(size), watch.room_in_file);
-  watch.in_file.append(bytes, static_cast<std::size_t>(taken));
-  watch.room_in_file -= taken;
-  if (static_cast<std::size_t>(taken) < size) errno = ENOSPC;
-  return taken;
-}
-
-int close_file(void* /*cookie*/) {
-  if (!watch.close_fails) return 0;
-  errno = EIO;
-  return -1;
-}
-
-}  // namespace
-
-extern "C" {
-std::FILE* __real_fopen(const char* name, const char* mode);
-int __real_fclose(std::FILE* file);
-ssize_t __real_write(int descriptor, const void* bytes, std::size_t size);
-
-// Visible, because linkers also count the shared libraries' calls among those that go through
-// these.
-ZRT4_EXPORT std::FILE* __wrap_fopen(const char* name, const char* mode);
-ZRT4_EXPORT int __wrap_fclose(std::FILE* file);
-ZRT4_EXPORT ssize_t __wrap_write(int descriptor, const void* bytes, std::size_t size);
-
-std::FILE* __wrap_fopen(const char* name, const char* mode) {
-  if (!watch.armed) return __real_fopen(name, mode);
-  if (watch.open_error != 0) {
-    errno = watch.open_error;
-    return nullptr;
-  }
-  std::FILE* file = nullptr;
-  if (watch.room_in_file < 0) {
-    file = __real_fopen(name, mode);
-  } else {
-    file = fopencookie(nullptr, mode, {nullptr, write_into_file, nullptr, close_file});
-  }
-  watch.opened.push_back(file);
-  return file;
-}
-
-int __wrap_fclose(std::FILE* file) {
-  if (watch.armed) watch.closed.push_back(file);
-  return __real_fclose(file);
-}
-
-ssize_t __wrap_write(int descriptor, const void* bytes, std::size_t size) {
-  if (descriptor != watched_descriptor) return __real_write(descriptor, bytes, size);
-  auto result = static_cast<ssize_t>(size);
-  if (!watch.write_results.empty()) {
-    result = std::min(result, watch.write_results.front());
-    watch.write_results.pop_front();
-  }
-  if (result > 0) {
-    watch.written.append(static_cast<const char*>(bytes), static_cast<std::size_t>(result));
-  }
-  if (result < 0) errno = watch.write_error;
-  return result;
-}
-}
+using test::calls;
+using test::collector;
 
 namespace {
 
@@ -138,11 +58,11 @@ std::string dictionary_text() {
 
 template <class Generation, int Mode>
 int dictionary(char* file, int fd) {
-  test::owned_list<typename Generation::entry> list;
+  typename Generation::list list;
   for (int n = 0; n < count; ++n) {
-    list.push_back(test::new_entry<typename Generation::entry>(n, "A/B/C", 0.5F, 0.25F));
+    list.get()->push_back(test::new_entry<typename Generation::entry>(n, "A/B/C", 0.5F, 0.25F));
   }
-  return Generation::dump(&list, file, Mode, fd, static_cast<std::string*>(nullptr));
+  return Generation::dump(list.get(), file, Mode, fd, static_cast<std::string*>(nullptr));
 }
 
 template <class Generation, int Mode>
@@ -209,20 +129,16 @@ std::string undated(std::string text) {
 }
 
 struct WriterFaults : testing::Test {
-  WriterFaults() { watch = {}; }
-  ~WriterFaults() override { watch = {}; }
+  WriterFaults() { calls = {}; }
+  ~WriterFaults() override { calls = {}; }
 
   int run(const writer& each, char* name, int fd) {
     int code = -1;
-    watch.opened.clear();
-    watch.closed.clear();
-    watch.written.clear();
-    watch.in_file.clear();
-    said = test::captured([&] {
-      watch.armed = true;
-      code = each.run(name, fd);
-      watch.armed = false;
-    });
+    calls.opened.clear();
+    calls.closed.clear();
+    calls.written.clear();
+    calls.in_file.clear();
+    said = test::captured([&] { calls.watch([&] { code = each.run(name, fd); }); });
     return code;
   }
 
@@ -255,12 +171,13 @@ TEST_F(WriterFaults, AFileThatCannotBeOpenedGivesOneAndNothingIsWritten) {
   for (const writer& each : all_writers()) {
     for (const auto& [reason, text] : reasons) {
       SCOPED_TRACE(std::string(each.name) + ": " + text);
-      watch.open_error = reason;
-      EXPECT_EQ(run(each, file.name(), watched_descriptor), 1);
+      calls.failing = "fopen";
+      calls.error = reason;
+      EXPECT_EQ(run(each, file.name(), collector), 1);
       EXPECT_EQ(said.out, each.not_opened + file.path() + "'\n");
       EXPECT_EQ(said.err, std::string("fopen: ") + text + "\n");
-      EXPECT_EQ(watch.written, "");
-      EXPECT_TRUE(watch.closed.empty());
+      EXPECT_EQ(calls.written, "");
+      EXPECT_TRUE(calls.closed.empty());
     }
   }
 }
@@ -271,12 +188,12 @@ TEST_F(WriterFaults, AFileThatTakesNoMoreIsClosedOnceAndNothingTells) {
     ASSERT_GT(whole.size(), 5000U) << each.name;
     for (const long room : {0L, 1L, 100L, 4096L, 5000L}) {
       SCOPED_TRACE(std::string(each.name) + " with room for " + std::to_string(room));
-      watch.room_in_file = room;
+      calls.room_in_file = room;
       EXPECT_EQ(run(each, file.name(), -1), 0);
       EXPECT_EQ(said.err, "");
-      EXPECT_EQ(watch.in_file.size(), static_cast<std::size_t>(room));
-      ASSERT_EQ(watch.opened.size(), 1U);
-      EXPECT_EQ(watch.closed, watch.opened);
+      EXPECT_EQ(calls.in_file.size(), static_cast<std::size_t>(room));
+      ASSERT_EQ(calls.opened.size(), 1U);
+      EXPECT_EQ(calls.closed, calls.opened);
       EXPECT_EQ(said.out, remarks(each, file.path()));
     }
   }
@@ -286,10 +203,10 @@ TEST_F(WriterFaults, AFileThatTakesNoMoreKeepsNothingFromTheDescriptor) {
   for (const writer& each : xml_writers) {
     SCOPED_TRACE(each.name);
     const std::string whole = undated(document(each));
-    watch.room_in_file = 10;
-    EXPECT_EQ(run(each, file.name(), watched_descriptor), 0);
-    EXPECT_EQ(watch.in_file, "<?xml vers");
-    EXPECT_EQ(undated(watch.written), whole);
+    calls.room_in_file = 10;
+    EXPECT_EQ(run(each, file.name(), collector), 0);
+    EXPECT_EQ(calls.in_file, "<?xml vers");
+    EXPECT_EQ(undated(calls.written), whole);
   }
 }
 
@@ -297,13 +214,13 @@ TEST_F(WriterFaults, AFileThatFailsToCloseIsClosedOnceAndNothingTells) {
   for (const writer& each : all_writers()) {
     SCOPED_TRACE(each.name);
     const std::string whole = undated(document(each));
-    watch.room_in_file = 1'000'000;
-    watch.close_fails = true;
+    calls.room_in_file = 1'000'000;
+    calls.close_fails = true;
     EXPECT_EQ(run(each, file.name(), -1), 0);
     EXPECT_EQ(said.err, "");
-    EXPECT_EQ(undated(watch.in_file), whole);
-    ASSERT_EQ(watch.opened.size(), 1U);
-    EXPECT_EQ(watch.closed, watch.opened);
+    EXPECT_EQ(undated(calls.in_file), whole);
+    ASSERT_EQ(calls.opened.size(), 1U);
+    EXPECT_EQ(calls.closed, calls.opened);
     EXPECT_EQ(said.out, remarks(each, file.path()));
   }
 }
@@ -324,13 +241,13 @@ TEST_F(WriterFaults, AFailedWriteGivesTwoWhateverTheReason) {
   for (const writer& each : xml_writers) {
     for (const int reason : {EBADF, EINTR, EAGAIN, EPIPE, ENOSPC, EIO, EFBIG}) {
       SCOPED_TRACE(std::string(each.name) + ": " + std::strerror(reason));
-      watch.write_results = {-1};
-      watch.write_error = reason;
-      EXPECT_EQ(run(each, nullptr, watched_descriptor), 2);
+      calls.write_results = {-1};
+      calls.error = reason;
+      EXPECT_EQ(run(each, nullptr, collector), 2);
       EXPECT_EQ(said.out, each.write_failed);
       EXPECT_EQ(said.err, "");
-      EXPECT_EQ(watch.written, "");
-      EXPECT_TRUE(watch.write_results.empty());
+      EXPECT_EQ(calls.written, "");
+      EXPECT_TRUE(calls.write_results.empty());
     }
   }
 }
@@ -340,11 +257,11 @@ TEST_F(WriterFaults, EachOfManyShortWritesFailing) {
     const std::string whole = undated(document(each));
     for (std::size_t before = 0; before < 20; ++before) {
       SCOPED_TRACE(std::string(each.name) + ", writes before: " + std::to_string(before));
-      watch.write_results.assign(before, 7);
-      watch.write_results.push_back(-1);
-      EXPECT_EQ(run(each, nullptr, watched_descriptor), 2);
+      calls.write_results.assign(before, 7);
+      calls.write_results.push_back(-1);
+      EXPECT_EQ(run(each, nullptr, collector), 2);
       EXPECT_EQ(said.out, each.write_failed);
-      EXPECT_EQ(watch.written.size(), before * 7);
+      EXPECT_EQ(calls.written.size(), before * 7);
     }
   }
 }
@@ -353,22 +270,22 @@ TEST_F(WriterFaults, ShortWritesAreContinuedToTheEnd) {
   for (const writer& each : xml_writers) {
     SCOPED_TRACE(each.name);
     const std::string whole = undated(document(each));
-    watch.write_results.assign(whole.size() + 40, 1);
-    EXPECT_EQ(run(each, nullptr, watched_descriptor), 0);
+    calls.write_results.assign(whole.size() + 40, 1);
+    EXPECT_EQ(run(each, nullptr, collector), 0);
     EXPECT_EQ(said.out, "");
-    EXPECT_EQ(undated(watch.written), whole);
-    watch.write_results.clear();
+    EXPECT_EQ(undated(calls.written), whole);
+    calls.write_results.clear();
   }
 }
 
 TEST_F(WriterFaults, AWriteThatTakesNothingEndsTheDumpWithZero) {
   for (const writer& each : xml_writers) {
     SCOPED_TRACE(each.name);
-    watch.write_results = {10, 0, 5};
-    EXPECT_EQ(run(each, nullptr, watched_descriptor), 0);
+    calls.write_results = {10, 0, 5};
+    EXPECT_EQ(run(each, nullptr, collector), 0);
     EXPECT_EQ(said.out, "");
-    EXPECT_EQ(watch.written, "<?xml vers");
-    EXPECT_EQ(watch.write_results.size(), 1U);
+    EXPECT_EQ(calls.written, "<?xml vers");
+    EXPECT_EQ(calls.write_results.size(), 1U);
   }
 }
 
@@ -376,12 +293,12 @@ TEST_F(WriterFaults, AFailedWriteLeavesTheFileWholeAndOpen) {
   for (const writer& each : xml_writers) {
     SCOPED_TRACE(each.name);
     const std::string whole = undated(document(each));
-    watch.write_results = {10, -1};
-    EXPECT_EQ(run(each, file.name(), watched_descriptor), 2);
+    calls.write_results = {10, -1};
+    EXPECT_EQ(run(each, file.name(), collector), 2);
     EXPECT_EQ(undated(file.content()), whole);
-    ASSERT_EQ(watch.opened.size(), 1U);
-    EXPECT_TRUE(watch.closed.empty());
-    std::fclose(watch.opened[0]);
+    ASSERT_EQ(calls.opened.size(), 1U);
+    EXPECT_TRUE(calls.closed.empty());
+    std::fclose(calls.opened[0]);
     const std::string created =
         *each.created != '\0' ? each.created + file.path() + "' has been created\n" : "";
     EXPECT_EQ(said.out, created + each.write_failed);
@@ -393,12 +310,15 @@ TEST_F(WriterFaults, AFailedWriteLeavesTheStringAlone) {
   list.add("P", "D");
   for (const int format : {ZRT4_FORMAT, MORV_FORMAT}) {
     std::string text = "canary";
-    watch.write_results = {10, -1};
+    calls.write_results = {10, -1};
+    int code = -1;
     said = test::captured([&] {
-      EXPECT_EQ(dump_chan_desr(&list.list, nullptr, DUMP_XML_FILE, format, watched_descriptor,
-                               &text, nullptr),
-                2);
+      calls.watch([&] {
+        code =
+            dump_chan_desr(&list.list, nullptr, DUMP_XML_FILE, format, collector, &text, nullptr);
+      });
     });
+    EXPECT_EQ(code, 2);
     EXPECT_EQ(text, "canary");
     EXPECT_EQ(said.out, channels_failed);
   }

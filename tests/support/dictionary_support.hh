@@ -1,37 +1,20 @@
-#ifndef ENV_DICTIONARY_SUPPORT_HH
-#define ENV_DICTIONARY_SUPPORT_HH
+#ifndef DICTIONARY_SUPPORT_HH
+#define DICTIONARY_SUPPORT_HH
 
 // What the tests of environment index dictionaries share: both generations under the same names.
 
-#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <string>
-#include <vector>
 
-#include "parse_env_index_dictionary.hh"
 #include "support.hh"
+#include "zrt4xml.hh"
 
 namespace test {
 
-template <class Entry>
-struct owned_list : std::vector<Entry*> {
-  owned_list() = default;
-  owned_list(const owned_list&) = delete;
-  owned_list& operator=(const owned_list&) = delete;
-  owned_list(owned_list&& from) noexcept { this->swap(from); }
-  owned_list& operator=(owned_list&&) = delete;
-  ~owned_list() { release(); }
-  void release() {
-    std::sort(this->begin(), this->end());
-    this->erase(std::unique(this->begin(), this->end()), this->end());
-    for (Entry* entry : *this) std::free(entry);
-    this->clear();
-  }
-};
-
 struct older {
-  using entry = zrt4_env_index_dictionary_entry;
+  using list = zrt4::env_dictionary;
+  using entry = list::value_type;
   static constexpr const char* title = "older";
   static constexpr const char* record = "zrt4_env_index_dictionary_entry";
   static constexpr std::size_t longest = 79;
@@ -46,7 +29,8 @@ struct older {
 };
 
 struct y2010 {
-  using entry = zrt4_env_index_dictionary_entry_2010;
+  using list = zrt4::env_dictionary_2010;
+  using entry = list::value_type;
   static constexpr const char* title = "y2010";
   static constexpr const char* record = "zrt4_env_index_dictionary_entry_2010";
   static constexpr std::size_t longest = 255;
@@ -59,6 +43,8 @@ struct y2010 {
     return dump_env_index_dict_2010(argument...);
   }
 };
+
+using generations = testing::Types<older, y2010>;
 
 struct titles {
   template <class Variant>

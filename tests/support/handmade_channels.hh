@@ -1,5 +1,5 @@
-#ifndef CHANNEL_RECORDS_HH
-#define CHANNEL_RECORDS_HH
+#ifndef HANDMADE_CHANNELS_HH
+#define HANDMADE_CHANNELS_HH
 
 // Channel description records made by hand, held and released with the test.
 

@@ -1,24 +1,18 @@
-#ifndef GIGE_SUPPORT_HH
-#define GIGE_SUPPORT_HH
+#ifndef CAMERA_SUPPORT_HH
+#define CAMERA_SUPPORT_HH
 
 // What the tests of the camera features share.
 
 #include "support.hh"
-#include "zrt4_gige_descr.hh"
+#include "zrt4xml.hh"
 
 namespace test {
 
-class feature_list : public std::vector<ZRT4GigEFeature*> {
- public:
-  feature_list() = default;
-  feature_list(const feature_list&) = delete;
-  feature_list& operator=(const feature_list&) = delete;
-  ~feature_list() { zrt4_clean_gige_descr(this); }
-
+struct feature_list : zrt4::camera_features {
   ZRT4GigEFeature& add(const char* name) {
-    push_back(new ZRT4GigEFeature);
-    back()->name = name;
-    return *back();
+    auto* const added = get()->emplace_back(new ZRT4GigEFeature);
+    added->name = name;
+    return *added;
   }
 };
 
@@ -27,9 +21,9 @@ inline std::string shown(const ZRT4GigEFeature& feature) {
          feature.tooltip + '|' + feature.description;
 }
 
-inline std::vector<std::string> shown(const std::vector<ZRT4GigEFeature*>& features) {
+inline std::vector<std::string> shown(const zrt4::camera_features& features) {
   std::vector<std::string> result;
-  for (const auto* feature : features) result.push_back(shown(*feature));
+  for (const ZRT4GigEFeature& feature : features) result.push_back(shown(feature));
   return result;
 }
 
@@ -38,7 +32,7 @@ inline std::vector<std::string> read(const std::string& document) {
   temporary_file file(document);
   feature_list features;
   const auto printed =
-      captured([&] { EXPECT_FALSE(zrt4_fill_gige_descr(file.name(), &features)); });
+      captured([&] { EXPECT_FALSE(zrt4_fill_gige_descr(file.name(), features.get())); });
   EXPECT_EQ(printed.out, "");
   EXPECT_EQ(printed.err, "");
   return shown(features);

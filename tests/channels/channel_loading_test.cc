@@ -5,14 +5,12 @@
 #include <memory>
 #include <string_view>
 
-#include "parse_chan_descr.hh"
 #include "support.hh"
+#include "zrt4xml.hh"
 
 using test::captured;
 
 namespace {
-
-using channels = std::vector<chan_descr_2010*>;
 
 const std::string document =
     "<CHANDESCRIPTIONS><CHANNEL><EVTYPE>3</EVTYPE><PROP>A</PROP></CHANNEL>"
@@ -39,13 +37,12 @@ class blob {
 
 class LoadBlob : public testing::Test {
  protected:
-  ~LoadBlob() override { clean_chan_desr_list(&list); }
   int load(blob from) {
     int result = 0;
-    printed = captured([&] { result = zrt4_load_chan_descr(from.get(), &list); });
+    printed = captured([&] { result = zrt4_load_chan_descr(from.get(), list.get()); });
     return result;
   }
-  channels list;
+  zrt4::channel_list list;
   test::output printed;
 };
 
@@ -60,8 +57,8 @@ TEST_F(LoadBlob, BothPatternsAreRead) {
 TEST_F(LoadBlob, NeitherShiftsNorMerges) {
   EXPECT_EQ(load({0xCDECDEF2, document}), 0);
   ASSERT_EQ(list.size(), 2U);
-  EXPECT_EQ(list[0]->ev_type, 3U);
-  EXPECT_STREQ(list[1]->prop_name, "A");
+  EXPECT_EQ(list[0].ev_type, 3U);
+  EXPECT_STREQ(list[1].prop_name, "A");
 }
 
 TEST_F(LoadBlob, OtherPatternsAreRefused) {
@@ -99,7 +96,7 @@ TEST_F(LoadBlob, ZeroByteEndsTheText) {
 }
 
 TEST_F(LoadBlob, NullArgumentsAreRefusedFirst) {
-  EXPECT_EQ(zrt4_load_chan_descr(nullptr, &list), -1);
+  EXPECT_EQ(zrt4_load_chan_descr(nullptr, list.get()), -1);
   blob wrong(1, 0, "");
   EXPECT_EQ(zrt4_load_chan_descr(wrong.get(), nullptr), -1);
 }
@@ -110,40 +107,39 @@ TEST_F(LoadBlob, ReaderFailureIsPassedOn) {
 }
 
 TEST_F(LoadBlob, RecordsInTheListStay) {
-  list.push_back(new chan_descr_2010);
-  chan_descr_2010* before = list[0];
+  list.get()->push_back(new chan_descr_2010);
+  const chan_descr_2010* before = &list[0];
   EXPECT_EQ(load({0xCDECDEF2, document}), 0);
   ASSERT_EQ(list.size(), 3U);
-  EXPECT_EQ(list[0], before);
+  EXPECT_EQ(&list[0], before);
 }
 
 TEST(LoadMasterFile, ReadsUnshiftedAndUnmerged) {
   test::temporary_file file(document);
-  channels list;
-  EXPECT_EQ(zrt4_load_master_daq_channel_description_file(&list, file.name()), 0);
+  zrt4::channel_list list;
+  EXPECT_EQ(zrt4_load_master_daq_channel_description_file(list.get(), file.name()), 0);
   ASSERT_EQ(list.size(), 2U);
-  EXPECT_EQ(list[0]->ev_type, 3U);
-  clean_chan_desr_list(&list);
+  EXPECT_EQ(list[0].ev_type, 3U);
 }
 
 TEST(LoadMasterFile, NullArgumentsAndEmptyNameAreRefused) {
   test::temporary_file file(document);
-  channels list;
+  zrt4::channel_list list;
   char empty[] = "";
   const auto output = captured([&] {
     EXPECT_EQ(zrt4_load_master_daq_channel_description_file(nullptr, file.name()), -1);
-    EXPECT_EQ(zrt4_load_master_daq_channel_description_file(&list, nullptr), -1);
-    EXPECT_EQ(zrt4_load_master_daq_channel_description_file(&list, empty), -1);
+    EXPECT_EQ(zrt4_load_master_daq_channel_description_file(list.get(), nullptr), -1);
+    EXPECT_EQ(zrt4_load_master_daq_channel_description_file(list.get(), empty), -1);
   });
   EXPECT_TRUE(list.empty());
   EXPECT_EQ(output.out + output.err, "");
 }
 
 TEST(LoadMasterFile, MissingFileIsTheReadersFailure) {
-  channels list;
+  zrt4::channel_list list;
   char missing[] = "/tmp/zrt4_no_such_directory/master.xml";
   const auto output = captured(
-      [&] { EXPECT_GT(zrt4_load_master_daq_channel_description_file(&list, missing), 0); });
+      [&] { EXPECT_GT(zrt4_load_master_daq_channel_description_file(list.get(), missing), 0); });
   EXPECT_TRUE(list.empty());
   EXPECT_NE(output.err, "");
 }

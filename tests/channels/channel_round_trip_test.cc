@@ -4,8 +4,9 @@
 #include <cstring>
 #include <random>
 
-#include "channel_records.hh"
+#include "handmade_channels.hh"
 #include "support.hh"
+#include "zrt4xml.hh"
 
 namespace {
 
@@ -71,15 +72,12 @@ struct read_back {
     std::string name = file.path();
     int result = -1;
     output = test::captured([&] {
-      result = from_file ? parse_descr_list_readf(name.data(), &list, false, false)
-                         : parse_descr_list_read(text.data(), &list, false, false);
+      result = from_file ? parse_descr_list_readf(name.data(), list.get(), false, false)
+                         : parse_descr_list_read(text.data(), list.get(), false, false);
     });
     EXPECT_EQ(result, expected_result);
   }
-  read_back(const read_back&) = delete;
-  read_back& operator=(const read_back&) = delete;
-  ~read_back() { clean_chan_desr_list(&list); }
-  std::vector<chan_descr_2010*> list;
+  zrt4::channel_list list;
   test::output output;
 };
 
@@ -205,7 +203,7 @@ void expect_round_trip(int format, bool from_file,
     ASSERT_EQ(back.list.size(), from.list.size());
     for (std::size_t i = 0; i < from.list.size(); ++i) {
       SCOPED_TRACE(from.list[i]->prop_name);
-      expect_channel(*back.list[i], *from.list[i]);
+      expect_channel(back.list[i], *from.list[i]);
     }
     if (testing::Test::HasFailure()) return;
   }
@@ -236,7 +234,7 @@ TEST(RoundTrip, WritingWhatWasReadGivesTheSameElements) {
     const std::string first = test::dumped(from, ZRT4_FORMAT);
     read_back back(first, false, 0);
     std::string second;
-    dump_chan_desr(&back.list, nullptr, DUMP_XML_FILE, ZRT4_FORMAT, -1, &second, nullptr);
+    dump_chan_desr(back.list.get(), nullptr, DUMP_XML_FILE, ZRT4_FORMAT, -1, &second, nullptr);
     ASSERT_EQ(second, first) << seed;
   }
 }
@@ -250,7 +248,7 @@ TEST(RoundTrip, DimensionParametersAreNotRead) {
   std::vector<dim_params*> dims{&entry};
   const read_back back(test::dumped(from, ZRT4_FORMAT, &dims), false, 0);
   ASSERT_EQ(back.list.size(), 1U);
-  expect_element_channel(*back.list[0], *from.list[0]);
+  expect_element_channel(back.list[0], *from.list[0]);
 }
 
 TEST(RoundTrip, AChannelWithoutPropertyIsNotListed) {
@@ -268,7 +266,7 @@ TEST(RoundTrip, WhiteSpaceAloneComesBackEmpty) {
   test::set(from.add("P", "D").prop_desc, "  ");
   const read_back back(test::dumped(from, ZRT4_FORMAT), false, 0);
   ASSERT_EQ(back.list.size(), 1U);
-  EXPECT_STREQ(back.list[0]->prop_desc, "");
+  EXPECT_STREQ(back.list[0].prop_desc, "");
 }
 
 TEST(RoundTrip, MarkupIsNotEscaped) {
@@ -285,9 +283,8 @@ TEST(RoundTrip, ShiftedReadingTakesWrittenMasksForNumbers) {
   test::records from;
   from.add("P", "D").ev_type = 2;
   std::string text = test::dumped(from, ZRT4_FORMAT);
-  std::vector<chan_descr_2010*> list;
-  EXPECT_EQ(parse_descr_list_read(text.data(), &list, true, false), 0);
+  zrt4::channel_list list;
+  EXPECT_EQ(parse_descr_list_read(text.data(), list.get(), true, false), 0);
   ASSERT_EQ(list.size(), 1U);
-  EXPECT_EQ(list[0]->ev_type, 4U);
-  clean_chan_desr_list(&list);
+  EXPECT_EQ(list[0].ev_type, 4U);
 }
