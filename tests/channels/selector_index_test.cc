@@ -1,4 +1,5 @@
 #include "selector_index.hh"
+#include "selector_rules.hh"
 
 #include "handmade_channels.hh"
 #include "support.hh"
