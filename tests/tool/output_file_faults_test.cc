@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "file_error.hh"
 #include "descriptor.hh"
+#include "file_error.hh"
 #include "output_file.hh"
 #include "own_locale.hh"
 #include "support.hh"
