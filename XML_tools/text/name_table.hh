@@ -21,9 +21,12 @@ template <class Meaning, std::size_t Count>
 class name_table {
  public:
   constexpr explicit name_table(const named<Meaning> (&names)[Count]) {
-    for (int tries = 0; !place(names); ++tries) {
-      if (tries == 1 << 14) throw "two names agree in length and in first, middle and last letter";
+    for (int tries = 0; !is_perfect(names); ++tries) {
+      if (tries == 1 << 12) throw "two names agree in length and in first, middle and last letter";
       ++multiplier;
+    }
+    for (const auto& entry : names) {
+      if (!entry.name.empty()) slots[slot_of(entry.name)] = entry;
     }
   }
 
@@ -46,14 +49,13 @@ class name_table {
     return key * multiplier >> (32U - slot_bits);
   }
 
-  constexpr bool place(const named<Meaning> (&names)[Count]) {
-    slots = {};
+  constexpr bool is_perfect(const named<Meaning> (&names)[Count]) const {
+    std::uint64_t taken = 0;
     for (const auto& entry : names) {
       if (entry.name.empty()) continue;
-      named<Meaning>& slot = slots[slot_of(entry.name)];
-      if (!slot.name.empty()) return false;
-      slot.name = entry.name;
-      slot.meaning = entry.meaning;
+      const std::uint64_t slot = std::uint64_t{1} << slot_of(entry.name);
+      if ((taken & slot) != 0) return false;
+      taken |= slot;
     }
     return true;
   }
