@@ -429,12 +429,12 @@ void add_selector() {
                              [&](char* name) { return known.find(name) != known.end(); });
     };
   };
-  add({"selector, get_data_type", 1.5, many,
+  add({"selector, get_data_type", 1.0, many,
        in_table(&loaded_selector::names, &loaded_selector::by_name), [all] {
          return seconds_to_find(
              all().names, [&](char* name) { return all().selector.get_data_type(name) != 0; });
        }});
-  add({"selector, find_channel", 1.5, many,
+  add({"selector, find_channel", 1.0, many,
        in_table(&loaded_selector::properties, &loaded_selector::by_property), [all] {
          return seconds_to_find(all().properties, [&](char* name) {
            return all().selector.find_channel(ZRT4_EV_NORMAL, name);
