@@ -38,7 +38,8 @@ struct variant_rules<memory_variant> {
   }
   static void delete_source(xercesc::MemBufInputSource* source) { delete source; }
 
-  static bool scan_prolog(xercesc::SAXParser& scanner, const char* /*file*/,
+  template <class Scanner>
+  static bool scan_prolog(Scanner& scanner, const char* /*file*/,
                           const xercesc::MemBufInputSource* source, xercesc::XMLPScanToken& token) {
     return scanner.parseFirst(*source, token);
   }
@@ -58,11 +59,15 @@ struct variant_rules<file_variant> {
   static void create_source(no_source&, const char* /*text*/, Scanner& /*scanner*/) {}
   static void delete_source(no_source&) {}
 
-  static bool scan_prolog(xercesc::SAXParser& scanner, const char* file, no_source&,
+  template <class Scanner>
+  static bool scan_prolog(Scanner& scanner, const char* file, no_source&,
                           xercesc::XMLPScanToken& token) {
     return scanner.parseFirst(file != nullptr ? file : "", token);
   }
 };
+
+template <class Variant>
+using scanner_of = detail::direct_scanner<parse_handlers<Variant>>;
 
 }  // namespace
 
@@ -123,7 +128,7 @@ int pull_parser<Variant>::parse(char** tag, char** val) {
   auto& handlers = variant_rules<Variant>::handler_of(handler);
   handlers.reset_end_tag_flag();
   if (!gotMore) return -1;
-  gotMore = parser->parseNext(token);
+  gotMore = static_cast<scanner_of<Variant>*>(parser)->parseNext(token);
   if (!gotMore) parser->parseReset(token);
   if (handlers.getErrorCount() != 0) return handlers.getErrorCount();
   // The texts are handed out as writable because callers declare them so; they stay the handler's.

@@ -38,7 +38,10 @@ class limited_scanner : private declaration_limits, public Parser {
 
   limited_scanner(const limited_scanner&) = delete;
   limited_scanner& operator=(const limited_scanner&) = delete;
-  ~limited_scanner() override { prepare_end(); }
+  ~limited_scanner() override {
+    end_document();
+    prepare_end();
+  }
 
   xercesc::MemoryManager* memory() { return this; }
 
@@ -53,8 +56,10 @@ class limited_scanner : private declaration_limits, public Parser {
   template <class Source>
   bool parseFirst(const Source& source, xercesc::XMLPScanToken& token) {
     if constexpr (std::is_convertible_v<Source, const char*>) expect_file(source);
-    const step timed(*this);
-    return Parser::parseFirst(source, token);
+    end_document();
+    const bool more = Parser::parseFirst(source, token);
+    end_step();
+    return more;
   }
 
   /// Scans the whole of a file.
@@ -64,8 +69,11 @@ class limited_scanner : private declaration_limits, public Parser {
   }
 
   bool parseNext(xercesc::XMLPScanToken& token) {
-    const step timed(*this);
-    return Parser::parseNext(token);
+    if (!times_steps()) return Parser::parseNext(token);
+    begin_step();
+    const bool more = Parser::parseNext(token);
+    end_step();
+    return more;
   }
 
   void startDocument() override {

@@ -44,7 +44,7 @@ void scan_budget::expect(std::uint64_t bytes) {
 }
 
 void scan_budget::begin_document() {
-  times_steps = false;
+  times = false;
   elements = 0;
   message_units = 0;
   held_before = held_bytes();
@@ -71,7 +71,7 @@ void scan_budget::look_at_time(nanoseconds coarse_time) {
   next_look = coarse_time + look_interval;
   const nanoseconds time = thread_time();
   const nanoseconds most = allowed(scanner_time);
-  if (times_steps) {
+  if (times) {
     const nanoseconds taken = time_of_steps + (time - step_began);
     if (taken > most) refuse_cost("processor time", (most + taken) / 1'000'000, "ms");
     return;
@@ -79,7 +79,7 @@ void scan_budget::look_at_time(nanoseconds coarse_time) {
   if (thread_began == 0) thread_began = time - (coarse_time - began);  // or a little later
   // Less than nothing where another thread has taken over.
   if (time - thread_began <= most) return;
-  times_steps = true;
+  times = true;
   step_began = time;
 }
 

@@ -46,23 +46,6 @@ class scan_budget : public scanner_memory {
   /// What is scanned next has so many bytes, or at least so many.
   void expect(std::uint64_t bytes);
 
-  /// As long as it lives, the scanner is at work. What its user does between the steps of a scan
-  /// is not the document's cost.
-  class step {
-   public:
-    explicit step(scan_budget& of) : budget(of) {
-      if (budget.times_steps) budget.step_began = thread_time();
-    }
-    step(const step&) = delete;
-    step& operator=(const step&) = delete;
-    ~step() {
-      if (budget.times_steps) budget.time_of_steps += thread_time() - budget.step_began;
-    }
-
-   private:
-    scan_budget& budget;
-  };
-
  protected:
   explicit scan_budget(result wanted) : makes_tree(wanted == result::tree) {}
 
@@ -82,6 +65,14 @@ class scan_budget : public scanner_memory {
     if (++elements > most_elements) refuse("entities make too many elements");
   }
   void count_message(std::size_t units);
+
+  /// What the scanner's user does between the steps of a scan is not the document's cost. When that
+  /// matters, the steps are timed.
+  bool times_steps() const { return times; }
+  void begin_step() { step_began = thread_time(); }
+  void end_step() {
+    if (times) time_of_steps += thread_time() - step_began;
+  }
 
   /// As long as it lives, an error is reported, which is not cut off.
   class report {
@@ -110,7 +101,7 @@ class scan_budget : public scanner_memory {
 
   const bool makes_tree;
   bool watches = false;
-  bool times_steps = false;
+  bool times = false;
   unsigned ticks_left = 1;
   std::uint64_t document_bytes = 0;
   std::uint64_t elements = 0;

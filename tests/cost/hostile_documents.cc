@@ -487,7 +487,9 @@ const whole_family as_a_whole[] = {
      [](std::size_t n) { return "<!ENTITY e '<!--" + std::string(n / 2, 'x') + "-->'>"; },
      [](std::size_t n) { return times(n / 6, "&e;"); }},
     {"references to a long entity in one value",
-     [](std::size_t n) { return "<!ENTITY e '" + std::string(n / 2, 'x') + "'>"; },
+     [](std::size_t n) {
+       return "<!ENTITY e '" + std::string(n / 2, 'x') + "'><!ATTLIST b a CDATA #IMPLIED>";
+     },
      [](std::size_t n) { return "<b a='" + times(n / 6, "&e;") + "'/>"; }},
     {"default of references",
      [](std::size_t n) {
@@ -501,7 +503,10 @@ const whole_family as_a_whole[] = {
      [](std::size_t n) { return entities_in_a_row(std::min<std::size_t>(n / 32, 40), "", "&", 2); },
      [](std::size_t n) { return numbered("&e", std::min<std::size_t>(n / 32, 40), ";"); }},
     {"doubling entities in a value",
-     [](std::size_t n) { return entities_in_a_row(std::min<std::size_t>(n / 32, 40), "", "&", 2); },
+     [](std::size_t n) {
+       return entities_in_a_row(std::min<std::size_t>(n / 32, 40), "", "&", 2) +
+              "<!ATTLIST b a CDATA #IMPLIED>";
+     },
      [](std::size_t n) {
        return "<b a='" + numbered("&e", std::min<std::size_t>(n / 32, 40), ";") + "'/>";
      }},
@@ -570,13 +575,14 @@ const multiplier multipliers[] = {
      }},
     {"nested",
      [](const dear_tag& tag, std::size_t size, std::string&, std::string& content) {
-       const std::size_t count =
-           std::max<std::size_t>(size / (2 * tag.name.size() + 5 + tag.attributes(0).size()), 1);
-       for (std::size_t i = 0; i < count; ++i) {
-         content += "<" + tag.name + tag.attributes(i) + ">";
-         if (tag.inside != nullptr) content += tag.inside(i);
+       const std::string end = "</" + tag.name + ">";
+       std::size_t count = 0;
+       for (const std::size_t before = content.size(); content.size() - before < size; ++count) {
+         content += "<" + tag.name + tag.attributes(count) + ">";
+         if (tag.inside != nullptr) content += tag.inside(count);
+         size -= std::min(size, end.size());
        }
-       for (std::size_t i = 0; i < count; ++i) content += "</" + tag.name + ">";
+       content += times(count, end);
      }},
     {"with text",
      [](const dear_tag& tag, std::size_t size, std::string&, std::string& content) {
@@ -610,6 +616,9 @@ hostile_document make(const std::string& family, const std::string& multiplied, 
     if (each.name != family) continue;
     declarations = each.declarations(size);
     content = each.content(size);
+    if (!declarations.empty() && declarations.find("<!ELEMENT b ") == std::string::npos) {
+      declarations += "<!ELEMENT b ANY>";
+    }
   }
   for (const multiplier& each : multipliers) {
     if (each.name != multiplied) continue;
