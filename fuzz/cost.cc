@@ -72,7 +72,8 @@ void fuzz::read(const std::string& input, unsigned way) {
   const std::uint64_t taken = thread_time() - before;
   tell(taken, input.size());
   // The promise, with as much again for the sanitizers and for the memory of fuzzing.
-  if (taken > 2 * (1'000'000'000 + 4'000 * static_cast<std::uint64_t>(input.size()))) {
+  const std::uint64_t size = input.size();
+  if (taken > 2 * (1'000'000'000 + 4'000 * size)) {
     broken("a document takes no more time than its size allows");
   }
 }
