@@ -26,16 +26,20 @@ struct variant_rules<memory_variant> {
   static MemParseHandlers& handler_of(MemParseHandlers* handler) { return *handler; }
   static void delete_handler(MemParseHandlers* handler) { delete handler; }
 
+  template <class Scanner>
   static void create_source(xercesc::MemBufInputSource*& source, const char* text,
-                            xercesc::MemoryManager* memory) {
+                            Scanner& scanner) {
     const char* document = text != nullptr ? text : "";
-    source = new xercesc::MemBufInputSource(reinterpret_cast<const XMLByte*>(document),
-                                            std::strlen(document), "my_mem_info", false, memory);
+    const std::size_t length = std::strlen(document);
+    scanner.expect(length);
+    source = new xercesc::MemBufInputSource(reinterpret_cast<const XMLByte*>(document), length,
+                                            "my_mem_info", false, scanner.memory());
     source->setCopyBufToStream(false);  // the caller keeps the text as long as the parser
   }
   static void delete_source(xercesc::MemBufInputSource* source) { delete source; }
 
-  static bool scan_prolog(xercesc::SAXParser& scanner, const char* /*file*/,
+  template <class Scanner>
+  static bool scan_prolog(Scanner& scanner, const char* /*file*/,
                           const xercesc::MemBufInputSource* source, xercesc::XMLPScanToken& token) {
     return scanner.parseFirst(*source, token);
   }
@@ -51,14 +55,19 @@ struct variant_rules<file_variant> {
   // Destroyed with the parser, after the XML library's end: its texts are in memory of our own.
   static void delete_handler(FileParseHandlers& /*embedded*/) {}
 
-  static void create_source(no_source&, const char* /*text*/, xercesc::MemoryManager* /*memory*/) {}
+  template <class Scanner>
+  static void create_source(no_source&, const char* /*text*/, Scanner& /*scanner*/) {}
   static void delete_source(no_source&) {}
 
-  static bool scan_prolog(xercesc::SAXParser& scanner, const char* file, no_source&,
+  template <class Scanner>
+  static bool scan_prolog(Scanner& scanner, const char* file, no_source&,
                           xercesc::XMLPScanToken& token) {
     return scanner.parseFirst(file != nullptr ? file : "", token);
   }
 };
+
+template <class Variant>
+using scanner_of = detail::direct_scanner<parse_handlers<Variant>>;
 
 }  // namespace
 
@@ -72,13 +81,13 @@ void pull_parser<Variant>::set_up(char* text) {
     XMLPlatformUtils::Initialize();
     variant_rules<Variant>::create_handler(handler);
     parse_handlers<Variant>& handlers = variant_rules<Variant>::handler_of(handler);
-    auto* scanner = new detail::direct_scanner<parse_handlers<Variant>>(handlers);
+    auto* scanner = new scanner_of<Variant>(handlers);
     parser = scanner;
     parser->setValidationScheme(SAXParser::Val_Auto);
     parser->setDoNamespaces(false);
     parser->setDoSchema(false);
     parser->setValidationSchemaFullChecking(false);
-    variant_rules<Variant>::create_source(memBufIS, text, scanner->memory());
+    variant_rules<Variant>::create_source(memBufIS, text, *scanner);
     init = true;
   } catch (const xercesc::XMLException& exception) {
     detail::say(stderr, {"Error during initialization! Message:\n",
@@ -101,7 +110,8 @@ bool pull_parser<Variant>::begin(char* file) {
     const bool is_within_document =
         gotMore && variant_rules<Variant>::handler_of(handler).getElementCount() != 0;
     if (is_within_document) parser->parseReset(token);
-    if (variant_rules<Variant>::scan_prolog(*parser, file, memBufIS, token)) return false;
+    auto& scanner = static_cast<scanner_of<Variant>&>(*parser);
+    if (variant_rules<Variant>::scan_prolog(scanner, file, memBufIS, token)) return false;
     detail::say(stderr, {"scanFirst() failed\n"});
   } catch (const xercesc::XMLException& exception) {
     // Both variants say "memory stream": programs watch for this very line.
@@ -118,7 +128,7 @@ int pull_parser<Variant>::parse(char** tag, char** val) {
   auto& handlers = variant_rules<Variant>::handler_of(handler);
   handlers.reset_end_tag_flag();
   if (!gotMore) return -1;
-  gotMore = parser->parseNext(token);
+  gotMore = static_cast<scanner_of<Variant>*>(parser)->parseNext(token);
   if (!gotMore) parser->parseReset(token);
   if (handlers.getErrorCount() != 0) return handlers.getErrorCount();
   // The texts are handed out as writable because callers declare them so; they stay the handler's.

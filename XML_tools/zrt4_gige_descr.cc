@@ -45,7 +45,7 @@ void print_parsing_error(const std::string& message) {
 // texts belong to the XML library and must be gone before this use of it ends.
 bool parse(std::optional<feature_parser>& parser, const char* file_name) {
   try {
-    parser.emplace().parse(file_name);
+    parser.emplace().parse_file(file_name);
     // A file that cannot be read is reported rather than thrown.
     if (parser->getDocument() != nullptr) return true;
     print_parsing_error(parser->why_no_document());

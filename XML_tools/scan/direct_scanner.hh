@@ -29,11 +29,9 @@ class direct_scanner final : public limited_scanner<xercesc::SAXParser> {
                     const XMLCh* const /*prefix*/,
                     const xercesc::RefVectorOf<xercesc::XMLAttr>& list, const XMLSize_t count,
                     const bool is_empty, const bool /*is_root*/) override {
-    this->count_tag(element, count);
-    this->count_values(list, count);
+    this->count(element, count);
     attributes.setVector(&list, count);
     to.start_declared(element, attributes);
-    this->end_tag(count);
     if (is_empty) {
       to.Handlers::endElement(nullptr);
     } else {

@@ -1,109 +1,161 @@
 #ifndef LIMITED_SCANNER_HH
 #define LIMITED_SCANNER_HH
 
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <cstddef>
-#include <iterator>
+#include <cstdint>
+#include <cstring>
 #include <type_traits>
 #include <xercesc/framework/XMLErrorCodes.hpp>
 #include <xercesc/framework/XMLErrorReporter.hpp>
+#include <xercesc/framework/XMLPScanToken.hpp>
 #include <xercesc/internal/ReaderMgr.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
 #include <xercesc/parsers/AbstractDOMParser.hpp>
+#include <xercesc/util/SecurityManager.hpp>
+#include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLUni.hpp>
+#include <xercesc/validators/DTD/DTDValidator.hpp>
 
-#include "document_type_limits.hh"
+#include "declaration_limits.hh"
 
 namespace zrt4::detail {
 
 /// A scanner within the limits, which opens nothing that a document names.
 template <class Parser>
-class limited_scanner : private document_type_limits, public Parser {
+class limited_scanner : private declaration_limits, public Parser {
  public:
-  limited_scanner() : document_type_limits(wanted), Parser(nullptr, this) {
-    count_attributes_in(opened::attributes_of(scanner()));
-    scanner().setDocTypeHandler(this);
+  limited_scanner()
+      : declaration_limits(wanted), Parser(new (memory()) limited_validator(*this), this) {
+    expect(0);
     scanner().setSecurityManager(&references);
+    scanner().getValidator()->setErrorReporter(this);
+    scanner().setDocTypeHandler(this);
     this->setDisableDefaultEntityResolution(true);
   }
 
   limited_scanner(const limited_scanner&) = delete;
   limited_scanner& operator=(const limited_scanner&) = delete;
-  ~limited_scanner() override { prepare_end(); }
+  ~limited_scanner() override {
+    end_document();
+    prepare_end();
+  }
 
   xercesc::MemoryManager* memory() { return this; }
+
+  /// What is scanned next has so many bytes.
+  void expect(std::uint64_t bytes) {
+    scan_budget::expect(bytes);
+    const std::uint64_t most = entity_references * (1 + (bytes >> 20));
+    references.setEntityExpansionLimit(static_cast<XMLSize_t>(most));
+  }
+
+  /// `source` is an input source, of which `expect` has told the size, or the name of a file.
+  template <class Source>
+  bool parseFirst(const Source& source, xercesc::XMLPScanToken& token) {
+    if constexpr (std::is_convertible_v<Source, const char*>) expect_file(source);
+    end_document();
+    const bool more = Parser::parseFirst(source, token);
+    end_step();
+    return more;
+  }
+
+  /// Scans the whole of a file.
+  void parse_file(const char* name) {
+    expect_file(name);
+    Parser::parse(name);
+  }
+
+  bool parseNext(xercesc::XMLPScanToken& token) {
+    if (!times_steps()) return Parser::parseNext(token);
+    begin_step();
+    const bool more = Parser::parseNext(token);
+    end_step();
+    return more;
+  }
 
   void startDocument() override {
     begin_document();
     Parser::startDocument();
   }
 
-  void startIntSubset() override {
-    begin_declarations();
-    Parser::startIntSubset();
-  }
-
-  void endIntSubset() override {
-    end_declarations();
-    Parser::endIntSubset();
+  void endDocument() override {
+    end_document();
+    Parser::endDocument();
   }
 
   void elementDecl(const xercesc::DTDElementDecl& element, const bool is_ignored) override {
-    if (!is_ignored) count(element);
+    declare(element);
     Parser::elementDecl(element, is_ignored);
   }
 
   void attDef(const xercesc::DTDElementDecl& element, const xercesc::DTDAttDef& attribute,
               const bool is_ignored) override {
-    count(element, attribute);
+    declare(element, attribute);
     Parser::attDef(element, attribute, is_ignored);
   }
 
   void notationDecl(const xercesc::XMLNotationDecl& notation, const bool is_ignored) override {
-    if (!is_ignored) count(notation);
+    declare(notation);
     Parser::notationDecl(notation, is_ignored);
   }
 
   void entityDecl(const xercesc::DTDEntityDecl& entity, const bool is_parameter,
                   const bool is_ignored) override {
-    if (!is_ignored && count(entity, is_parameter)) scanner().setSecurityManager(&references);
+    declare(entity);
     Parser::entityDecl(entity, is_parameter, is_ignored);
-  }
-
-  void startEntityReference(const xercesc::XMLEntityDecl& entity) override {
-    begin_count_of_requests();  // its reader requests memory of any size
-    Parser::startEntityReference(entity);
   }
 
   void error(const unsigned int code, const XMLCh* const domain,
              const xercesc::XMLErrorReporter::ErrTypes type, const XMLCh* const text,
              const XMLCh* const system_id, const XMLCh* const public_id, const XMLFileLoc line,
              const XMLFileLoc column) override {
-    const report uncounted(*this);
+    if (!ends_scan(type, code)) count_message(xercesc::XMLString::stringLen(text));
+    const report uncut(*this);
     Parser::error(code, domain, type, text, system_id, public_id, line, column);
   }
 
   void startElement(const xercesc::XMLElementDecl& element, const unsigned int uri,
                     const XMLCh* const prefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& list,
                     const XMLSize_t attributes, const bool is_empty, const bool is_root) override {
-    count_tag(element, attributes);
-    count_values(list, attributes);
+    count(element, attributes);
     Parser::startElement(element, uri, prefix, list, attributes, is_empty, is_root);
-    end_tag(attributes);
   }
 
  protected:
-  using document_type_limits::count_tag;
-  using document_type_limits::count_values;
-  using document_type_limits::end_tag;
+  using declaration_limits::count;
 
  private:
   static constexpr result wanted =
       std::is_base_of_v<xercesc::AbstractDOMParser, Parser> ? result::tree : result::events;
 
+  /// Checks as the scanner's own, which it replaces.
+  class limited_validator final : public xercesc::DTDValidator {
+   public:
+    explicit limited_validator(limited_scanner& of) : limits(of) {}
+
+    void validateAttrValue(const xercesc::XMLAttDef* attribute, const XMLCh* const value,
+                           bool before_content, const xercesc::XMLElementDecl* element) override {
+      if (attribute->getType() != xercesc::XMLAttDef::CData) limits.look_at_list(value);
+      DTDValidator::validateAttrValue(attribute, value, before_content, element);
+    }
+
+    bool checkContent(xercesc::XMLElementDecl* const element, xercesc::QName** const children,
+                      XMLSize_t count, XMLSize_t* failing) override {
+      limits.look_at_children(count);
+      return DTDValidator::checkContent(element, children, count, failing);
+    }
+
+   private:
+    limited_scanner& limits;
+  };
+
   // The scanner shows its list to derived classes only.
   struct opened : xercesc::XMLScanner {
-    static xercesc::RefVectorOf<xercesc::XMLAttr>& attributes_of(xercesc::XMLScanner& scanner) {
-      return *(scanner.*&opened::fAttrList);
+    static XMLSize_t attributes_of(xercesc::XMLScanner& scanner) {
+      return (scanner.*&opened::fAttrList)->size();
     }
   };
 
@@ -113,13 +165,37 @@ class limited_scanner : private document_type_limits, public Parser {
   static xercesc::XMLScanner& writable(xercesc::XMLScanner* own) { return *own; }
   xercesc::XMLScanner& scanner() { return writable(this->getScanner()); }
 
-  void refuse(const char* reason) override {
-    end_count();
-    XMLCh text[128];
-    for (std::size_t i = 0; i < std::size(text); ++i) {
-      text[i] = static_cast<XMLCh>(reason[i]);
-      if (reason[i] == '\0') break;
+  // What has no size, such as a pipe, is counted as it is scanned, which takes a little longer.
+  void expect_file(const char* name) {
+    struct stat file {};
+    const bool has_size = stat(name, &file) == 0 && S_ISREG(file.st_mode);
+    expect(has_size ? static_cast<std::uint64_t>(file.st_size) : 0);
+    scanner().setCalculateSrcOfs(!has_size);
+  }
+
+  // The scan of a document ends with such an error: there is nothing to refuse any more.
+  static bool ends_scan(xercesc::XMLErrorReporter::ErrTypes type, unsigned code) {
+    using xercesc::XMLErrs;
+    return type == xercesc::XMLErrorReporter::ErrType_Fatal ||
+           code == XMLErrs::XMLException_Warning || code == XMLErrs::XMLException_Error;
+  }
+
+  void look_at_scanner() override {
+    // Those of the tag at hand and more: the list does not shrink.
+    if (opened::attributes_of(scanner()) > different_names) this->refuse(this->too_many_attributes);
+    if (!scanner().getCalculateSrcOfs()) return;
+    try {
+      const std::uint64_t scanned = scanner().getSrcOffset();  // of the entity at hand
+      if (scanned > expected_bytes()) scan_budget::expect(scanned);
+    } catch (const xercesc::XMLException&) {
+      scanner().setCalculateSrcOfs(false);  // an encoding in which nobody counts
     }
+  }
+
+  void refuse(const char* reason) override {
+    end_document();
+    XMLCh text[128] = {};
+    std::copy_n(reason, std::min(std::strlen(reason), std::size(text) - 1), text);
     xercesc::ReaderMgr::LastExtEntityInfo at;
     scanner().getReaderMgr()->getLastExtEntityInfo(at);
     constexpr auto code = xercesc::XMLErrs::XMLException_Fatal;
@@ -127,6 +203,8 @@ class limited_scanner : private document_type_limits, public Parser {
                 text, at.systemId, at.publicId, at.lineNumber, at.colNumber);
     throw xercesc::XMLErrs::Codes{code};
   }
+
+  xercesc::SecurityManager references;
 };
 
 }  // namespace zrt4::detail

@@ -12,7 +12,7 @@ namespace zrt4::detail {
 scanner_memory::~scanner_memory() {
   for (memory_block* next = held.next; next != &held;) {
     memory_block* const released = std::exchange(next, next->next);
-    XMLPlatformUtils::fgMemoryManager->deallocate(released);
+    XMLPlatformUtils::fgMemoryManager->deallocate(size_before(*released));
   }
 }
 
@@ -32,13 +32,20 @@ void* scanner_memory::allocate(XMLSize_t size) {
 }
 
 void* scanner_memory::from_system(XMLSize_t size) {
-  void* const memory = XMLPlatformUtils::fgMemoryManager->allocate(memory_block::room + size);
-  auto* added = new (memory) memory_block;
+  void* const memory =
+      XMLPlatformUtils::fgMemoryManager->allocate(sizeof(block_size) + memory_block::room + size);
+  auto* const size_of_it = new (memory) block_size{size};
+  auto* const added = new (size_of_it + 1) memory_block;
   added->previous = held.previous;
   added->next = &held;
   held.previous->next = added;
   held.previous = added;
+  held_size += size;
   return added->memory();
+}
+
+scanner_memory::block_size* scanner_memory::size_before(memory_block& block) {
+  return reinterpret_cast<block_size*>(&block) - 1;
 }
 
 void* scanner_memory::from_reserve(XMLSize_t size) {
@@ -57,7 +64,9 @@ void scanner_memory::deallocate(void* memory) {
   }
   released.previous->next = released.next;
   released.next->previous = released.previous;
-  XMLPlatformUtils::fgMemoryManager->deallocate(&released);
+  block_size* const size = size_before(released);
+  held_size -= size->bytes;
+  XMLPlatformUtils::fgMemoryManager->deallocate(size);
 }
 
 }  // namespace zrt4::detail

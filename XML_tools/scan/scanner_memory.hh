@@ -24,15 +24,24 @@ class scanner_memory : public xercesc::MemoryManager {
 
  protected:
   void keep_all() { keeps_all = true; }
+  /// What is held of the system's memory.
+  std::size_t held_bytes() const { return held_size; }
   /// From here on requests are met from a reserve when there is no memory: the scanner asks for
   /// some when it is destroyed, where it must not fail.
   void prepare_end() { ends = true; }
 
  private:
+  // Stands before a block from the system.
+  struct block_size {
+    alignas(std::max_align_t) std::size_t bytes;
+  };
+
+  static block_size* size_before(memory_block& block);
   void* from_system(XMLSize_t size);
   void* from_reserve(XMLSize_t size);
 
   memory_block held;  // of the ring of blocks from the system
+  std::size_t held_size = 0;
   scanner_cells cells;
   bool keeps_all = false;
   bool ends = false;

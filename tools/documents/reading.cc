@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 
 #include "descriptor.hh"
@@ -32,12 +31,11 @@ int read_and_report(input_file& file, const std::function<int()>& read) {
     errors = read();
   }
   if (errors == 0) return 0;
-  std::vector<xml_error> found = xml_errors(file.path());
+  const std::vector<xml_error> found = xml_errors(file.path(), static_cast<std::size_t>(errors));
   if (found.empty()) {
     std::fputs(messages.read_from_start().c_str(), stderr);
     return errors;
   }
-  found.resize(std::min(found.size(), static_cast<std::size_t>(errors)));
   for (const xml_error& each : found) report(file.name() + each.place, each.text);
   return errors;
 }

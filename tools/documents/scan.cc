@@ -14,6 +14,8 @@ namespace {
 
 class root_handler : public xercesc::HandlerBase {
  public:
+  explicit root_handler(std::size_t errors_to_keep) : most(errors_to_keep) {}
+
   void startElement(const XMLCh* const given, xercesc::AttributeList& /*attributes*/) override {
     if (name.empty()) name = to_local(given);
   }
@@ -25,10 +27,13 @@ class root_handler : public xercesc::HandlerBase {
 
  private:
   void note(const xercesc::SAXParseException& exception) {
+    if (found.size() == most) return;
     found.push_back(
         {to_local(exception.getMessage()), ":" + std::to_string(exception.getLineNumber()) + ":" +
                                                std::to_string(exception.getColumnNumber())});
   }
+
+  const std::size_t most;
 };
 
 void scan(const char* path, root_handler& handler, xercesc::SAXParser::ValSchemes validation,
@@ -60,19 +65,19 @@ std::string scan_document(const char* path, xercesc::HandlerBase& handler,
 }
 
 root_element find_root_element(const char* path) {
-  root_handler handler;
+  root_handler handler(1);
   scan(path, handler, xercesc::SAXParser::Val_Auto, false);
   return {handler.name, first_of(handler.found)};
 }
 
-std::vector<xml_error> xml_errors(const char* path) {
-  root_handler handler;
+std::vector<xml_error> xml_errors(const char* path, std::size_t most) {
+  root_handler handler(most);
   scan(path, handler, xercesc::SAXParser::Val_Auto, true);
   return std::move(handler.found);
 }
 
 xml_error first_xml_error(const char* path) {
-  root_handler handler;
+  root_handler handler(1);
   scan(path, handler, xercesc::SAXParser::Val_Never, true);
   return first_of(handler.found);
 }

@@ -1,0 +1,124 @@
+// No document takes more than its size allows: every family of hostile documents in every way in
+// which its tags can arise.
+
+#include <ctime>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "cost_of_reading.hh"
+#include "hostile_documents.hh"
+#include "pull_parser_support.hh"
+#include "scan_budget.hh"
+
+namespace {
+
+#ifdef ZRT4_LEAK_CHECKED
+constexpr double slowness = 20;
+constexpr bool checks_memory = false;
+#else
+constexpr double slowness = 1;
+constexpr bool checks_memory = true;
+#endif
+
+double allowed(const zrt4::detail::cost_limit& promised, const cost::reader& with,
+               std::size_t size) {
+  const std::uint64_t of_byte = with.makes_tree ? promised.of_byte_in_tree : promised.of_byte;
+  return static_cast<double>(promised.base + of_byte * size);
+}
+
+void expect_within_promise(const cost::hostile_document& document, const cost::reader& with) {
+  SCOPED_TRACE(document.family + ", " + document.multiplier + ", " + with.name);
+  const cost::taken taken = cost::measure(with, document.text);
+  const std::size_t size = document.text.size();
+  EXPECT_TRUE(taken.ended);
+  EXPECT_LE(taken.seconds, slowness * 1e-9 * allowed(zrt4::detail::promised_time, with, size));
+  if (checks_memory) {
+    EXPECT_LE(taken.bytes, allowed(zrt4::detail::promised_memory, with, size));
+  }
+  // Beside its text, a message names the document.
+  EXPECT_LE(taken.bytes_of_messages, 4 * allowed(zrt4::detail::message_limit, with, size));
+}
+
+/// A reader of each kind: from memory, going on after errors, and with a tree.
+bool is_example(const cost::reader& with) {
+  return with.name == std::string("pull parser, memory") || with.makes_tree;
+}
+
+class EveryReader : public testing::TestWithParam<std::string> {};
+
+/// Takes so much of this thread's time.
+void work(double seconds) {
+  const auto now = [] {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+  };
+  for (const double end = now() + seconds; now() < end;) continue;
+}
+
+}  // namespace
+
+TEST_P(EveryReader, TakesNoMoreThanTheSizeAllows) {
+  for (const std::string& multiplier : cost::multipliers_of(GetParam())) {
+    for (const cost::reader& with : cost::readers()) {
+      if (!is_example(with)) continue;
+      expect_within_promise(cost::make(GetParam(), multiplier, 16'000, with.root), with);
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Documents, EveryReader, testing::ValuesIn(cost::families()),
+                         [](const testing::TestParamInfo<std::string>& family) {
+                           std::string name = family.param;
+                           for (char& c : name) c = std::isalnum(c) != 0 ? c : '_';
+                           return name;
+                         });
+
+TEST(Cost, TheErrorTellsWhatADocumentTook) {
+  const auto document = cost::make("references to a long entity in one value", "", 65'536, "R");
+  test::in_memory variant(document.text);
+  const test::output written = test::captured([&] {
+    if (!variant.start()) test::trace(variant.parser);
+  });
+  EXPECT_THAT(written.err,
+              testing::MatchesRegex("\nFatal Error at .file my_mem_info, line 1, char [0-9]+.: the "
+                                    "document takes too much memory: [0-9]+ MB for " +
+                                    std::to_string(document.text.size()) + " bytes\n"));
+  EXPECT_EQ(variant.parser.get_error_counter(), 1);
+}
+
+// What the user of a parser does between its steps is not the document's cost.
+TEST(Cost, ASlowUserIsNotTheDocument) {
+  std::string document = "<R>";
+  for (int i = 0; i < 100; ++i) document += "<b/>";
+  test::in_memory variant(document + "</R>");
+  ASSERT_FALSE(variant.start());
+  char* tag = nullptr;
+  char* value = nullptr;
+  while (variant.parser.parse(&tag, &value) == 0) work(0.02);
+  EXPECT_EQ(variant.parser.get_error_counter(), 0);
+}
+
+TEST(Cost, OrdinaryNumbersOfNamesAreRead) {
+  std::string declarations = "<!ELEMENT R ANY>";
+  std::string content;
+  std::string attributes;
+  for (int i = 0; i < 1024; ++i) {
+    const std::string n = std::to_string(i);
+    declarations += "<!ELEMENT e" + n + " ANY><!ATTLIST e" + n + " a" + n + " CDATA 'd'>";
+    declarations += "<!ENTITY t" + n + " 'text'>";
+    content += "<e" + n + ">&t" + n + ";</e" + n + ">";
+    attributes += " b" + n + "='v'";
+  }
+  declarations += "<!ELEMENT c (e0";
+  for (int i = 1; i < 1024; ++i) declarations += "|e" + std::to_string(i);
+  declarations += ")>";
+  for (const std::string& text :
+       {"<!DOCTYPE R [" + declarations + "]><R>" + content + "<c><e1023/></c></R>",
+        "<R" + attributes + ">" + std::string(1024, ' ') + "</R>"}) {
+    test::in_file variant(text);
+    ASSERT_FALSE(variant.start());
+    EXPECT_THAT(test::trace(variant.parser), testing::EndsWith("-1 - -\n"));
+  }
+}
