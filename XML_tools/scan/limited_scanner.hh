@@ -121,6 +121,7 @@ class limited_scanner : private declaration_limits, public Parser {
                     const XMLCh* const prefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& list,
                     const XMLSize_t attributes, const bool is_empty, const bool is_root) override {
     count(element, attributes);
+    if constexpr (wanted == result::tree) forget_identifiers(list, attributes);
     Parser::startElement(element, uri, prefix, list, attributes, is_empty, is_root);
   }
 
@@ -164,6 +165,17 @@ class limited_scanner : private declaration_limits, public Parser {
   }
   static xercesc::XMLScanner& writable(xercesc::XMLScanner* own) { return *own; }
   xercesc::XMLScanner& scanner() { return writable(this->getScanner()); }
+
+  // The tree would keep them in a table for which nobody asks, and which takes the square of their
+  // number as it grows.
+  static void forget_identifiers(const xercesc::RefVectorOf<xercesc::XMLAttr>& list,
+                                 XMLSize_t count) {
+    for (XMLSize_t i = 0; i < count; ++i) {
+      auto& attribute = const_cast<xercesc::XMLAttr&>(*list.elementAt(i));  // the scanner's own
+      if (attribute.getType() == xercesc::XMLAttDef::ID)
+        attribute.setType(xercesc::XMLAttDef::CData);
+    }
+  }
 
   // What has no size, such as a pipe, is counted as it is scanned, which takes a little longer.
   void expect_file(const char* name) {

@@ -75,6 +75,14 @@ INSTANTIATE_TEST_SUITE_P(Documents, EveryReader, testing::ValuesIn(cost::familie
                            return name;
                          });
 
+TEST(Cost, IdentifiersOfATree) {
+  for (const cost::reader& with : cost::readers()) {
+    if (!with.makes_tree) continue;
+    expect_within_promise(cost::make("colliding identifiers", "by an entity", 1'000'000, with.root),
+                          with);
+  }
+}
+
 TEST(Cost, TheErrorTellsWhatADocumentTook) {
   const auto document = cost::make("references to a long entity in one value", "", 65'536, "R");
   test::in_memory variant(document.text);
