@@ -7,8 +7,8 @@
 #include "answer_format.hh"
 #include "exit_code.hh"
 
-/// `zrt4xml stat`: counts the records of each document by event type, data type, subsystem and
-/// stream, features by type; with bars on a terminal.
+/// `zrt4xml stat`: counts the records of each document by the values of the few fields that group
+/// them; with bars on a terminal.
 exit_code stat(const std::vector<std::string>& files, answer_format format);
 
 #endif
