@@ -18,6 +18,11 @@ constexpr const char* env_index_names[] = {"ENVINDEXDICT", "CHANNEL", "INDEX",
                                            "PROP",         "DABS",    "DREL"};
 
 template <class Entry>
+auto& property_in(Entry& entry) {
+  return entry.data.env_prop;
+}
+
+template <class Entry>
 struct dictionary_field {
   using property = decltype(Entry::data.env_prop);
 
@@ -31,17 +36,12 @@ template <class Entry>
 constexpr dictionary_field<Entry> dictionary_fields[] = {
     {env_index_names[ENV_INDX_INDX], "index",
      [](Entry& entry) -> std::int32_t& { return entry.index; }},
-    {env_index_names[ENV_INDX_PROP], "property",
-     [](Entry& entry) -> auto& {return entry.data.env_prop;
-}  // namespace zrt4::detail
-}
-,
+    {env_index_names[ENV_INDX_PROP], "property", property_in<Entry>},
     {env_index_names[ENV_INDX_DABS], "absolute_threshold",
      [](Entry& entry) -> float& { return entry.data.env_ch_abs_delta; }},
     {env_index_names[ENV_INDX_DREL], "relative_threshold",
      [](Entry& entry) -> float& { return entry.data.env_ch_rel_delta; }},
-}
-;
+};
 
 }  // namespace zrt4::detail
 
