@@ -2,8 +2,7 @@
 #define READER_RULES_HH
 
 // What the two channel description readers do differently. Programs rely on either behaviour, so
-// every difference stays; everything else is one algorithm. (That STAT_UNITS asks for a dimension
-// too in memory has no member here: no statistic is ever current without one.)
+// every difference stays; everything else is one algorithm.
 
 #include <string_view>
 

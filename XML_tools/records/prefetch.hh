@@ -2,8 +2,8 @@
 #define PREFETCH_HH
 
 // Has the processor fetch memory before its turn comes: records lie all over the memory, and
-// waiting for one takes longer than reading or writing it. docs/performance.md tells what that
-// brings.
+// waiting for one takes longer than reading or writing it. docs/measurements/performance.md tells
+// what that brings.
 //
 // All is always inline: to the compiler, a function that only fetches is one without effects, and
 // it removes the calls. `scripts/check speed` looks for the instructions.

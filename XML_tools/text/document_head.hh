@@ -1,7 +1,8 @@
 #ifndef DOCUMENT_HEAD_HH
 #define DOCUMENT_HEAD_HH
 
-// The declaration and the date line that every document of this library starts with.
+// What documents of this library start with: the declaration of all, the date line of those that
+// carry one.
 
 #include <cstddef>
 #include <ctime>
