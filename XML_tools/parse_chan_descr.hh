@@ -103,8 +103,10 @@ ZRT4_EXPORT void clean_chan_desr_list(std::vector<chan_descr_2010*>* list);
 ///   before the start tag of its root is complete, or when it has another root;
 /// - otherwise the number of XML errors and warnings, plus one for each step that reported a
 ///   missing attribute (below).
-/// Records read before an error stay in the list. A channel that names a second property is listed
-/// once more: one record at two places, one behind the other, under the later name.
+/// Records read before an error stay in the list. A channel that names another property is listed
+/// once more: one record at two places, one behind the other, under the later name. Where channels
+/// are merged and the list has that property, be it as this very channel, it is merged instead: it
+/// stays listed under its earlier name, and the rest of its elements is ignored.
 ///
 /// On standard error: XML errors; "WRONG root tag: '<root>' must be '<address> or DAQvariables'",
 /// where the address is that of a name in `tags`, which differs from run to run; and "No
