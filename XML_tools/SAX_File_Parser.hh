@@ -30,12 +30,13 @@ class ZRT4_EXPORT SAX_File_Parser : public zrt4::pull_parser<zrt4::file_variant>
   SAX_File_Parser();
   ~SAX_File_Parser();
 
-  /// Opens `file` (null: an empty name) and scans what stands before the root element; the first
-  /// `parse` then yields the root. Returns false on success, true on failure, with a message on
-  /// standard error: "scanFirst() failed", behind the XML error that is the reason and counts as
-  /// such; or, uncounted, "Error during parsing memory stream:", "Exception message is:" and the
-  /// reason, for a file that cannot be opened or read. (Both variants say "memory stream".) XML
-  /// errors name the document by the system id that the scanner makes of `file`: its absolute path.
+  /// Opens `file` (null: an empty name; a URL is fetched, see docs/contract.md) and scans what
+  /// stands before the root element; the first `parse` then yields the root. Returns false on
+  /// success, true on failure, with a message on standard error: "scanFirst() failed", behind the
+  /// XML error that is the reason and counts as such; or, uncounted, "Error during parsing memory
+  /// stream:", "Exception message is:" and the reason, for a file that cannot be opened or read.
+  /// (Both variants say "memory stream".) XML errors name the document by the system id that the
+  /// scanner makes of `file`: its absolute path.
   bool start(char* file);
 };
 
