@@ -223,6 +223,9 @@ TEST(ToolCheck, TypesWithoutAName) {
             one_variable + "F:2:9: event type 33 has no name\n");
   EXPECT_EQ(checked("<BMR><EVENT><TYPE>40</TYPE></EVENT></BMR>").out,
             "F: event list, 0 events, 0 errors\nF:1:19: event type 40 has no name\n");
+  // Modulo 2^32 it is NORMAL.
+  EXPECT_EQ(checked("<BMR><EVENT><TYPE>4294967297</TYPE></EVENT></BMR>").out,
+            "F: event list, 0 events, 0 errors\nF:1:19: event type 4294967297 has no name\n");
 }
 
 TEST(ToolCheck, ElementsThatNoReaderKnows) {

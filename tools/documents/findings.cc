@@ -42,13 +42,19 @@ bool is_blank(std::string_view text) {
   return text.find_first_not_of(" \t\n") == text.npos;
 }
 
-bool names_an_event_type(int number) {
-  const int type = get_event_struct_type(number);
+// A number beyond 32 bits must not become another one, which may have a name.
+bool fits(long long number) {
+  return number >= INT_MIN && number <= INT_MAX;
+}
+
+bool names_an_event_type(long long number) {
+  if (!fits(number)) return false;
+  const int type = get_event_struct_type(static_cast<int>(number));
   return type != ZRT4_EV_STRUCT_UNKNOWN && type != ZRT4_EV_STRUCT_UNDEF;
 }
 
-bool names_a_data_type(int number) {
-  return std::string_view(block_name_itoa(number)) != "UNKNOWN";
+bool names_a_data_type(long long number) {
+  return fits(number) && std::string_view(block_name_itoa(static_cast<int>(number))) != "UNKNOWN";
 }
 
 /// One pass over the elements of a document.
@@ -195,7 +201,7 @@ void element_pass::check_text(const known_element& meaning) {
                                 "one piece of its text counts");
     return;
   }
-  const auto number = static_cast<int>(std::strtol(text.c_str(), nullptr, 10));
+  const long long number = std::strtoll(text.c_str(), nullptr, 10);
   if (meaning.role == text_role::event_type && !names_an_event_type(number)) {
     add("unknown_event_type", "event type " + std::to_string(number) + " has no name");
   }
