@@ -1,7 +1,6 @@
 #include "SAX_pull_parser.hh"
 
 #include <cstring>
-#include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLException.hpp>
 
 #include "SAX_File_Parser.hh"
@@ -9,8 +8,8 @@
 #include "diagnostics.hh"
 #include "direct_scanner.hh"
 #include "local_text.hh"
-
-using xercesc::XMLPlatformUtils;
+#include "scan_place.hh"
+#include "xml_library.hh"
 
 namespace zrt4 {
 
@@ -22,6 +21,8 @@ struct variant_rules;
 
 template <>
 struct variant_rules<memory_variant> {
+  static constexpr const char* name = "my_mem_info";
+
   static void create_handler(MemParseHandlers*& handler) { handler = new MemParseHandlers; }
   static MemParseHandlers& handler_of(MemParseHandlers* handler) { return *handler; }
   static void delete_handler(MemParseHandlers* handler) { delete handler; }
@@ -30,10 +31,11 @@ struct variant_rules<memory_variant> {
                             xercesc::MemoryManager* memory) {
     const char* document = text != nullptr ? text : "";
     source = new xercesc::MemBufInputSource(reinterpret_cast<const XMLByte*>(document),
-                                            std::strlen(document), "my_mem_info", false, memory);
+                                            std::strlen(document), name, false, memory);
     source->setCopyBufToStream(false);  // the caller keeps the text as long as the parser
   }
   static void delete_source(xercesc::MemBufInputSource* source) { delete source; }
+  static const char* name_of(const char* /*file*/) { return name; }
 
   static bool scan_prolog(xercesc::SAXParser& scanner, const char* /*file*/,
                           const xercesc::MemBufInputSource* source, xercesc::XMLPScanToken& token) {
@@ -53,12 +55,28 @@ struct variant_rules<file_variant> {
 
   static void create_source(no_source&, const char* /*text*/, xercesc::MemoryManager* /*memory*/) {}
   static void delete_source(no_source&) {}
+  static const char* name_of(const char* file) { return file != nullptr ? file : ""; }
 
   static bool scan_prolog(xercesc::SAXParser& scanner, const char* file, no_source&,
                           xercesc::XMLPScanToken& token) {
     return scanner.parseFirst(file != nullptr ? file : "", token);
   }
 };
+
+template <class Variant>
+auto& scanner_of(xercesc::SAXParser& parser) {
+  return static_cast<detail::direct_scanner<parse_handlers<Variant>>&>(parser);
+}
+
+void tell_no_start(const xercesc::XMLException& exception, const detail::place& where) {
+  const detail::notice about{detail::topic_of_start(exception.getCode()),
+                             message_severity::fatal_error, stderr};
+  const std::string reason = detail::to_local(exception.getMessage());
+  if (detail::is_received()) return detail::deliver(about, {reason}, where);
+  // Both variants say "memory stream": programs watch for this very line.
+  detail::say(stderr, {"\nError during parsing memory stream:\n", "Exception message is:  \n",
+                       reason, "\n"});
+}
 
 }  // namespace
 
@@ -69,7 +87,7 @@ template <class Variant>
 void pull_parser<Variant>::set_up(char* text) {
   using xercesc::SAXParser;
   try {
-    XMLPlatformUtils::Initialize();
+    begin_xml_library_use();
     variant_rules<Variant>::create_handler(handler);
     parse_handlers<Variant>& handlers = variant_rules<Variant>::handler_of(handler);
     auto* scanner = new detail::direct_scanner<parse_handlers<Variant>>(handlers);
@@ -81,8 +99,9 @@ void pull_parser<Variant>::set_up(char* text) {
     variant_rules<Variant>::create_source(memBufIS, text, scanner->memory());
     init = true;
   } catch (const xercesc::XMLException& exception) {
-    detail::say(stderr, {"Error during initialization! Message:\n",
-                         detail::to_local(exception.getMessage()), "\n"});
+    detail::tell({message_topic::library, message_severity::fatal_error, stderr},
+                 {"Error during initialization! Message:\n",
+                  detail::to_local(exception.getMessage()), "\n"});
   }
 }
 
@@ -91,23 +110,30 @@ pull_parser<Variant>::~pull_parser() {
   variant_rules<Variant>::delete_source(memBufIS);  // which is in the memory of the scanner
   delete parser;
   variant_rules<Variant>::delete_handler(handler);
-  XMLPlatformUtils::Terminate();
+  end_xml_library_use();
 }
 
 template <class Variant>
 bool pull_parser<Variant>::begin(char* file) {
+  auto& scanner = scanner_of<Variant>(*parser);
+  const auto where = [file] { return detail::place{variant_rules<Variant>::name_of(file)}; };
+  bool started = false;
   try {
     // The scanner would go on with a document that was left in its middle.
     const bool is_within_document =
         gotMore && variant_rules<Variant>::handler_of(handler).getElementCount() != 0;
     if (is_within_document) parser->parseReset(token);
-    if (variant_rules<Variant>::scan_prolog(*parser, file, memBufIS, token)) return false;
-    detail::say(stderr, {"scanFirst() failed\n"});
+    started = detail::scans(scanner, [&] {
+      return variant_rules<Variant>::scan_prolog(*parser, file, memBufIS, token);
+    });
   } catch (const xercesc::XMLException& exception) {
-    // Both variants say "memory stream": programs watch for this very line.
-    detail::say(stderr, {"\nError during parsing memory stream:\n", "Exception message is:  \n",
-                         detail::to_local(exception.getMessage()), "\n"});
+    tell_no_start(exception, where());
+    return true;
   }
+  scanner.release_thrown();
+  if (started) return false;
+  detail::tell({message_topic::not_started, message_severity::error, stderr},
+               {"scanFirst() failed\n"}, where);
   return true;
 }
 
@@ -118,8 +144,10 @@ int pull_parser<Variant>::parse(char** tag, char** val) {
   auto& handlers = variant_rules<Variant>::handler_of(handler);
   handlers.reset_end_tag_flag();
   if (!gotMore) return -1;
-  gotMore = parser->parseNext(token);
+  auto& scanner = scanner_of<Variant>(*parser);
+  gotMore = detail::scans(scanner, [this] { return parser->parseNext(token); });
   if (!gotMore) parser->parseReset(token);
+  scanner.release_thrown();
   if (handlers.getErrorCount() != 0) return handlers.getErrorCount();
   // The texts are handed out as writable because callers declare them so; they stay the handler's.
   if (tag != nullptr) *tag = const_cast<char*>(handlers.getTag());
@@ -139,6 +167,11 @@ int pull_parser<Variant>::get_attr(char* name, char** res) {
   const char* value = variant_rules<Variant>::handler_of(handler).getAttr(name);
   if (res != nullptr) *res = const_cast<char*>(value);
   return value != nullptr ? 0 : -1;
+}
+
+template <class Variant>
+void pull_parser<Variant>::find_place(detail::place& found) const {
+  found = scanner_of<Variant>(*parser).where();
 }
 
 template class pull_parser<memory_variant>;

@@ -11,7 +11,10 @@
 #include <xercesc/parsers/AbstractDOMParser.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
+#include "diagnostics.hh"
 #include "document_type_limits.hh"
+#include "held_exception.hh"
+#include "scan_place.hh"
 
 namespace zrt4::detail {
 
@@ -78,9 +81,15 @@ class limited_scanner : private document_type_limits, public Parser {
              const xercesc::XMLErrorReporter::ErrTypes type, const XMLCh* const text,
              const XMLCh* const system_id, const XMLCh* const public_id, const XMLFileLoc line,
              const XMLFileLoc column) override {
-    const report uncounted(*this);
-    Parser::error(code, domain, type, text, system_id, public_id, line, column);
+    during_report(
+        [&] { Parser::error(code, domain, type, text, system_id, public_id, line, column); });
   }
+
+  place where() { return place_in(scanner()); }
+
+  /// Throws what was thrown to end the scan, if anything was. Call it when the scan has ended.
+  void release_thrown() { thrown.release(); }
+  bool has_thrown() const { return static_cast<bool>(thrown); }
 
   void startElement(const xercesc::XMLElementDecl& element, const unsigned int uri,
                     const XMLCh* const prefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& list,
@@ -92,6 +101,18 @@ class limited_scanner : private document_type_limits, public Parser {
   }
 
  protected:
+  /// What a receiver of messages throws must not meet the scanner, which would take some of it for
+  /// its own: it ends the scan as a limit does, and is thrown behind it.
+  template <class Report>
+  void during_report(Report tell) {
+    const report uncounted(*this);
+    if (!is_received()) return tell();
+    thrown.of(tell);
+    if (!thrown) return;
+    keep_all();
+    throw xercesc::XMLErrs::Codes{xercesc::XMLErrs::XMLException_Fatal};
+  }
+
   using document_type_limits::count_tag;
   using document_type_limits::count_values;
   using document_type_limits::end_tag;
@@ -113,6 +134,8 @@ class limited_scanner : private document_type_limits, public Parser {
   static xercesc::XMLScanner& writable(xercesc::XMLScanner* own) { return *own; }
   xercesc::XMLScanner& scanner() { return writable(this->getScanner()); }
 
+  held_exception thrown;
+
   void refuse(const char* reason) override {
     end_count();
     XMLCh text[128];
@@ -122,12 +145,23 @@ class limited_scanner : private document_type_limits, public Parser {
     }
     xercesc::ReaderMgr::LastExtEntityInfo at;
     scanner().getReaderMgr()->getLastExtEntityInfo(at);
-    constexpr auto code = xercesc::XMLErrs::XMLException_Fatal;
-    this->error(code, xercesc::XMLUni::fgXMLErrDomain, xercesc::XMLErrorReporter::ErrType_Fatal,
-                text, at.systemId, at.publicId, at.lineNumber, at.colNumber);
-    throw xercesc::XMLErrs::Codes{code};
+    this->error(xercesc::XMLErrs::EntityExpansionLimitExceeded, xercesc::XMLUni::fgXMLErrDomain,
+                xercesc::XMLErrorReporter::ErrType_Fatal, text, at.systemId, at.publicId,
+                at.lineNumber, at.colNumber);
+    throw xercesc::XMLErrs::Codes{xercesc::XMLErrs::XMLException_Fatal};
   }
 };
+
+/// What `scan` returns, false when an exception that is held ended it.
+template <class Scanner, class Scan>
+bool scans(const Scanner& scanner, Scan scan) {
+  try {
+    return scan();
+  } catch (const xercesc::XMLErrs::Codes) {
+    if (!scanner.has_thrown()) throw;
+    return false;
+  }
+}
 
 }  // namespace zrt4::detail
 
