@@ -48,11 +48,15 @@ class FileParseHandlers;
 
 namespace zrt4 {
 
+enum class message_topic : std::uint32_t;
+
 namespace detail {
 template <class Attribute>
 struct handler_texts;
 template <class Handlers>
 class direct_scanner;
+struct place;
+struct scan_place;
 }  // namespace detail
 
 /// What a handler counts since the start of its document.
@@ -155,6 +159,8 @@ class ZRT4_EXPORT parse_handlers : public xercesc::HandlerBase, protected Varian
   ZRT4_INTERNAL void open(const char* name, const xercesc::AttributeList& attributes);
   void drop_attributes();
   void report(const char* kind, const xercesc::SAXParseException& exception);
+  /// What the error is about that is reported next.
+  ZRT4_INTERNAL void set_topic(message_topic topic);
 
   /// The memory behind `tag`, `value` and `vattr`, kept from step to step.
   std::unique_ptr<detail::handler_texts<attribute>> texts;
@@ -193,6 +199,10 @@ class ZRT4_EXPORT pull_parser {
   /// and null when `name` is null, when no attribute has exactly that name, or after any XML error.
   /// An empty value is a value. Do not pass a null `res`.
   int get_attr(char* name, char** res);
+
+ private:
+  friend struct detail::scan_place;
+  ZRT4_INTERNAL void find_place(detail::place& found) const;
 
  protected:
   pull_parser();

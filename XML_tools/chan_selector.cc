@@ -7,15 +7,24 @@
 #include "selector_rules.hh"
 #include "type_masks.hh"
 
+using zrt4::message_severity;
+using zrt4::message_topic;
 using zrt4::detail::found_by_daq_name;
 using zrt4::detail::has_bit;
 using zrt4::detail::is_main_linac;
 using zrt4::detail::is_slow;
+using zrt4::detail::tell;
 
 namespace {
 
-void say_nothing_loaded() {
-  zrt4::detail::say(stdout, {"get_event_type() No descroption !!!!\n"});
+void tell_nothing_loaded() {
+  tell({message_topic::nothing_loaded, message_severity::error, stdout},
+       {"get_event_type() No descroption !!!!\n"});
+}
+
+void tell_not_found(const char* channel) {
+  tell({message_topic::not_found, message_severity::error, stdout, false},
+       {"CHANNEL ", channel != nullptr ? channel : "(null)", " NOT FOUND\n"});
 }
 
 }  // namespace
@@ -23,7 +32,10 @@ void say_nothing_loaded() {
 chan_selector::chan_selector() : index(std::make_unique<zrt4::detail::channel_index>()) {}
 
 chan_selector::~chan_selector() {
-  clean_chan_desr_list(&descr);
+  try {
+    clean_chan_desr_list(&descr);
+  } catch (...) {  // of a receiver of messages: all is released, and nobody is left to tell
+  }
 }
 
 int chan_selector::size() {
@@ -60,17 +72,17 @@ bool chan_selector::find_channel(int ev_type, char* chan) {
 
 int chan_selector::get_event_type(char* chan) {
   if (descr.empty()) {
-    say_nothing_loaded();
+    tell_nothing_loaded();
     return 0;
   }
   const std::uint32_t types = index->event_types(chan);
-  if (types == 0) std::printf("CHANNEL %s NOT FOUND\n", chan != nullptr ? chan : "(null)");
+  if (types == 0) tell_not_found(chan);
   return static_cast<int>(types);
 }
 
 int chan_selector::get_data_type(char* chan) {
   if (descr.empty()) {
-    say_nothing_loaded();
+    tell_nothing_loaded();
     return 0;
   }
   return static_cast<int>(index->data_type(chan));

@@ -2,15 +2,17 @@
 
 #include <algorithm>
 #include <cstring>
+#include <initializer_list>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "channel_fields.hh"
 #include "channel_records.hh"
 #include "diagnostics.hh"
 #include "document_head.hh"
+#include "held_exception.hh"
 
-using zrt4::detail::say;
 using zrt4::detail::set_text;
 
 namespace {
@@ -55,11 +57,16 @@ namespace {
 constexpr unsigned last_row_given_out = DESCR_DTYPE;
 constexpr unsigned last_column = 2;
 
+void tell_unowned(std::initializer_list<std::string_view> parts) {
+  zrt4::detail::tell({zrt4::message_topic::unowned_records, zrt4::message_severity::error, stdout},
+                     parts);
+}
+
 void release_bits(const chan_descr_2010& channel) {
   if (channel.nbits != 0) {
     for (const bit_descr* bit : channel.bits) delete bit;
   } else if (!channel.bits.empty()) {
-    say(stdout, {"ERROR: nbits = 0, but bits.size() > 0", " prop: ", channel.prop_name, "\n"});
+    tell_unowned({"ERROR: nbits = 0, but bits.size() > 0", " prop: ", channel.prop_name, "\n"});
   }
 }
 
@@ -67,23 +74,27 @@ void release_dims(const chan_descr_2010& channel) {
   if (channel.ndims != 0) {
     zrt4::detail::release_dimensions(channel);
   } else if (!channel.dims.empty()) {
-    say(stdout, {"ERROR: ndims = 0, but dims.size() > 0", " prop: ", channel.prop_name, "\n"});
+    tell_unowned({"ERROR: ndims = 0, but dims.size() > 0", " prop: ", channel.prop_name, "\n"});
   }
 }
 
 }  // namespace
 
 void zrt4::detail::release_dimensions(const chan_descr_2010& channel) {
+  held_exception thrown;
   for (const dim_descr* dim : channel.dims) {
     if (dim->nstats != 0) {
       for (const stat_descr* stat : dim->stats) delete stat;
     } else if (!dim->stats.empty()) {
       // The counter says that these are not owned: a leak rather than a release of foreign records.
-      say(stdout, {"ERROR: nstats = 0, but stats.size() > 0 (", std::to_string(dim->stats.size()),
-                   ")", " prop: ", channel.prop_name, "\n"});
+      thrown.of([&] {
+        tell_unowned({"ERROR: nstats = 0, but stats.size() > 0 (",
+                      std::to_string(dim->stats.size()), ")", " prop: ", channel.prop_name, "\n"});
+      });
     }
     delete dim;
   }
+  thrown.release();
 }
 
 const char* get_chan_descr_root_tag(int n, int m) {
@@ -131,17 +142,23 @@ dim_descr* zrt4_clone_dim_descr(dim_descr* in) {
 
 void zrt4::detail::release_channel(const chan_descr_2010* channel) {
   if (channel == nullptr) return;
-  release_bits(*channel);
-  release_dims(*channel);
+  held_exception thrown;
+  thrown.of([&] { release_bits(*channel); });
+  thrown.of([&] { release_dims(*channel); });
   delete channel;
+  thrown.release();
 }
 
 void clean_chan_desr_list(std::vector<chan_descr_2010*>* list) {
   if (list == nullptr) return;
   // A channel with two properties is listed twice in a row.
   list->erase(std::unique(list->begin(), list->end()), list->end());
-  for (const chan_descr_2010* channel : *list) zrt4::detail::release_channel(channel);
+  zrt4::detail::held_exception thrown;
+  for (const chan_descr_2010* channel : *list) {
+    thrown.of([channel] { zrt4::detail::release_channel(channel); });
+  }
   list->clear();
+  thrown.release();
 }
 
 void create_isodate(char* isodate_str, time_t* t) {

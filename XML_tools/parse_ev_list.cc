@@ -91,9 +91,11 @@ class ev_list_reader {
  public:
   explicit ev_list_reader(std::vector<zrt4_ev_entry*>& into) : list(into) {}
 
-  static bool root(std::string_view tag) {
+  template <class Parser>
+  static bool root(std::string_view tag, const Parser& parser) {
     if (tag == event_names::root) return true;
-    zrt4::detail::say(stderr, {"WRONG root tag: ", tag, " must be '", event_names::root, "'\n"});
+    zrt4::detail::tell_wrong_root({"WRONG root tag: ", tag, " must be '", event_names::root, "'\n"},
+                                  parser);
     return false;
   }
 

@@ -5,61 +5,97 @@
 #include <string>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
-#include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLException.hpp>
 
+#include "diagnostics.hh"
 #include "feature_fields.hh"
 #include "feature_parser.hh"
 #include "feature_walk.hh"
 #include "local_text.hh"
+#include "scan_place.hh"
+#include "xml_library.hh"
 
 using xercesc::DOMException;
 using xercesc::DOMNodeList;
 using xercesc::XMLException;
+using zrt4::message_severity;
+using zrt4::message_topic;
 using zrt4::detail::awaits_text;
+using zrt4::detail::deliver;
 using zrt4::detail::feature_fields;
 using zrt4::detail::feature_parser;
+using zrt4::detail::is_received;
 using zrt4::detail::known_text;
 using zrt4::detail::never_set;
+using zrt4::detail::notice;
+using zrt4::detail::place;
+using zrt4::detail::say;
+using zrt4::detail::scans;
+using zrt4::detail::tell;
 using zrt4::detail::to_local;
+using zrt4::detail::topic_of_start;
 
 ZRT4GigEFeature::ZRT4GigEFeature() : type(FEATURE_TYPE_UNDEF) {}
 ZRT4GigEFeature::~ZRT4GigEFeature() = default;
 
 namespace {
 
-/// One use of the XML library, which counts them.
 class library_use {
  public:
-  library_use() { xercesc::XMLPlatformUtils::Initialize(); }
+  library_use() { zrt4::begin_xml_library_use(); }
   library_use(const library_use&) = delete;
   library_use& operator=(const library_use&) = delete;
-  ~library_use() { xercesc::XMLPlatformUtils::Terminate(); }
+  ~library_use() { zrt4::end_xml_library_use(); }
 };
 
-void print_parsing_error(const std::string& message) {
-  std::printf("An error occurred during parsing  Message: %s\n", message.c_str());
+void tell_not_parsed(message_topic topic, const std::string& reason, const char* file_name) {
+  const notice about{topic, message_severity::error, stdout, false};
+  if (is_received()) return deliver(about, {reason}, {file_name});
+  say(about.stream, {"An error occurred during parsing  Message: ", reason, "\n"},
+      about.is_flushed);
 }
 
-// False, and a line on standard output, when there is no document. Exceptions end in here: their
-// texts belong to the XML library and must be gone before this use of it ends.
+void tell_dom_error(const DOMException& exception, const char* file_name) {
+  const notice about{message_topic::not_read, message_severity::error, stdout, false};
+  const std::string code = std::to_string(exception.code);
+  const auto known = known_text(exception);
+  tell(about,
+       {"\nDOM Error during parsing: '", file_name, "' DOMException code is: ", code, "\n",
+        known ? "Message is: " : "", known ? *known : ""},
+       [&] { return place{file_name}; });
+}
+
+// False, and a message, when there is no document. Exceptions of the XML library end in here: their
+// texts belong to it and must be gone before this use of it ends.
 bool parse(std::optional<feature_parser>& parser, const char* file_name) {
+  const notice about{message_topic::not_read, message_severity::error, stdout, false};
+  const auto where = [file_name] { return place{file_name}; };
+  bool done = false;
   try {
-    parser.emplace().parse_file(file_name);
-    // A file that cannot be read is reported rather than thrown.
-    if (parser->getDocument() != nullptr) return true;
-    print_parsing_error(parser->why_no_document());
+    parser.emplace();
+    done = scans(*parser, [&] {
+      parser->parse_file(file_name);
+      return !parser->has_thrown();
+    });
   } catch (const xercesc::OutOfMemoryException&) {
-    std::puts("OutOfMemoryException");
+    tell({message_topic::out_of_memory, message_severity::error, stdout, false},
+         {"OutOfMemoryException\n"}, where);
+    return false;
   } catch (const XMLException& exception) {
-    print_parsing_error(to_local(exception.getMessage()));
+    tell_not_parsed(topic_of_start(exception.getCode()), to_local(exception.getMessage()),
+                    file_name);
+    return false;
   } catch (const DOMException& exception) {
-    std::printf("\nDOM Error during parsing: '%s' DOMException code is: %d\n", file_name,
-                exception.code);
-    if (const auto known = known_text(exception)) std::printf("Message is: %s", known->c_str());
+    tell_dom_error(exception, file_name);
+    return false;
   } catch (...) {
-    std::printf("An error occurred during parsing\n ");
+    tell(about, {"An error occurred during parsing\n "}, where);
+    return false;
   }
+  parser->release_thrown();
+  // A file that cannot be read is reported rather than thrown.
+  if (done && parser->getDocument() != nullptr) return true;
+  tell_not_parsed(parser->topic_of_no_document(), parser->why_no_document(), file_name);
   return false;
 }
 
@@ -82,8 +118,9 @@ bool zrt4_fill_gige_descr(char* file_name, std::vector<ZRT4GigEFeature*>* out) {
   try {
     library.emplace();
   } catch (const XMLException& exception) {
-    std::printf("Error during Xerces-c Initialization.  Exception message: %s\n",
-                to_local(exception.getMessage()).c_str());
+    tell({message_topic::library, message_severity::fatal_error, stdout, false},
+         {"Error during Xerces-c Initialization.  Exception message: ",
+          to_local(exception.getMessage()), "\n"});
     return true;
   }
   std::optional<feature_parser> parser;

@@ -10,6 +10,7 @@
 #include <xercesc/dom/impl/DOMAttrImpl.hpp>
 #include <xercesc/dom/impl/DOMNodeListImpl.hpp>
 
+#include "diagnostics.hh"
 #include "feature_fields.hh"
 #include "local_text.hh"
 #include "name_table.hh"
@@ -162,7 +163,10 @@ bool feature_walk::ends_level(Walk walk) {
     walk();
     return false;
   } catch (const DOMException& exception) {
-    if (const auto known = known_text(exception)) std::printf("Message is:  %s\n", known->c_str());
+    if (const auto known = known_text(exception)) {
+      tell({message_topic::not_read, message_severity::error, stdout, false},
+           {"Message is:  ", *known, "\n"});
+    }
     if (!levels.empty()) levels.pop_back();
     return true;
   }

@@ -1,4 +1,3 @@
-#include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -13,7 +12,9 @@
 
 namespace {
 
-using zrt4::detail::say;
+using zrt4::message_severity;
+using zrt4::message_topic;
+using zrt4::detail::tell;
 using zrt4::detail::written_daq_name;
 
 using channels = std::vector<chan_descr_2010*>;
@@ -24,13 +25,6 @@ struct closing {
 using open_file = std::unique_ptr<std::FILE, closing>;
 
 enum result { done = 0, not_opened = 1, refused = 2, not_read = 3 };
-
-void report_not_opened(const char* file_name) {
-  const int reason = errno;
-  say(stdout, {"dump_chan_desr() failed to open file: '", file_name, "'\n"});
-  errno = reason;
-  std::perror("fopen");
-}
 
 void write_full_text(std::FILE* file, const chan_descr_2010& channel) {
   std::fprintf(file, "%d\t%d\t%s\t%s\t%d\t\"%s\"\t\"%s\"\t%d\t%d\t%d\n", channel.stream,
@@ -56,7 +50,10 @@ const char* block_name(std::uint32_t dtype) {
   if (dtype == 0) return "UNKNOWN";
   int lowest = 0;
   while (!zrt4::detail::has_bit(dtype, lowest)) ++lowest;
-  say(stdout, {"\n"});
+  if (!zrt4::detail::is_received()) {
+    (void)std::fputc('\n', stdout);
+    (void)std::fflush(stdout);
+  }
   return block_name_itoa(lowest);
 }
 
@@ -75,7 +72,8 @@ void write_text(std::FILE* file, const channels& list,
 result deliver(std::string document, open_file& file, int fd, std::string* sout) {
   if (file != nullptr) zrt4::detail::write_document(file.get(), document);
   if (fd != -1 && !zrt4::detail::write_document(fd, document)) {
-    say(stdout, {"dump_chan_desr()  write failed\n"});
+    tell({message_topic::cannot_write, message_severity::error, stdout},
+         {"dump_chan_desr()  write failed\n"});
     // Deliberately left open: callers find the file as it was when the descriptor failed.
     (void)file.release();
     return refused;
@@ -95,14 +93,15 @@ result deliver(std::string document, open_file& file, int fd, std::string* sout)
 int dump_chan_desr(std::vector<chan_descr_2010*>* chdscr_list, char* file_name, int mode,
                    int format, int fd, std::string* sout, std::vector<dim_params*>* dims) {
   if (chdscr_list == nullptr || static_cast<unsigned>(format) >= INVD_FORMAT) {
-    say(stdout, {"dump_chan_desr() invalid argument: '\n"});
+    tell({message_topic::invalid_argument, message_severity::error, stdout},
+         {"dump_chan_desr() invalid argument: '\n"});
     return refused;
   }
   open_file file;
   if (file_name != nullptr && *file_name != '\0') {
     file.reset(std::fopen(file_name, "w"));
     if (file == nullptr) {
-      report_not_opened(file_name);
+      zrt4::detail::tell_not_opened("dump_chan_desr()", file_name);
       return not_opened;
     }
   }
@@ -133,9 +132,10 @@ int dump_chan_desr_from_xml(char* xml, char* file_name, int mode, int format, in
   channels list;
   std::unique_ptr<channels, void (*)(channels*)> released(&list, clean_chan_desr_list);
   if (parse_descr_list_read(xml, &list, true, false) != 0) {
-    (void)released.release();
-    std::printf("Failed to parse CHANDESCR list\n");
+    tell({message_topic::not_read, message_severity::error, stdout, false},
+         {"Failed to parse CHANDESCR list\n"});
     // Deliberately not released: what a broken text described has always been left alone.
+    (void)released.release();
     return not_read;
   }
   return dump_chan_desr(&list, file_name, mode, format, fd, nullptr, nullptr);

@@ -6,6 +6,7 @@
 
 #include "channel_fields.hh"
 #include "channel_records.hh"
+#include "held_exception.hh"
 #include "parse_chan_descr.hh"
 
 using zrt4::detail::append_copies;
@@ -82,9 +83,11 @@ void drop_bits(chan_descr_2010& in) {
 
 void drop_dims(chan_descr_2010& in) {
   if (in.ndims == 0) return;
-  zrt4::detail::release_dimensions(in);
+  zrt4::detail::held_exception thrown;
+  thrown.of([&in] { zrt4::detail::release_dimensions(in); });
   in.dims.clear();
   in.ndims = 0;
+  thrown.release();
 }
 
 void extend_bits(chan_descr_2010& in, const chan_descr_2010& from, bool force) {

@@ -21,13 +21,13 @@ class channel_reader {
   channel_reader(std::vector<chan_descr_2010*>* list, bool shift, bool delete_duplicated)
       : elements(list, shift, delete_duplicated), variables(list, shift) {}
 
-  bool root(std::string_view tag) {
+  bool root(std::string_view tag, const parser_of<Variant>& pull) {
     if (tag == element_root) {
       format = ZRT4_FORMAT;
     } else if (tag == variable_root) {
       format = MORV_FORMAT;
     } else {
-      report_wrong_root(tag);
+      tell_wrong_root(tag, pull);
     }
     return format != INVD_FORMAT;
   }
@@ -44,11 +44,11 @@ class channel_reader {
 
  private:
   // The message has always shown where the table keeps the name instead of the name.
-  static void report_wrong_root(std::string_view tag) {
+  static void tell_wrong_root(std::string_view tag, const parser_of<Variant>& pull) {
     char address[2 + 2 * sizeof(void*) + 1];
     std::snprintf(address, sizeof address, "%p", static_cast<const void*>(tags[DESCR_ROOT]));
-    zrt4::detail::say(
-        stderr, {"WRONG root tag: '", tag, "' must be '", address, " or ", variable_root, "'\n"});
+    zrt4::detail::tell_wrong_root(
+        {"WRONG root tag: '", tag, "' must be '", address, " or ", variable_root, "'\n"}, pull);
   }
 
   int format = INVD_FORMAT;

@@ -9,6 +9,7 @@
 
 #include "channel_records.hh"
 #include "event_util.hh"
+#include "held_exception.hh"
 #include "prefetch.hh"
 #include "property_index.hh"
 
@@ -27,8 +28,9 @@ class current_channel {
   current_channel(const current_channel&) = delete;
   current_channel& operator=(const current_channel&) = delete;
   ~current_channel() {
-    // Out of memory: what is not the list's is nobody's.
-    if (!listed && std::uncaught_exceptions() > exceptions_before) release_channel(channel);
+    // Out of memory, or thrown by a receiver of messages: what is not the list's is nobody's.
+    if (listed || std::uncaught_exceptions() == exceptions_before) return;
+    held_exception().of([this] { release_channel(channel); });
   }
 
   chan_descr_2010* record() const { return channel; }

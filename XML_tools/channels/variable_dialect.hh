@@ -136,8 +136,10 @@ class variable_dialect {
     if (value != nullptr) {
       set_text(bit->bit_name, value);
     } else if constexpr (rules::reports_untitled_bit) {
-      say(stdout, {"bitTitle is not defined for bit  ", std::to_string(bit->bit),
-                   " prop:", channel.record()->prop_name, "\n"});
+      tell({message_topic::empty_text, message_severity::remark, stdout},
+           {"bitTitle is not defined for bit  ", std::to_string(bit->bit),
+            " prop:", channel.record()->prop_name, "\n"},
+           [&] { return scan_place::of(pull); });
     }
   }
 
@@ -154,9 +156,10 @@ class variable_dialect {
     char* value = nullptr;
     // Only read, whatever the signature says.
     if (pull.get_attr(const_cast<char*>(name), &value) == 0) return value;
-    say(stderr,
-        {complaint, name, " found for ", element, " prop: ", channel.record()->prop_name, "\n"});
     ++missing_attributes;
+    tell({message_topic::missing_attribute, message_severity::error, stderr},
+         {complaint, name, " found for ", element, " prop: ", channel.record()->prop_name, "\n"},
+         [&] { return scan_place::of(pull); });
     return nullptr;
   }
 

@@ -1,7 +1,6 @@
 #include "dictionary_dump.hh"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -21,13 +20,17 @@
 
 namespace {
 
+using zrt4::message_severity;
+using zrt4::message_topic;
 using zrt4::detail::decimal;
 using zrt4::detail::dictionary_fields;
 using zrt4::detail::env_index_names;
 using zrt4::detail::fixed;
 using zrt4::detail::general;
 using zrt4::detail::number_text;
+using zrt4::detail::place;
 using zrt4::detail::say;
+using zrt4::detail::tell;
 using zrt4::detail::with_value;
 
 // The tags of a channel take 79 characters, numbers and name the rest. A longer channel only costs
@@ -100,16 +103,14 @@ std::string make_document(const std::vector<Entry*>& list, std::string* destinat
   return document;
 }
 
-// Opens the file; prints that it did, or why it could not.
+// Opens the file; tells that it did, or why it could not.
 output_file create(std::string_view function, const char* name) {
   output_file file(std::fopen(name, "w"), std::fclose);
-  const int reason = errno;
   if (file) {
-    say(stdout, {function, "  file: '", name, "' has been created\n"});
+    tell({message_topic::file_created, message_severity::remark, stdout},
+         {function, "  file: '", name, "' has been created\n"}, [name] { return place{name}; });
   } else {
-    say(stdout, {function, " failed to open file: '", name, "'\n"});
-    errno = reason;
-    std::perror("fopen");
+    zrt4::detail::tell_not_opened(function, name);
   }
   return file;
 }
@@ -134,7 +135,8 @@ template <class Width>
 int zrt4::detail::dump_dictionary(std::vector<typename Width::entry*>* list, const char* file_name,
                                   int mode, int fd, std::string* xml_str) {
   if (list == nullptr) {
-    say(stdout, {Width::dump, " invalid argument: '\n"});
+    tell({message_topic::invalid_argument, message_severity::error, stdout},
+         {Width::dump, " invalid argument: '\n"});
     return 2;
   }
   output_file file(nullptr, std::fclose);
@@ -151,7 +153,8 @@ int zrt4::detail::dump_dictionary(std::vector<typename Width::entry*>* list, con
     const std::string document = make_document(*list, nullptr);
     if (file) write_document(file.get(), document);
     if (fd != -1 && !write_document(fd, document)) {
-      say(stdout, {Width::dump, Width::write_failed});
+      tell({message_topic::cannot_write, message_severity::error, stdout},
+           {Width::dump, Width::write_failed});
       // Deliberately left open, as it always was.
       (void)file.release();
       return 2;
@@ -161,7 +164,9 @@ int zrt4::detail::dump_dictionary(std::vector<typename Width::entry*>* list, con
   }
   if (file) {
     file.reset();
-    say(stdout, {Width::dump, "  file: '", file_name, "' has been closed\n"});
+    tell({message_topic::file_closed, message_severity::remark, stdout},
+         {Width::dump, "  file: '", file_name, "' has been closed\n"},
+         [file_name] { return place{file_name}; });
   }
   return 0;
 }
@@ -170,7 +175,8 @@ template <class Width>
 int zrt4::detail::dump_dictionary_text(char* xml, const char* file_name, int mode, int fd) {
   owned_entries<typename Width::entry> entries;
   if (read_dictionary<Width, memory_variant>(xml, &entries.list) != 0) {
-    say(stdout, {"Failed to parse ENV INDEX DICT list\n"});
+    tell({message_topic::not_read, message_severity::error, stdout},
+         {"Failed to parse ENV INDEX DICT list\n"});
     // What was read until then is deliberately not released, as it never was.
     entries.list.clear();
     return 3;

@@ -45,10 +45,12 @@ class dictionary_reader {
  public:
   explicit dictionary_reader(std::vector<entry*>& into) : list(into) {}
 
-  static bool root(std::string_view tag) {
+  template <class Parser>
+  static bool root(std::string_view tag, const Parser& parser) {
     const char* expected = env_index_names[ENV_INDX_ROOT];
     if (tag == expected) return true;
-    zrt4::detail::say(stderr, {"WRONG root tag: '", tag, "' must be '", expected, "'\n"});
+    zrt4::detail::tell_wrong_root({"WRONG root tag: '", tag, "' must be '", expected, "'\n"},
+                                  parser);
     return false;
   }
 
@@ -60,13 +62,13 @@ class dictionary_reader {
   }
 
   template <class Parser>
-  void step(std::string_view tag, const char* text, Parser& /*parser*/) {
+  void step(std::string_view tag, const char* text, const Parser& parser) {
     static constexpr auto elements = make_elements<entry>();
     // Only CHANNEL acts without a text or outside a channel.
     if (text == nullptr || !channel_open) {
-      if (tag == env_index_names[ENV_INDX_CHAN]) open_channel();
+      if (tag == env_index_names[ENV_INDX_CHAN]) open_channel(parser);
     } else if (const auto* found = elements.find(tag)) {
-      if (*found == nullptr) return open_channel();
+      if (*found == nullptr) return open_channel(parser);
       with_value((*found)->member, *current, [&](auto& field) { take(field, text); });
     }
   }
@@ -74,14 +76,17 @@ class dictionary_reader {
  private:
   // A channel that lacked its index or its property gives its record to the next one; that of the
   // last channel is deliberately left unreleased, as it always was.
-  void open_channel() {
+  template <class Parser>
+  void open_channel(const Parser& parser) {
     if (current == nullptr || appended) {
       current = static_cast<entry*>(std::malloc(sizeof(entry)));
     }
     index_seen = property_seen = false;
     channel_open = current != nullptr;
     if (!channel_open) {
-      std::puts(Width::no_memory);
+      zrt4::detail::tell(
+          {zrt4::message_topic::out_of_memory, zrt4::message_severity::error, stdout, false},
+          {Width::no_memory, "\n"}, [&] { return zrt4::detail::scan_place::of(parser); });
       return;
     }
     fetch_behind(current);

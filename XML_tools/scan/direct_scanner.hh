@@ -7,6 +7,7 @@
 #include <xercesc/parsers/SAXParser.hpp>
 
 #include "limited_scanner.hh"
+#include "scan_place.hh"
 
 namespace zrt4::detail {
 
@@ -18,6 +19,15 @@ class direct_scanner final : public limited_scanner<xercesc::SAXParser> {
   explicit direct_scanner(Handlers& handlers) : to(handlers) {
     setDocumentHandler(&handlers);
     setErrorHandler(&handlers);
+  }
+
+  void error(const unsigned int code, const XMLCh* const domain,
+             const xercesc::XMLErrorReporter::ErrTypes type, const XMLCh* const text,
+             const XMLCh* const system_id, const XMLCh* const public_id, const XMLFileLoc line,
+             const XMLFileLoc column) override {
+    to.set_topic(topic_of(code, domain));
+    limited_scanner<xercesc::SAXParser>::error(code, domain, type, text, system_id, public_id, line,
+                                               column);
   }
 
   void startDocument() override {

@@ -20,6 +20,9 @@
 #include <xercesc/validators/DTD/DTDValidator.hpp>
 
 #include "declaration_limits.hh"
+#include "diagnostics.hh"
+#include "held_exception.hh"
+#include "scan_place.hh"
 
 namespace zrt4::detail {
 
@@ -113,9 +116,15 @@ class limited_scanner : private declaration_limits, public Parser {
              const XMLCh* const system_id, const XMLCh* const public_id, const XMLFileLoc line,
              const XMLFileLoc column) override {
     if (!ends_scan(type, code)) count_message(xercesc::XMLString::stringLen(text));
-    const report uncut(*this);
-    Parser::error(code, domain, type, text, system_id, public_id, line, column);
+    during_report(
+        [&] { Parser::error(code, domain, type, text, system_id, public_id, line, column); });
   }
+
+  place where() { return place_in(scanner()); }
+
+  /// Throws what was thrown to end the scan, if anything was. Call it when the scan has ended.
+  void release_thrown() { thrown.release(); }
+  bool has_thrown() const { return static_cast<bool>(thrown); }
 
   void startElement(const xercesc::XMLElementDecl& element, const unsigned int uri,
                     const XMLCh* const prefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& list,
@@ -126,6 +135,18 @@ class limited_scanner : private declaration_limits, public Parser {
   }
 
  protected:
+  /// What a receiver of messages throws must not meet the scanner, which would take some of it for
+  /// its own: it ends the scan as a limit does, and is thrown behind it.
+  template <class Report>
+  void during_report(Report tell) {
+    const report uncut(*this);
+    if (!is_received()) return tell();
+    thrown.of(tell);
+    if (!thrown) return;
+    keep_all();
+    throw xercesc::XMLErrs::Codes{xercesc::XMLErrs::XMLException_Fatal};
+  }
+
   using declaration_limits::count;
 
  private:
@@ -210,14 +231,26 @@ class limited_scanner : private declaration_limits, public Parser {
     std::copy_n(reason, std::min(std::strlen(reason), std::size(text) - 1), text);
     xercesc::ReaderMgr::LastExtEntityInfo at;
     scanner().getReaderMgr()->getLastExtEntityInfo(at);
-    constexpr auto code = xercesc::XMLErrs::XMLException_Fatal;
-    this->error(code, xercesc::XMLUni::fgXMLErrDomain, xercesc::XMLErrorReporter::ErrType_Fatal,
-                text, at.systemId, at.publicId, at.lineNumber, at.colNumber);
-    throw xercesc::XMLErrs::Codes{code};
+    this->error(xercesc::XMLErrs::EntityExpansionLimitExceeded, xercesc::XMLUni::fgXMLErrDomain,
+                xercesc::XMLErrorReporter::ErrType_Fatal, text, at.systemId, at.publicId,
+                at.lineNumber, at.colNumber);
+    throw xercesc::XMLErrs::Codes{xercesc::XMLErrs::XMLException_Fatal};
   }
 
   xercesc::SecurityManager references;
+  held_exception thrown;
 };
+
+/// What `scan` returns, false when an exception that is held ended it.
+template <class Scanner, class Scan>
+bool scans(const Scanner& scanner, Scan scan) {
+  try {
+    return scan();
+  } catch (const xercesc::XMLErrs::Codes) {
+    if (!scanner.has_thrown()) throw;
+    return false;
+  }
+}
 
 }  // namespace zrt4::detail
 

@@ -1,6 +1,7 @@
 #include <cstddef>
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <xercesc/framework/XMLElementDecl.hpp>
 #include <xercesc/sax/AttributeList.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
@@ -32,6 +33,7 @@ struct handler_texts {
     return &held.record;
   }
 
+  message_topic topic = message_topic::xml;
   code_page page;
   local_text tag, value;
   element_names names;
@@ -39,6 +41,15 @@ struct handler_texts {
 };
 
 namespace {
+
+constexpr const char* warning_kind = "Warning";
+constexpr const char* error_kind = "Error";
+constexpr const char* fatal_kind = "Fatal Error";
+
+message_severity severity_of(std::string_view kind) {
+  if (kind == warning_kind) return message_severity::warning;
+  return kind == error_kind ? message_severity::error : message_severity::fatal_error;
+}
 
 // Carriage return is deliberately not blank: a text holding one is reported.
 std::size_t leading_blanks(const char* text) {
@@ -111,27 +122,36 @@ void parse_handlers<Variant>::resetDocument() {
 
 template <class Variant>
 void parse_handlers<Variant>::warning(const xercesc::SAXParseException& exception) {
-  report("Warning", exception);
+  report(detail::warning_kind, exception);
 }
 
 template <class Variant>
 void parse_handlers<Variant>::error(const xercesc::SAXParseException& exception) {
-  report("Error", exception);
+  report(detail::error_kind, exception);
 }
 
 template <class Variant>
 void parse_handlers<Variant>::fatalError(const xercesc::SAXParseException& exception) {
-  report("Fatal Error", exception);
+  report(detail::fatal_kind, exception);
 }
 
 template <class Variant>
 void parse_handlers<Variant>::report(const char* kind,
                                      const xercesc::SAXParseException& exception) {
-  detail::say(stderr, {"\n", kind, " at (file ", detail::to_local(exception.getSystemId()),
-                       ", line ", std::to_string(exception.getLineNumber()),  //
-                       ", char ", std::to_string(exception.getColumnNumber()),
-                       "): ", detail::to_local(exception.getMessage()), "\n"});
   ++error_count;
+  const detail::notice about{texts->topic, detail::severity_of(kind), stderr};
+  const std::string document = detail::to_local(exception.getSystemId());
+  const std::string text = detail::to_local(exception.getMessage());
+  const XMLFileLoc line = exception.getLineNumber();
+  const XMLFileLoc column = exception.getColumnNumber();
+  if (detail::is_received()) return detail::deliver(about, {text}, {document, line, column});
+  detail::say(stderr, {"\n", kind, " at (file ", document, ", line ", std::to_string(line),
+                       ", char ", std::to_string(column), "): ", text, "\n"});
+}
+
+template <class Variant>
+void parse_handlers<Variant>::set_topic(message_topic topic) {
+  texts->topic = topic;
 }
 
 template <class Variant>

@@ -7,6 +7,8 @@
 
 #include "SAX_File_Parser.hh"
 #include "SAX_Memory_Parser.hh"
+#include "diagnostics.hh"
+#include "scan_place.hh"
 
 namespace zrt4::detail {
 
@@ -35,8 +37,15 @@ using parser_of = typename document_source<Variant>::parser;
 /// library: callers rely on either way.
 enum class unusable_parser { released, kept };
 
+/// Tells that a document has another root element than its reader's.
+template <class Parser>
+void tell_wrong_root(std::initializer_list<std::string_view> parts, const Parser& parser) {
+  tell({message_topic::wrong_root, message_severity::error, stderr}, parts,
+       [&] { return scan_place::of(parser); });
+}
+
 /// Reads `source` (a text or a file name, as `Variant` says) through `reader`, which has
-///   bool root(const char* tag)   whether the root element is its own; prints when it is not
+///   bool root(tag, parser)       whether the root element is its own; tells when it is not
 ///   void step(tag, val, parser)  one step with a tag; `val` may be null
 ///   int errors()                 errors of its own, met in steps
 /// Returns 0, or 1 plus the parser's error count when there was no start or no right root, or the
@@ -51,7 +60,8 @@ int read_document(char* source, Reader& reader, unusable_parser treatment) {
   char* tag = nullptr;
   char* val = nullptr;
   const bool failed = document_source<Variant>::start(*parser, source) ||
-                      parser->parse(&tag, &val) != 0 || !reader.root(tag != nullptr ? tag : "");
+                      parser->parse(&tag, &val) != 0 ||
+                      !reader.root(tag != nullptr ? tag : "", *parser);
   if (failed) return 1 + parser->get_error_counter();
   while (parser->parse(&tag, &val) == 0) {
     if (tag != nullptr) reader.step(tag, val, *parser);
