@@ -13,21 +13,26 @@
 /// without an error, a positive count for any other, and what was read before an error stays. What
 /// they print, what they keep unreleased, and the locale that texts are in, are those of that
 /// function. A text ends at its first zero byte. A list is moved, not copied; what would dangle
-/// after the statement (an element or an iterator of a temporary list) does not compile. One thread
-/// at a time, as everywhere.
+/// after the statement (an element or an iterator of a temporary list) does not compile. Any number
+/// of threads may read at once, each into a list of its own.
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <iterator>
+#include <memory>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 #include <xercesc/util/PlatformUtils.hpp>
 
+#include "messages.hh"
 #include "parse_chan_descr.hh"
 #include "parse_env_index_dictionary.hh"
 #include "parse_ev_list.hh"
+#include "xml_library.hh"
 #include "zrt4_gige_descr.hh"
 
 namespace zrt4 {
@@ -35,12 +40,78 @@ namespace zrt4 {
 /// Holds one use of the XML library for its lifetime. Every reader begins and ends a use of its
 /// own; only the first and the last are dear, so a program that reads many small documents keeps a
 /// session around them. Lists may outlive it. Throws what `XMLPlatformUtils::Initialize` throws.
+/// Any thread may make and end one at any time.
 class xml_session {
  public:
-  [[nodiscard]] xml_session() { xercesc::XMLPlatformUtils::Initialize(); }
+  [[nodiscard]] xml_session() { begin_xml_library_use(); }
   xml_session(const xml_session&) = delete;
   xml_session& operator=(const xml_session&) = delete;
-  ~xml_session() { xercesc::XMLPlatformUtils::Terminate(); }
+  ~xml_session() { end_xml_library_use(); }
+};
+
+/// A message that outlives its receiver (see `message`).
+struct kept_message {
+  message_severity severity{};
+  message_topic topic{};
+  std::string document;
+  std::uint64_t line = 0;
+  std::uint64_t column = 0;
+  std::string text;
+};
+
+/// Keeps the messages of its thread for its lifetime, in the order in which they came.
+class message_list : public message_receiver {
+ public:
+  using const_iterator = std::vector<kept_message>::const_iterator;
+
+  std::size_t size() const noexcept { return kept.size(); }
+  bool empty() const noexcept { return kept.empty(); }
+  const kept_message& operator[](std::size_t position) const& { return kept[position]; }
+  const_iterator begin() const& { return kept.begin(); }
+  const_iterator end() const& { return kept.end(); }
+
+  /// Hands the messages over and is empty then.
+  [[nodiscard]] std::vector<kept_message> release() { return std::exchange(kept, {}); }
+
+ private:
+  void receive(const message& met) override {
+    kept.push_back({met.severity, met.topic, met.document, met.line, met.column, met.text});
+  }
+
+  std::vector<kept_message> kept;
+};
+
+/// What was met while a document was read.
+struct read_report {
+  int count = 0;  ///< what the reader returned: 0 for a document read without an error
+  std::vector<kept_message> messages;
+
+  bool is_clean() const noexcept { return count == 0; }
+
+  /// The first message that is more than a remark, as "document:line:column: text".
+  std::string summary() const {
+    const auto first = std::find_if(messages.begin(), messages.end(), [](const auto& met) {
+      return met.severity != message_severity::remark;
+    });
+    if (first == messages.end()) return "not read cleanly";
+    std::string where = first->document;
+    if (first->line != 0) {
+      where += ":" + std::to_string(first->line) + ":" + std::to_string(first->column);
+    }
+    return where.empty() ? first->text : where + ": " + first->text;
+  }
+};
+
+/// A document that was not read without an error.
+class document_error : public std::runtime_error {
+ public:
+  explicit document_error(read_report of)
+      : std::runtime_error(of.summary()), met(std::make_shared<const read_report>(std::move(of))) {}
+
+  const read_report& report() const noexcept { return *met; }
+
+ private:
+  std::shared_ptr<const read_report> met;  // an exception is copied without throwing
 };
 
 /// Walks the records behind a vector of pointers.
@@ -120,6 +191,28 @@ class owned_list {
   /// Hands the records over: from now on the caller releases them.
   [[nodiscard]] pointers release() noexcept { return std::exchange(records, {}); }
 
+  /// As `read_file` and `read_text`, with the same options. The messages come with the result and
+  /// go nowhere else; whoever reads on after an error looks at the report.
+  template <class... Options>
+  [[nodiscard]] read_report read_file_reported(const std::string& name, Options... options) {
+    return reported([&] { return self().read_file(name, options...); });
+  }
+  template <class... Options>
+  [[nodiscard]] read_report read_text_reported(const std::string& xml, Options... options) {
+    return reported([&] { return self().read_text(xml, options...); });
+  }
+
+  /// The same, throwing a `document_error` when the document is not read without an error. What was
+  /// read before it stays. A damaged camera file is no error: its report alone tells.
+  template <class... Options>
+  read_report read_file_or_throw(const std::string& name, Options... options) {
+    return thrown_unless_clean(read_file_reported(name, options...));
+  }
+  template <class... Options>
+  read_report read_text_or_throw(const std::string& xml, Options... options) {
+    return thrown_unless_clean(read_text_reported(xml, options...));
+  }
+
   /// Releases the records.
   void clear() noexcept {
     Kind::release_records(records);
@@ -128,6 +221,23 @@ class owned_list {
 
  protected:
   pointers records;
+
+ private:
+  Kind& self() { return static_cast<Kind&>(*this); }
+
+  template <class Read>
+  static read_report reported(Read read) {
+    message_list met;
+    read_report report;
+    report.count = read();
+    report.messages = met.release();
+    return report;
+  }
+
+  static read_report thrown_unless_clean(read_report report) {
+    if (!report.is_clean()) throw document_error(std::move(report));
+    return report;
+  }
 };
 
 /// What the numbers of event types and data types become when channels are read: themselves, or the
@@ -166,7 +276,12 @@ class channel_list : public owned_list<chan_descr_2010, channel_list> {
 
  private:
   friend owned_list;
-  static void release_records(pointers& records) noexcept { clean_chan_desr_list(&records); }
+  static void release_records(pointers& records) noexcept {
+    try {
+      clean_chan_desr_list(&records);
+    } catch (...) {  // of a receiver of messages: the records are released
+    }
+  }
 };
 
 /// Event lists.

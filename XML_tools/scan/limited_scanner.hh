@@ -116,7 +116,8 @@ class limited_scanner : private declaration_limits, public Parser {
              const XMLCh* const system_id, const XMLCh* const public_id, const XMLFileLoc line,
              const XMLFileLoc column) override {
     if (!ends_scan(type, code)) count_message(xercesc::XMLString::stringLen(text));
-    during_report(
+    const report uncut(*this);
+    hold_thrown(
         [&] { Parser::error(code, domain, type, text, system_id, public_id, line, column); });
   }
 
@@ -138,8 +139,7 @@ class limited_scanner : private declaration_limits, public Parser {
   /// What a receiver of messages throws must not meet the scanner, which would take some of it for
   /// its own: it ends the scan as a limit does, and is thrown behind it.
   template <class Report>
-  void during_report(Report tell) {
-    const report uncut(*this);
+  void hold_thrown(Report tell) {
     if (!is_received()) return tell();
     thrown.of(tell);
     if (!thrown) return;
@@ -186,6 +186,8 @@ class limited_scanner : private declaration_limits, public Parser {
   }
   static xercesc::XMLScanner& writable(xercesc::XMLScanner* own) { return *own; }
   xercesc::XMLScanner& scanner() { return writable(this->getScanner()); }
+
+  held_exception thrown;
 
   // The tree would keep them in a table for which nobody asks, and which takes the square of their
   // number as it grows.
@@ -238,7 +240,6 @@ class limited_scanner : private declaration_limits, public Parser {
   }
 
   xercesc::SecurityManager references;
-  held_exception thrown;
 };
 
 /// What `scan` returns, false when an exception that is held ended it.

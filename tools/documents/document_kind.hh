@@ -1,7 +1,6 @@
 #ifndef DOCUMENT_KIND_HH
 #define DOCUMENT_KIND_HH
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,7 +8,6 @@
 #include <vector>
 
 #include "known_elements.hh"
-#include "reading.hh"
 #include "rows.hh"
 
 class input_file;
@@ -27,18 +25,12 @@ int dialect_of(document_kind kind);
 
 /// The records of one document, with the numbers of types as they stand in it.
 struct loaded_document {
-  reading how;
+  int errors = 0;
   std::vector<row> rows;
   std::shared_ptr<const void> records;  ///< what the rows refer to
 };
 
-/// A document and the library's listing of it, which goes to standard output.
-struct listed_document {
-  reading how;
-  std::function<void()> print;
-};
-
-/// All that the subcommands need of one kind. Documents are read in any thread.
+/// All that the subcommands need of one kind.
 struct kind_traits {
   document_kind kind;
   std::string_view name;          ///< as in --kind
@@ -46,7 +38,7 @@ struct kind_traits {
   std::string_view description;   ///< what a person calls it
   std::string_view record_name;   ///< what a person calls one of its records
   std::string_view records_name;  ///< and several
-  listed_document (*list)(input_file&);
+  int (*show)(input_file&);       ///< prints the library's listing; returns the number of errors
   loaded_document (*load)(input_file&);
   const known_elements& elements;
 };
