@@ -72,11 +72,7 @@ class limited_scanner : private declaration_limits, public Parser {
   }
 
   bool parseNext(xercesc::XMLPScanToken& token) {
-    if (!times_steps()) return Parser::parseNext(token);
-    begin_step();
-    const bool more = Parser::parseNext(token);
-    end_step();
-    return more;
+    return times_steps() ? parse_next_timed(token) : Parser::parseNext(token);
   }
 
   void startDocument() override {
@@ -188,6 +184,14 @@ class limited_scanner : private declaration_limits, public Parser {
   xercesc::XMLScanner& scanner() { return writable(this->getScanner()); }
 
   held_exception thrown;
+
+  // Apart, so that the step of every document stays short.
+  [[gnu::noinline, gnu::cold]] bool parse_next_timed(xercesc::XMLPScanToken& token) {
+    begin_step();
+    const bool more = Parser::parseNext(token);
+    end_step();
+    return more;
+  }
 
   // The tree would keep them in a table for which nobody asks, and which takes the square of their
   // number as it grows.
