@@ -70,8 +70,11 @@ struct variant_rules<file_variant> {
 };
 
 template <class Variant>
-auto& scanner_of(xercesc::SAXParser& parser) {
-  return static_cast<detail::direct_scanner<parse_handlers<Variant>>&>(parser);
+using scanner_type = detail::direct_scanner<parse_handlers<Variant>>;
+
+template <class Variant>
+scanner_type<Variant>& scanner_of(xercesc::SAXParser& parser) {
+  return static_cast<scanner_type<Variant>&>(parser);
 }
 
 void tell_no_start(const xercesc::XMLException& exception, const detail::place& where) {
@@ -96,7 +99,7 @@ void pull_parser<Variant>::set_up(char* text) {
     begin_xml_library_use();
     variant_rules<Variant>::create_handler(handler);
     parse_handlers<Variant>& handlers = variant_rules<Variant>::handler_of(handler);
-    auto* scanner = new detail::direct_scanner<parse_handlers<Variant>>(handlers);
+    auto* scanner = new scanner_type<Variant>(handlers);
     parser = scanner;
     parser->setValidationScheme(SAXParser::Val_Auto);
     parser->setDoNamespaces(false);

@@ -23,7 +23,7 @@ void feature_parser::error(const unsigned int code, const XMLCh* const domain,
     no_document_reason = to_local(text);
     no_document_topic = topic_of_start(code);
   } else if (is_received()) {
-    hold_thrown([&] {
+    during_report([&] {
       deliver({topic_of(code, domain), severity_of(type), nullptr}, {to_local(text)},
               {to_local(system_id), line, column});
     });

@@ -112,8 +112,7 @@ class limited_scanner : private declaration_limits, public Parser {
              const XMLCh* const system_id, const XMLCh* const public_id, const XMLFileLoc line,
              const XMLFileLoc column) override {
     if (!ends_scan(type, code)) count_message(xercesc::XMLString::stringLen(text));
-    const report uncut(*this);
-    hold_thrown(
+    during_report(
         [&] { Parser::error(code, domain, type, text, system_id, public_id, line, column); });
   }
 
@@ -135,7 +134,8 @@ class limited_scanner : private declaration_limits, public Parser {
   /// What a receiver of messages throws must not meet the scanner, which would take some of it for
   /// its own: it ends the scan as a limit does, and is thrown behind it.
   template <class Report>
-  void hold_thrown(Report tell) {
+  void during_report(Report tell) {
+    const report uncut(*this);
     if (!is_received()) return tell();
     thrown.of(tell);
     if (!thrown) return;
@@ -182,8 +182,6 @@ class limited_scanner : private declaration_limits, public Parser {
   }
   static xercesc::XMLScanner& writable(xercesc::XMLScanner* own) { return *own; }
   xercesc::XMLScanner& scanner() { return writable(this->getScanner()); }
-
-  held_exception thrown;
 
   // Apart, so that the step of every document stays short.
   [[gnu::noinline, gnu::cold]] bool parse_next_timed(xercesc::XMLPScanToken& token) {
@@ -244,6 +242,7 @@ class limited_scanner : private declaration_limits, public Parser {
   }
 
   xercesc::SecurityManager references;
+  held_exception thrown;
 };
 
 /// What `scan` returns, false when an exception that is held ended it.

@@ -100,7 +100,7 @@ TEST(Messages, WarningOfTheXml) {
 
 TEST(Messages, Limit) {
   std::string document = "<!DOCTYPE BMR [";
-  for (int n = 0; n <= 1024; ++n) document += "<!ENTITY e" + std::to_string(n) + " 'x'>";
+  for (int n = 0; n <= 4096; ++n) document += "<!ENTITY e" + std::to_string(n) + " 'x'>";
   const auto all = met_in_events(document + "]><BMR/>");
   ASSERT_EQ(all.size(), 2U);
   EXPECT_EQ(std::get<1>(all[0]), message_topic::limit);

@@ -6,13 +6,12 @@
 #include "each_file.hh"
 #include "findings.hh"
 #include "json_answer.hh"
-#include "progress.hh"
-#include "quiet_output.hh"
 #include "terminal.hh"
 
 namespace {
 
 struct checked {
+  std::string file;
   document_kind kind;
   std::size_t records;
   int errors;
@@ -21,17 +20,16 @@ struct checked {
   bool is_fine() const { return errors == 0 && found.empty(); }
 };
 
-// What the readers print is among the findings, with file, line and column.
+// What the readers tell is among the findings, with file, line and column.
 checked check_document(input_file& file) {
   const document_kind kind = kind_of(file);
-  const progress shown(file.name());
-  const quiet_output remarks;
-  const quiet_output errors(STDERR_FILENO);
   const loaded_document document = traits_of(kind).load(file);
-  return {kind, document.rows.size(), document.errors, findings_of(file, kind, document)};
+  return {file.name(), kind, document.rows.size(), document.how.errors,
+          findings_of(file, kind, document)};
 }
 
-void print(const std::string& file, const checked& result) {
+void print(const checked& result) {
+  const char* const file = result.file.c_str();
   const std::string line = std::string(traits_of(result.kind).description) + ", " +
                            records_of(result.kind, result.records) + ", " +
                            std::to_string(result.errors) +
@@ -39,18 +37,18 @@ void print(const std::string& file, const checked& result) {
   const colour hue = result.is_fine()     ? colour::green
                      : result.errors == 0 ? colour::yellow
                                           : colour::red;
-  std::printf("%s: %s\n", file.c_str(), coloured(hue, line).c_str());
+  std::printf("%s: %s\n", file, coloured(hue, line).c_str());
   for (const finding& each : result.found) {
     std::string place;
     if (each.line != 0) {
       place = ":" + std::to_string(each.line) + ":" + std::to_string(each.column);
     }
-    std::printf("%s%s: %s\n", file.c_str(), place.c_str(), each.text.c_str());
+    std::printf("%s%s: %s\n", file, place.c_str(), each.text.c_str());
   }
 }
 
-json to_json(const std::string& file, const checked& result) {
-  json shown = json_of_file(file, traits_of(result.kind).name);
+json to_json(const checked& result) {
+  json shown = json_of_file(result.file, traits_of(result.kind).name);
   shown["errors"] = result.errors;
   shown["record_count"] = result.records;
   json& list = shown["findings"] = json::array();
@@ -68,15 +66,14 @@ json to_json(const std::string& file, const checked& result) {
 
 }  // namespace
 
-exit_code check(const std::vector<std::string>& files, answer_format format) {
+exit_code check(const std::vector<std::string>& files, std::size_t jobs, answer_format format) {
   json result = json_head("check");
   json& documents = result["documents"] = json::array();
   const exit_code code = for_each_file(
-      files,
-      [&](input_file& file) {
-        const checked one = check_document(file);
-        if (format == answer_format::text) print(file.name(), one);
-        if (format == answer_format::json) documents.push_back(to_json(file.name(), one));
+      files, jobs, check_document,
+      [&](const checked& one) {
+        if (format == answer_format::text) print(one);
+        if (format == answer_format::json) documents.push_back(to_json(one));
         return fine_if(one.is_fine());
       },
       [&](const unusable_file& file) { documents.push_back(json_of_unusable(file)); });

@@ -1,6 +1,7 @@
 #include "command_line.hh"
 
 #include <algorithm>
+#include <thread>
 
 #include "check.hh"
 #include "convert.hh"
@@ -33,6 +34,23 @@ CLI::Option* add_json(CLI::App* command, arguments& given) {
   return command->add_flag("--json", given.as_json, "Print JSON, for programs");
 }
 
+// Each file in work takes a thread and a few descriptors.
+constexpr std::size_t most_jobs = 256;
+
+CLI::Option* add_jobs(CLI::App* command, arguments& given) {
+  return command
+      ->add_option("-j,--jobs", given.jobs,
+                   "Files read at once, at most 256. Default: as many as there are processor cores")
+      ->type_name("N")
+      ->check([](const std::string& text) -> std::string {
+        std::size_t jobs = 0;
+        const bool is_number = CLI::detail::lexical_cast(text, jobs);
+        return is_number && jobs >= 1 && jobs <= most_jobs
+                   ? ""
+                   : "not a number from 1 to " + std::to_string(most_jobs) + ": " + text;
+      });
+}
+
 CLI::App* add_show(CLI::App& app, arguments& given) {
   CLI::App* command = app.add_subcommand(
       "show", "Print the listing of each document, recognised by its root element");
@@ -42,6 +60,7 @@ CLI::App* add_show(CLI::App& app, arguments& given) {
   command->add_option("--kind", given.kind, "Take every file as a document of this kind")
       ->type_name("KIND")
       ->check(CLI::IsMember(kind_names()));
+  add_jobs(command, given);
   add_json(command, given);
   command->footer("Known: " + known_kinds() + ".\nExample:\n  zrt4xml show events.xml");
   return command;
@@ -49,7 +68,8 @@ CLI::App* add_show(CLI::App& app, arguments& given) {
 
 exit_code run_show(const arguments& given) {
   const auto kind = kind_named(given.kind);
-  return given.as_json ? show_json(given.files, kind) : show(given.files, kind);
+  return given.as_json ? show_json(given.files, kind, given.files_at_once())
+                       : show(given.files, kind, given.files_at_once());
 }
 
 CLI::App* add_find(CLI::App& app, arguments& given) {
@@ -137,6 +157,7 @@ CLI::App* add_check(CLI::App& app, arguments& given) {
   command->add_option("FILE", given.files, "Documents to check; - is standard input")
       ->required()
       ->type_name("");
+  add_jobs(command, given);
   add_json(command, given);
   command->footer(
       "Found: XML errors, records that the reader leaves out, duplicate properties and features,\n"
@@ -148,7 +169,7 @@ CLI::App* add_check(CLI::App& app, arguments& given) {
 }
 
 exit_code run_check(const arguments& given) {
-  return check(given.files, given.format());
+  return check(given.files, given.files_at_once(), given.format());
 }
 
 CLI::App* add_stat(CLI::App& app, arguments& given) {
@@ -157,13 +178,14 @@ CLI::App* add_stat(CLI::App& app, arguments& given) {
   command->add_option("FILE", given.files, "Documents to count; - is standard input")
       ->required()
       ->type_name("");
+  add_jobs(command, given);
   add_json(command, given);
   command->footer("Example:\n  zrt4xml stat channels.xml");
   return command;
 }
 
 exit_code run_stat(const arguments& given) {
-  return stat(given.files, given.format());
+  return stat(given.files, given.files_at_once(), given.format());
 }
 
 CLI::App* add_diff(CLI::App& app, arguments& given) {
@@ -207,6 +229,11 @@ document_form arguments::to() const {
 answer_format arguments::format() const {
   if (as_json) return answer_format::json;
   return quiet ? answer_format::nothing : answer_format::text;
+}
+
+std::size_t arguments::files_at_once() const {
+  if (jobs != 0) return jobs;
+  return std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, most_jobs);
 }
 
 bool arguments::name_standard_input_twice() const {

@@ -21,6 +21,7 @@ struct arguments {
   std::string event;
   std::string output;
   std::string form;
+  std::size_t jobs = 0;  ///< as many files at once as there are processor cores
   bool wide = false;
   bool force = false;
   bool dry_run = false;
@@ -29,6 +30,8 @@ struct arguments {
 
   /// What `--to` names.
   document_form to() const;
+  /// How many files are read at once.
+  std::size_t files_at_once() const;
   /// Standard input is there only once.
   bool name_standard_input_twice() const;
   answer_format format() const;

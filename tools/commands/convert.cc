@@ -3,7 +3,7 @@
 #include "document_kind.hh"
 #include "file_error.hh"
 #include "input_file.hh"
-#include "message.hh"
+#include "progress.hh"
 #include "reading.hh"
 
 namespace {
@@ -11,16 +11,16 @@ namespace {
 template <class List, class... How>
 exit_code convert_list(input_file& file, document_form to, const std::string& output, How... how) {
   List list;
-  const int errors = read_into(list, file, how...);
-  report_errors(file.name(), errors, "what could be read is converted");
-  return fine_if(write_list(list, errors == 0, file.name(), to, output));
+  const reading result = with_progress(file.name(), [&] { return read_into(list, file, how...); });
+  report_reading(file.name(), result, "what could be read is converted");
+  return fine_if(write_list(list, result.errors == 0, file.name(), to, output));
 }
 
 }  // namespace
 
 exit_code convert(const std::string& file_name, document_form to, bool wide,
                   const std::string& output) {
-  input_file file(file_name);
+  auto file = with_progress(shown_name(file_name), [&] { return input_file(file_name); });
   const document_kind kind = kind_of(file);
   if (kind == document_kind::dictionary) {
     if (to != document_form::xml && to != document_form::text) {

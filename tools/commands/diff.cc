@@ -7,7 +7,7 @@
 #include "file_error.hh"
 #include "input_file.hh"
 #include "json_answer.hh"
-#include "message.hh"
+#include "progress.hh"
 #include "row_json.hh"
 #include "terminal.hh"
 
@@ -88,11 +88,13 @@ struct side {
   loaded_document document;
 };
 
-side load(const std::string& file_name) {
-  input_file file(file_name);
-  const document_kind kind = kind_of(file);
-  side result{file.name(), kind, traits_of(kind).load(file)};
-  report_errors(file.name(), result.document.errors, "what could be read is compared");
+side load(const std::string& name) {
+  side result = with_progress(shown_name(name), [&] {
+    input_file file(name);
+    const document_kind kind = kind_of(file);
+    return side{file.name(), kind, traits_of(kind).load(file)};
+  });
+  report_reading(result.name, result.document.how, "what could be read is compared");
   return result;
 }
 
@@ -114,7 +116,7 @@ exit_code diff(const std::string& before, const std::string& after, answer_forma
       differences(old_one.document.rows, new_one.document.rows, old_kind.record_name);
   print_differences("diff", old_one.name, new_one.name, found, format);
   const bool all_well =
-      found.empty() && old_one.document.errors == 0 && new_one.document.errors == 0;
+      found.empty() && old_one.document.how.errors == 0 && new_one.document.how.errors == 0;
   return fine_if(all_well);
 }
 

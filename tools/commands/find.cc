@@ -11,7 +11,6 @@
 #include "each_file.hh"
 #include "event_util.hh"
 #include "json_answer.hh"
-#include "quiet_output.hh"
 #include "reading.hh"
 #include "selector_rules.hh"
 #include "type_masks.hh"
@@ -29,7 +28,13 @@ struct loaded_channels {
   std::uint32_t event_types = 0;  ///< mask; those of a file that failed do not count until the next
 };
 
-exit_code load(loaded_channels& channels, input_file& file) {
+/// How a file was loaded.
+struct loading {
+  std::string file;
+  reading how;
+};
+
+loading load(loaded_channels& channels, input_file& file) {
   const document_kind kind = kind_of(file);
   const bool variables = kind == document_kind::variables;
   if (!is_channels(kind)) throw wrong_kind(file, kind, "channel descriptions");
@@ -38,15 +43,19 @@ exit_code load(loaded_channels& channels, input_file& file) {
   reader.set_mode(variables ? EXTR_FROM_XML : EXTR_FROM_FILE);
   std::string text = variables ? file.content() : std::string();
   std::vector<char*> source{variables ? text.data() : file.path()};
-  const quiet_output remarks;
-  const int failed = read_and_report(file, [&] {
+  reading how = read_with_messages(file, [&] {
     return reader.get_descriptions(&source, nullptr, channels.list.get(), true) ? 1 : 0;
   });
-  if (failed == 0) {
+  if (how.errors == 0) {
     for (const chan_descr_2010& channel : channels.list) channels.event_types |= channel.ev_type;
-    return exit_fine;
   }
-  report(file.name(), "not read cleanly; what could be read is searched");
+  return {file.name(), std::move(how)};
+}
+
+exit_code report_loading(const loading& one) {
+  report(one.how.messages);
+  if (one.how.errors == 0) return exit_fine;
+  report(one.file, "not read cleanly; what could be read is searched");
   return exit_not_fine;
 }
 
@@ -150,8 +159,10 @@ std::optional<int> event_type_of(const std::string& text) {
 exit_code find(const std::vector<std::string>& files, const std::string& name,
                std::optional<int> event, answer_format format) {
   loaded_channels channels;
+  // One after the other: a reader merges what it finds in the list already.
   const exit_code loaded = for_each_file(
-      files, [&](input_file& file) { return load(channels, file); }, [](const unusable_file&) {});
+      files, 1, [&](input_file& file) { return load(channels, file); }, report_loading,
+      [](const unusable_file&) {});
   const answer found{find_channel(channels.list, name), event,
                      event && is_selected(channels, name, *event)};
   if (found.channel == nullptr && format == answer_format::text && !channels.list.empty()) {

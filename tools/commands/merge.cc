@@ -8,7 +8,7 @@
 #include "document_kind.hh"
 #include "file_error.hh"
 #include "input_file.hh"
-#include "message.hh"
+#include "progress.hh"
 #include "reading.hh"
 
 namespace {
@@ -32,14 +32,16 @@ void add(zrt4::channel_list& base, zrt4::channel_list& from, bool force) {
 
 // Returns whether it was read cleanly. The first file read chooses what `same` means.
 bool read(zrt4::channel_list& list, const std::string& name, document_form& to) {
-  input_file file(name);
-  const document_kind kind = kind_of(file);
-  if (!is_channels(kind)) throw wrong_kind(file, kind, "channel descriptions");
-  const int dialect = dialect_of(kind);
-  if (to == document_form::same) to = form_of(dialect);
-  const int errors = read_into(list, file, dialect, types_for(to));
-  report_errors(file.name(), errors, "what could be read is merged");
-  return errors == 0;
+  const reading how = with_progress(shown_name(name), [&] {
+    input_file file(name);
+    const document_kind kind = kind_of(file);
+    if (!is_channels(kind)) throw wrong_kind(file, kind, "channel descriptions");
+    const int dialect = dialect_of(kind);
+    if (to == document_form::same) to = form_of(dialect);
+    return read_into(list, file, dialect, types_for(to));
+  });
+  report_reading(shown_name(name), how, "what could be read is merged");
+  return how.errors == 0;
 }
 
 bool add_all_but_first(zrt4::channel_list& base, const std::vector<std::string>& files, bool force,

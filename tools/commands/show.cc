@@ -9,36 +9,61 @@
 
 namespace {
 
-exit_code report_result(const input_file& file, int errors) {
-  report_errors(file.name(), errors, "what could be read is shown");
+/// A document on its way to being printed.
+template <class Document>
+struct shown {
+  std::string file;
+  document_kind kind;
+  Document document;
+};
+
+template <auto kind_traits::*how>
+auto reader_for(std::optional<document_kind> expected) {
+  return [expected](input_file& file) {
+    const document_kind kind = kind_of(file, expected);
+    return shown<decltype((traits_of(kind).*how)(file))>{file.name(), kind,
+                                                         (traits_of(kind).*how)(file)};
+  };
+}
+
+exit_code report_result(const std::string& file, int errors) {
+  report_errors(file, errors, "what could be read is shown");
   return fine_if(errors == 0);
 }
 
 }  // namespace
 
-exit_code show(const std::vector<std::string>& files, std::optional<document_kind> kind) {
+exit_code show(const std::vector<std::string>& files, std::optional<document_kind> kind,
+               std::size_t jobs) {
+  const auto print_heading = [&](const std::string& name) {
+    if (files.size() > 1) std::printf("==> %s <==\n", name.c_str());
+  };
   return for_each_file(
-      files,
-      [&](input_file& file) {
-        if (files.size() > 1) std::printf("==> %s <==\n", file.name().c_str());
-        return report_result(file, traits_of(kind_of(file, kind)).show(file));
+      files, jobs, reader_for<&kind_traits::list>(kind),
+      [&](const shown<listed_document>& one) {
+        print_heading(one.file);
+        report(one.document.how.messages);
+        one.document.print();
+        return report_result(one.file, one.document.how.errors);
       },
-      [](const unusable_file&) {});
+      [&](const unusable_file& file) {
+        if (file.is_open) print_heading(file.name);
+      });
 }
 
-exit_code show_json(const std::vector<std::string>& files, std::optional<document_kind> kind) {
+exit_code show_json(const std::vector<std::string>& files, std::optional<document_kind> kind,
+                    std::size_t jobs) {
   json result = json_head("show");
   json& documents = result["documents"] = json::array();
   const exit_code code = for_each_file(
-      files,
-      [&](input_file& file) {
-        const kind_traits& found = traits_of(kind_of(file, kind));
-        const loaded_document document = found.load(file);
-        json shown = json_of_file(file.name(), found.name);
-        shown["errors"] = document.errors;
-        shown["records"] = to_json(document.rows);
-        documents.push_back(std::move(shown));
-        return report_result(file, document.errors);
+      files, jobs, reader_for<&kind_traits::load>(kind),
+      [&](const shown<loaded_document>& one) {
+        report(one.document.how.messages);
+        json document = json_of_file(one.file, traits_of(one.kind).name);
+        document["errors"] = one.document.how.errors;
+        document["records"] = to_json(one.document.rows);
+        documents.push_back(std::move(document));
+        return report_result(one.file, one.document.how.errors);
       },
       [&](const unusable_file& file) { documents.push_back(json_of_unusable(file)); });
   print_json(result);

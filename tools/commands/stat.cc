@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <deque>
 #include <map>
 #include <nlohmann/json.hpp>
 
@@ -28,6 +29,16 @@ struct field_tallies {
   std::map<cell, tally> by_value;
 };
 
+/// A document, counted.
+struct counted {
+  std::string file;
+  document_kind kind;
+  reading how;
+  std::size_t records;
+  std::vector<field_tallies> tallies;
+  std::deque<std::string> texts;  ///< what the tallies refer to
+};
+
 std::vector<field_tallies> tally_fields(const std::vector<row>& records) {
   std::vector<field_tallies> result;
   for (const std::string_view counted : counted_fields) {
@@ -42,6 +53,28 @@ std::vector<field_tallies> tally_fields(const std::vector<row>& records) {
     }
     if (!tallies.by_value.empty()) result.push_back(std::move(tallies));
   }
+  return result;
+}
+
+// So that the records need not wait to be printed.
+void detach(std::vector<field_tallies>& all, std::deque<std::string>& texts) {
+  for (field_tallies& tallies : all) {
+    std::map<cell, tally> detached;
+    for (const auto& [value, of] : tallies.by_value) {
+      const auto* text = std::get_if<std::string_view>(&value);
+      detached.emplace(text != nullptr ? cell(texts.emplace_back(*text)) : value, of);
+    }
+    tallies.by_value.swap(detached);
+  }
+}
+
+counted count_document(input_file& file) {
+  const document_kind kind = kind_of(file);
+  loaded_document document = traits_of(kind).load(file);
+  counted result{
+      file.name(), kind, std::move(document.how), document.rows.size(), tally_fields(document.rows),
+      {}};
+  detach(result.tallies, result.texts);
   return result;
 }
 
@@ -92,31 +125,37 @@ json to_json(const std::vector<field_tallies>& all) {
   return result;
 }
 
+void print(const counted& one) {
+  std::printf("%s: %s, %s\n", one.file.c_str(),
+              std::string(traits_of(one.kind).description).c_str(),
+              records_of(one.kind, one.records).c_str());
+  for (const field_tallies& each : one.tallies) print(each);
+}
+
+json to_json(const counted& one) {
+  json shown = json_of_file(one.file, traits_of(one.kind).name);
+  shown["errors"] = one.how.errors;
+  shown["record_count"] = one.records;
+  shown["counts"] = to_json(one.tallies);
+  return shown;
+}
+
 }  // namespace
 
-exit_code stat(const std::vector<std::string>& files, answer_format format) {
+exit_code stat(const std::vector<std::string>& files, std::size_t jobs, answer_format format) {
   json result = json_head("stat");
   json& documents = result["documents"] = json::array();
   const exit_code code = for_each_file(
-      files,
-      [&](input_file& file) {
-        const document_kind kind = kind_of(file);
-        const loaded_document document = traits_of(kind).load(file);
-        const std::vector<field_tallies> tallies = tally_fields(document.rows);
+      files, jobs, count_document,
+      [&](const counted& one) {
+        report(one.how.messages);
         if (format == answer_format::json) {
-          json shown = json_of_file(file.name(), traits_of(kind).name);
-          shown["errors"] = document.errors;
-          shown["record_count"] = document.rows.size();
-          shown["counts"] = to_json(tallies);
-          documents.push_back(std::move(shown));
+          documents.push_back(to_json(one));
         } else {
-          std::printf("%s: %s, %s\n", file.name().c_str(),
-                      std::string(traits_of(kind).description).c_str(),
-                      records_of(kind, document.rows.size()).c_str());
-          for (const field_tallies& each : tallies) print(each);
+          print(one);
         }
-        report_errors(file.name(), document.errors, "what could be read is counted");
-        return fine_if(document.errors == 0);
+        report_errors(one.file, one.how.errors, "what could be read is counted");
+        return fine_if(one.how.errors == 0);
       },
       [&](const unusable_file& file) { documents.push_back(json_of_unusable(file)); });
   if (format == answer_format::json) print_json(result);

@@ -1,6 +1,7 @@
 #ifndef STAT_HH
 #define STAT_HH
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,6 @@
 
 /// `zrt4xml stat`: counts the records of each document by the values of the few fields that group
 /// them; with bars on a terminal.
-exit_code stat(const std::vector<std::string>& files, answer_format format);
+exit_code stat(const std::vector<std::string>& files, std::size_t jobs, answer_format format);
 
 #endif

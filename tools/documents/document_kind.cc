@@ -6,34 +6,35 @@
 #include "bad_document.hh"
 #include "file_error.hh"
 #include "input_file.hh"
-#include "message.hh"
-#include "quiet_output.hh"
-#include "reading.hh"
+#include "received_messages.hh"
 #include "scan.hh"
 #include "terminal.hh"
 
 namespace {
 
-int show_event_list(input_file& file) {
-  zrt4::event_list list;
-  const int errors = read_into(list, file);
-  zrt4_print_ev_list(list.get());
-  return errors;
+template <class List, class Print, class... More>
+listed_document listed(input_file& file, Print print, More... more) {
+  const auto list = std::make_shared<List>();
+  reading how = read_into(*list, file, more...);
+  return {std::move(how), [list, print] { print(*list); }};
 }
 
 template <class List, class... More>
 loaded_document load(input_file& file, More... more) {
   const auto list = std::make_shared<List>();
-  const int errors = read_into(*list, file, more...);
-  return {errors, rows_of(*list), list};
+  reading how = read_into(*list, file, more...);
+  return {std::move(how), rows_of(*list), list};
+}
+
+listed_document list_events(input_file& file) {
+  return listed<zrt4::event_list>(file, [](auto& list) { zrt4_print_ev_list(list.get()); });
 }
 
 template <document_kind kind>
-int show_channels(input_file& file) {
-  zrt4::channel_list list;
-  const int errors = read_into(list, file, dialect_of(kind), zrt4::types::masks);
-  print_zrt4_chan_descr(list.get());
-  return errors;
+listed_document list_channels(input_file& file) {
+  return listed<zrt4::channel_list>(
+      file, [](auto& list) { print_zrt4_chan_descr(list.get()); }, dialect_of(kind),
+      zrt4::types::masks);
 }
 
 template <document_kind kind>
@@ -42,32 +43,14 @@ loaded_document load_channels(input_file& file) {
 }
 
 // The wider record, so that no name is cut.
-int show_dictionary(input_file& file) {
-  zrt4::env_dictionary_2010 list;
-  const int errors = read_into(list, file);
-  dump_env_index_dict_2010(list.get(), nullptr, ENV_INDX_DUMP_TO_SCREEN, -1, nullptr);
-  return errors;
+listed_document list_dictionary(input_file& file) {
+  return listed<zrt4::env_dictionary_2010>(file, [](auto& list) {
+    dump_env_index_dict_2010(list.get(), nullptr, ENV_INDX_DUMP_TO_SCREEN, -1, nullptr);
+  });
 }
 
-// The library reads a damaged camera file as far as it goes and reports nothing.
-int report_first_error(input_file& file) {
-  const xml_error found = first_xml_error(file.path());
-  if (found.text.empty()) return 0;
-  report(file.name() + found.place, "damaged here: " + found.text);
-  return 1;
-}
-
-int show_camera(input_file& file) {
-  zrt4::camera_features list;
-  const int errors = read_into(list, file);
-  zrt4_dump_gige_descr(list.get());
-  return std::max(errors, report_first_error(file));
-}
-
-loaded_document load_camera(input_file& file) {
-  loaded_document document = load<zrt4::camera_features>(file);
-  document.errors = std::max(document.errors, report_first_error(file));
-  return document;
+listed_document list_camera(input_file& file) {
+  return listed<zrt4::camera_features>(file, [](auto& list) { zrt4_dump_gige_descr(list.get()); });
 }
 
 constexpr auto events = document_kind::events;
@@ -77,16 +60,16 @@ constexpr auto dictionary = document_kind::dictionary;
 constexpr auto camera = document_kind::camera;
 
 constexpr kind_traits kinds[] = {
-    {events, "events", "BMR", "event list", "event", "events", show_event_list,
-     load<zrt4::event_list>, event_elements},
+    {events, "events", "BMR", "event list", "event", "events", list_events, load<zrt4::event_list>,
+     event_elements},
     {channels, "channels", "CHANDESCRIPTIONS", "channel descriptions, element dialect", "channel",
-     "channels", show_channels<channels>, load_channels<channels>, channel_elements},
+     "channels", list_channels<channels>, load_channels<channels>, channel_elements},
     {variables, "variables", "DAQvariables", "channel descriptions, variable dialect", "channel",
-     "channels", show_channels<variables>, load_channels<variables>, variable_elements},
+     "channels", list_channels<variables>, load_channels<variables>, variable_elements},
     {dictionary, "dictionary", "ENVINDEXDICT", "environment index dictionary", "entry", "entries",
-     show_dictionary, load<zrt4::env_dictionary_2010>, dictionary_elements},
-    {camera, "camera", "", "camera features", "feature", "features", show_camera, load_camera,
-     camera_elements},
+     list_dictionary, load<zrt4::env_dictionary_2010>, dictionary_elements},
+    {camera, "camera", "", "camera features", "feature", "features", list_camera,
+     load<zrt4::camera_features>, camera_elements},
 };
 
 constexpr bool stand_in_order() {
@@ -99,9 +82,9 @@ constexpr bool stand_in_order() {
 static_assert(stand_in_order());
 
 bool describes_a_camera(input_file& file) {
-  const quiet_output remarks;
+  const received_messages unheard;
   zrt4::camera_features list;
-  return read_into(list, file) == 0 && !list.empty();
+  return list.read_file(file.path()) == 0 && !list.empty();
 }
 
 // The reader of one dialect is that of the other.

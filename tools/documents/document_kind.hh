@@ -1,6 +1,7 @@
 #ifndef DOCUMENT_KIND_HH
 #define DOCUMENT_KIND_HH
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "known_elements.hh"
+#include "reading.hh"
 #include "rows.hh"
 
 class input_file;
@@ -25,12 +27,18 @@ int dialect_of(document_kind kind);
 
 /// The records of one document, with the numbers of types as they stand in it.
 struct loaded_document {
-  int errors = 0;
+  reading how;
   std::vector<row> rows;
   std::shared_ptr<const void> records;  ///< what the rows refer to
 };
 
-/// All that the subcommands need of one kind.
+/// A document and the library's listing of it, which goes to standard output.
+struct listed_document {
+  reading how;
+  std::function<void()> print;
+};
+
+/// All that the subcommands need of one kind. Documents are read in any thread.
 struct kind_traits {
   document_kind kind;
   std::string_view name;          ///< as in --kind
@@ -38,7 +46,7 @@ struct kind_traits {
   std::string_view description;   ///< what a person calls it
   std::string_view record_name;   ///< what a person calls one of its records
   std::string_view records_name;  ///< and several
-  int (*show)(input_file&);       ///< prints the library's listing; returns the number of errors
+  listed_document (*list)(input_file&);
   loaded_document (*load)(input_file&);
   const known_elements& elements;
 };

@@ -1,27 +1,38 @@
 #ifndef READING_HH
 #define READING_HH
 
-// Files of the command line, read into the library's lists. Each returns the number of errors;
-// those of XML are reported as FILE:LINE:COLUMN.
+// Files of the command line, read into the library's lists. Nothing is printed, in whatever thread.
 
 #include <functional>
+#include <string>
+#include <vector>
 
 #include "zrt4xml.hh"
 
 class input_file;
 
-int read_into(zrt4::event_list& list, input_file& file);
+/// How a file was read.
+struct reading {
+  int errors = 0;
+  std::vector<std::string> messages;  ///< to report; those of XML begin with FILE:LINE:COLUMN
+};
+
+reading read_into(zrt4::event_list& list, input_file& file);
 
 /// `dialect` is ZRT4_FORMAT or MORV_FORMAT.
-int read_into(zrt4::channel_list& list, input_file& file, int dialect, zrt4::types wanted);
+reading read_into(zrt4::channel_list& list, input_file& file, int dialect, zrt4::types wanted);
 
-int read_into(zrt4::env_dictionary& list, input_file& file);
-int read_into(zrt4::env_dictionary_2010& list, input_file& file);
+reading read_into(zrt4::env_dictionary& list, input_file& file);
+reading read_into(zrt4::env_dictionary_2010& list, input_file& file);
 
-/// Neither counts nor reports XML errors.
-int read_into(zrt4::camera_features& list, input_file& file);
+/// The library reads a damaged camera file as far as it goes and counts nothing. Here the damage is
+/// one error, and the first of it is told.
+reading read_into(zrt4::camera_features& list, input_file& file);
 
-/// The same for any `read` of the file.
-int read_and_report(input_file& file, const std::function<int()>& read);
+/// The same for any `read` of the file that returns the number of errors.
+reading read_with_messages(input_file& file, const std::function<int()>& read);
+
+/// Reports the messages and the number of errors, if there were any, and what becomes of the rest.
+void report_reading(const std::string& file, const reading& result, const std::string& rest);
 
 #endif

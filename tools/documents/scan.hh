@@ -4,9 +4,7 @@
 // What the tool finds out about a document before the library reads it. Nothing is printed; the XML
 // library must be in use.
 
-#include <cstddef>
 #include <string>
-#include <vector>
 #include <xercesc/parsers/SAXParser.hpp>
 #include <xercesc/sax/HandlerBase.hpp>
 
@@ -29,13 +27,5 @@ struct root_element {
 
 /// Scans only what stands before the root element.
 root_element find_root_element(const char* path);
-
-/// What keeps the document from being well formed, or from being what its document type declares;
-/// the first `most` of it.
-std::vector<xml_error> xml_errors(const char* path, std::size_t most);
-
-/// The first thing that keeps the document from being well formed; with an empty text when there is
-/// none.
-xml_error first_xml_error(const char* path);
 
 #endif

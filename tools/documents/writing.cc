@@ -6,7 +6,7 @@
 #include "latin1.hh"
 #include "message.hh"
 #include "output_file.hh"
-#include "quiet_output.hh"
+#include "received_messages.hh"
 #include "writable.hh"
 
 namespace {
@@ -21,7 +21,7 @@ std::string dumped(Dump&& dump) {
   descriptor memory(memory_file());
   std::string path = memory.path();
   {
-    const quiet_output remarks;
+    const received_messages unheard;
     if (dump(path.data()) != 0) throw std::runtime_error("cannot write to memory");
   }
   return memory.read_all();

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/sendfile.h>
 #include <unistd.h>
 
 #include <array>
@@ -35,6 +36,18 @@ void descriptor::write_all(const std::string& content) {
     bytes += written;
     left -= static_cast<std::size_t>(written);
   }
+}
+
+void descriptor::take_all(descriptor& source) {
+  constexpr std::size_t at_once = 1 << 24;
+  for (;;) {
+    const ssize_t moved = sendfile(fd, source.fd, nullptr, at_once);
+    if (moved == -1 && errno == EINTR) continue;
+    if (moved == 0) return;
+    if (moved == -1) break;
+  }
+  // The system moves no bytes out of a terminal, nor out of anything that has begun to fail.
+  write_all(source.read_all());
 }
 
 std::string descriptor::read_all() {

@@ -17,6 +17,8 @@ class descriptor {
   /// A path under which this process can open the same file again.
   std::string path() const;
   void write_all(const std::string& content);
+  /// Writes everything that `source` has from here to its end.
+  void take_all(descriptor& source);
   /// Everything from here to the end.
   std::string read_all();
   std::string read_from_start();

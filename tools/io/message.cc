@@ -1,30 +1,30 @@
 #include "message.hh"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cstdio>
 
 namespace {
 
-// Standard error as it was before `be_quiet`.
-int original_stderr = STDERR_FILENO;
-
-std::string line(const std::string& file, const std::string& text) {
-  return "zrt4xml: " + file + ": " + text + "\n";
-}
+bool quiet = false;
 
 }  // namespace
 
-void report(const std::string& file, const std::string& text) {
+std::string message_line(const std::string& file, const std::string& text) {
+  return "zrt4xml: " + file + ": " + text + "\n";
+}
+
+void report(const std::vector<std::string>& lines) {
+  if (quiet || lines.empty()) return;
   std::fflush(stdout);
-  std::fputs(line(file, text).c_str(), stderr);
+  for (const std::string& line : lines) std::fputs(line.c_str(), stderr);
+}
+
+void report(const std::string& file, const std::string& text) {
+  report({message_line(file, text)});
 }
 
 void report_always(const std::string& file, const std::string& text) {
   std::fflush(stdout);
-  std::fflush(stderr);
-  dprintf(original_stderr, "%s", line(file, text).c_str());
+  std::fputs(message_line(file, text).c_str(), stderr);
 }
 
 void report_errors(const std::string& file, int errors, const std::string& rest) {
@@ -34,8 +34,9 @@ void report_errors(const std::string& file, int errors, const std::string& rest)
 }
 
 void be_quiet() {
-  original_stderr = dup(STDERR_FILENO);
-  const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-  dup2(nowhere, STDERR_FILENO);
-  close(nowhere);
+  quiet = true;
+}
+
+bool is_quiet() {
+  return quiet;
 }

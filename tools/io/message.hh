@@ -4,6 +4,13 @@
 // Lines on standard error: "zrt4xml: FILE: text".
 
 #include <string>
+#include <vector>
+
+/// Such a line.
+std::string message_line(const std::string& file, const std::string& text);
+
+/// Lines, each with its end, about a document.
+void report(const std::vector<std::string>& lines);
 
 /// About a document.
 void report(const std::string& file, const std::string& text);
@@ -15,8 +22,9 @@ void report_always(const std::string& file, const std::string& text);
 /// rest.
 void report_errors(const std::string& file, int errors, const std::string& rest);
 
-/// From now on nothing but `report_always` writes to standard error, the library's messages
-/// included.
+/// From now on nothing but `report_always` writes to standard error. Called before there are
+/// threads.
 void be_quiet();
+bool is_quiet();
 
 #endif

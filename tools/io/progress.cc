@@ -5,6 +5,8 @@
 #include <chrono>
 #include <cstdio>
 
+#include "message.hh"
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -16,8 +18,7 @@ constexpr auto refreshed_every = 200ms;
 }  // namespace
 
 progress::progress(const std::string& file) {
-  if (isatty(STDERR_FILENO) != 1) return;
-  terminal = dup(STDERR_FILENO);
+  if (is_quiet() || isatty(STDERR_FILENO) != 1) return;
   watch = std::thread([this, file] { show(file); });
 }
 
@@ -29,7 +30,6 @@ progress::~progress() {
   }
   ended.notify_one();
   watch.join();
-  close(terminal);
 }
 
 void progress::show(const std::string& file) {
@@ -39,7 +39,7 @@ void progress::show(const std::string& file) {
   if (ended.wait_for(lock, patience, is_over)) return;
   do {
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - begin;
-    dprintf(terminal, "\r\033[Kzrt4xml: reading %s ... %.1f s", file.c_str(), elapsed.count());
+    dprintf(STDERR_FILENO, "\r\033[Kzrt4xml: reading %s ... %.1f s", file.c_str(), elapsed.count());
   } while (!ended.wait_for(lock, refreshed_every, is_over));
-  dprintf(terminal, "\r\033[K");
+  dprintf(STDERR_FILENO, "\r\033[K");
 }

@@ -7,7 +7,8 @@
 #include <thread>
 
 /// While it lives, and has lived for half a second, a line on standard error names what is being
-/// read; only on a terminal. It is wiped off at the end.
+/// read; only on a terminal, and not when the tool was asked to be quiet. It is wiped off at the
+/// end.
 class progress {
  public:
   explicit progress(const std::string& file);
@@ -18,11 +19,17 @@ class progress {
  private:
   void show(const std::string& file);
 
-  int terminal = -1;  ///< standard error, also when that is silenced meanwhile
   std::mutex guard;
   std::condition_variable ended;
   bool at_end = false;
   std::thread watch;
 };
+
+/// What `work()` returns, with the line on the terminal while it runs.
+template <class Work>
+auto with_progress(const std::string& file, Work&& work) {
+  const progress shown(file);
+  return work();
+}
 
 #endif

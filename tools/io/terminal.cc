@@ -2,10 +2,10 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <cwchar>
 
 namespace {
 
@@ -60,9 +60,12 @@ std::string shortened(const std::string& text) {
   constexpr std::size_t enough = 80;
   if (text.size() <= enough) return text;
   std::size_t end = 0;
+  std::mbstate_t state{};
   while (end < enough) {
-    const int size = std::mblen(text.data() + end, text.size() - end);
-    end += static_cast<std::size_t>(std::max(1, size));
+    const std::size_t size = std::mbrlen(text.data() + end, text.size() - end, &state);
+    const bool is_character = size != 0 && size <= text.size() - end;
+    if (!is_character) state = {};
+    end += is_character ? size : 1;
   }
   return text.substr(0, end) + "...";
 }
