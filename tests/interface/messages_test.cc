@@ -167,9 +167,9 @@ TEST(Messages, DamageOfACameraFileIsNoLongerSilent) {
 }
 
 TEST(Messages, AttributesAndTextsThatAreMissing) {
-  EXPECT_THAT(met_in_variables("<bitTitle/>"),
-              ElementsAre(one(error, message_topic::missing_attribute, "my_mem_info:1:35",
-                              "No attributebit found for bitTitle prop:")));
+  EXPECT_THAT(met_in_variables("<vindo>A</vindo><bitTitle/>"),
+              ElementsAre(one(error, message_topic::missing_attribute, "my_mem_info:1:51",
+                              "No attributebit found for bitTitle prop: A")));
   EXPECT_THAT(met_in_variables("<vindo>A</vindo><bitTitle bit='2'/>"),
               ElementsAre(one(remark, message_topic::empty_text, "my_mem_info:1:59",
                               "bitTitle is not defined for bit  2 prop:A")));
