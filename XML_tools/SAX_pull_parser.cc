@@ -155,8 +155,10 @@ int pull_parser<Variant>::parse(char** tag, char** val) {
   if (!gotMore) return -1;
   auto& scanner = scanner_of<Variant>(*parser);
   gotMore = detail::scans(scanner, [&] { return scanner.parseNext(token); });
-  if (!gotMore) parser->parseReset(token);
-  scanner.release_thrown();
+  if (!gotMore) {
+    parser->parseReset(token);
+    scanner.release_thrown();
+  }
   if (handlers.getErrorCount() != 0) return handlers.getErrorCount();
   // The texts are handed out as writable because callers declare them so; they stay the handler's.
   if (tag != nullptr) *tag = const_cast<char*>(handlers.getTag());

@@ -65,19 +65,18 @@ void read_number(const char* text, std::uint32_t& field) {
 
 /// What an element is for: an action, or a number of an entry.
 struct event_element {
-  enum kind { event, type, server_block, channels, channel, number } what = number;
+  enum kind { event, type, server_block, channels, number } what = number;
   const event_number* field = nullptr;
 };
 
-/// All of them, by name.
+/// All of them but channels, by name.
 constexpr auto make_event_elements() {
-  constexpr std::size_t own = 5;
+  constexpr std::size_t own = 4;
   named<event_element> names[own + std::size(event_numbers)] = {
       {event_names::event, {event_element::event}},
       {event_names::type, {event_element::type}},
       {event_names::server_block, {event_element::server_block}},
       {event_names::channels, {event_element::channels}},
-      {event_names::channel, {event_element::channel}},
   };
   std::size_t count = own;
   for (const auto& field : event_numbers) {
@@ -103,6 +102,11 @@ class ev_list_reader {
 
   template <class Parser>
   void step(std::string_view tag, const char* text, Parser& /*parser*/) {
+    // Most elements are channels.
+    if (tag == event_names::channel) {
+      if (text != nullptr && in_event && type_seen && in_channels) channel(text);
+      return;
+    }
     const event_element* element = event_elements.find(tag);
     if (element == nullptr) return;
     if (element->what == event_element::event) {
@@ -123,9 +127,6 @@ class ev_list_reader {
         break;
       case event_element::channels:
         if (in_block) in_channels = true;
-        break;
-      case event_element::channel:
-        if (text != nullptr && in_channels) channel(text);
         break;
       default:
         if (text != nullptr && entry != nullptr) read_number(text, element.field->in(*entry));
