@@ -155,15 +155,18 @@ int pull_parser<Variant>::parse(char** tag, char** val) {
   if (!gotMore) return -1;
   auto& scanner = scanner_of<Variant>(*parser);
   gotMore = detail::scans(scanner, [&] { return scanner.parseNext(token); });
-  if (!gotMore) {
-    parser->parseReset(token);
-    scanner.release_thrown();
-  }
+  if (!gotMore) finish();
   if (handlers.getErrorCount() != 0) return handlers.getErrorCount();
   // The texts are handed out as writable because callers declare them so; they stay the handler's.
   if (tag != nullptr) *tag = const_cast<char*>(handlers.getTag());
   if (val != nullptr) *val = const_cast<char*>(handlers.getValue());
   return 0;
+}
+
+template <class Variant>
+void pull_parser<Variant>::finish() {
+  parser->parseReset(token);
+  scanner_of<Variant>(*parser).release_thrown();
 }
 
 template <class Variant>

@@ -203,6 +203,8 @@ class ZRT4_EXPORT pull_parser {
  private:
   friend struct detail::scan_place;
   ZRT4_INTERNAL void find_place(detail::place& found) const;
+  // Apart from the step, which is what a scan has most of: within it, each step would cost more.
+  [[gnu::noinline]] ZRT4_INTERNAL void finish();
 
  protected:
   pull_parser();
