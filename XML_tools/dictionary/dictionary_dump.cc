@@ -184,12 +184,13 @@ int zrt4::detail::dump_dictionary_text(char* xml, const char* file_name, int mod
   return dump_dictionary<Width>(&entries.list, file_name, mode, fd, nullptr);
 }
 
-using zrt4::detail::narrow_records;
-using zrt4::detail::wide_records;
+namespace zrt4::detail {
 
-template int zrt4::detail::dump_dictionary<narrow_records>(
-    std::vector<zrt4_env_index_dictionary_entry*>*, const char*, int, int, std::string*);
-template int zrt4::detail::dump_dictionary<wide_records>(
-    std::vector<zrt4_env_index_dictionary_entry_2010*>*, const char*, int, int, std::string*);
-template int zrt4::detail::dump_dictionary_text<narrow_records>(char*, const char*, int, int);
-template int zrt4::detail::dump_dictionary_text<wide_records>(char*, const char*, int, int);
+template int dump_dictionary<narrow_records>(std::vector<zrt4_env_index_dictionary_entry*>*,
+                                             const char*, int, int, std::string*);
+template int dump_dictionary<wide_records>(std::vector<zrt4_env_index_dictionary_entry_2010*>*,
+                                           const char*, int, int, std::string*);
+template int dump_dictionary_text<narrow_records>(char*, const char*, int, int);
+template int dump_dictionary_text<wide_records>(char*, const char*, int, int);
+
+}  // namespace zrt4::detail

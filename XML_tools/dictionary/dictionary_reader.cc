@@ -144,14 +144,15 @@ int zrt4::detail::read_dictionary(char* source, std::vector<typename Width::entr
   }
 }
 
-using zrt4::detail::narrow_records;
-using zrt4::detail::wide_records;
+namespace zrt4::detail {
 
-template int zrt4::detail::read_dictionary<narrow_records, zrt4::memory_variant>(
+template int read_dictionary<narrow_records, memory_variant>(
     char*, std::vector<zrt4_env_index_dictionary_entry*>*);
-template int zrt4::detail::read_dictionary<narrow_records, zrt4::file_variant>(
+template int read_dictionary<narrow_records, file_variant>(
     char*, std::vector<zrt4_env_index_dictionary_entry*>*);
-template int zrt4::detail::read_dictionary<wide_records, zrt4::memory_variant>(
+template int read_dictionary<wide_records, memory_variant>(
     char*, std::vector<zrt4_env_index_dictionary_entry_2010*>*);
-template int zrt4::detail::read_dictionary<wide_records, zrt4::file_variant>(
+template int read_dictionary<wide_records, file_variant>(
     char*, std::vector<zrt4_env_index_dictionary_entry_2010*>*);
+
+}  // namespace zrt4::detail
