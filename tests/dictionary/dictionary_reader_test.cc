@@ -1,6 +1,9 @@
 // Dictionaries: the records that documents give.
 
 #include "dictionary_reading.hh"
+#include "own_locale.hh"
+
+[[maybe_unused]] static const auto* const points = test::locale_of_literals::in(LC_NUMERIC);
 
 using test::EnvIndexDictRead;
 using test::expect_entry;

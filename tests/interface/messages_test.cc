@@ -13,7 +13,10 @@
 #include <xercesc/util/OutOfMemoryException.hpp>
 
 #include "every_operation.hh"
+#include "own_locale.hh"
 #include "support.hh"
+
+[[maybe_unused]] static const auto* const english = test::locale_of_literals::in(LC_MESSAGES);
 
 namespace {
 
