@@ -163,9 +163,6 @@ TEST(ToolCheck, VeryLongTextIsCutRatherThanInterrupted) {
 }
 
 TEST(ToolCheck, DeclarationsCannotCostMoreThanTheLibraryLets) {
-#ifdef ZRT4_LEAK_CHECKED
-  GTEST_SKIP() << "with sanitizers so many references take longer than the budget";
-#endif
   std::string document = "<!DOCTYPE BMR [<!ENTITY e0 '" + std::string(100, 'a') + "'>";
   for (int level = 1; level <= 12; ++level) {
     const std::string inner = "&e" + std::to_string(level - 1) + ";";
@@ -177,8 +174,12 @@ TEST(ToolCheck, DeclarationsCannotCostMoreThanTheLibraryLets) {
   const run_result result = run("check " + file.path());
   EXPECT_EQ(result.code, 1);
   EXPECT_THAT(result.out, testing::HasSubstr(file.path() + ":2:"));
-  EXPECT_THAT(result.out,
-              testing::HasSubstr("parser has encountered more than '50000' entity expansions"));
+#ifdef ZRT4_LEAK_CHECKED  // so many take longer there than the budget, which ends them first
+  constexpr const char* refusal = "the document takes too much processor time: ";
+#else
+  constexpr const char* refusal = "parser has encountered more than '50000' entity expansions";
+#endif
+  EXPECT_THAT(result.out, testing::HasSubstr(refusal));
 }
 
 TEST(ToolCheck, TextsCutInTheVariableDialect) {
