@@ -78,7 +78,7 @@ TEST_F(XmlWriter, RoomIsMadeForTheLengthExpected) {
 // What is written may well be shorter: records that are listed again are not written again.
 TEST_F(XmlWriter, ALengthThatNoStringHasIsNoReasonToThrow) {
   std::string text = "text";
-  for (const std::size_t length : {text.max_size(), text.max_size() + 1, std::string::npos}) {
+  for (const std::size_t length : {text.max_size() + 1, std::string::npos}) {
     EXPECT_NO_THROW(expect_length(text, length));
     EXPECT_EQ(text, "text");
   }
