@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <random>
 #include <string>
 #include <string_view>
@@ -26,6 +27,7 @@
 #include "parse_env_index_dictionary.hh"
 #include "parse_ev_list.hh"
 #include "peers.hh"
+#include "temporary_document.hh"
 #include "zrt4_gige_descr.hh"
 
 namespace {
@@ -46,26 +48,14 @@ void must(bool good) {
 class lazy_document {
  public:
   lazy_document(std::string (*maker)(int), int count) : make(maker), parts(count) {}
-  lazy_document(const lazy_document&) = delete;
-  lazy_document& operator=(const lazy_document&) = delete;
-  ~lazy_document() {
-    if (written) std::remove(path.c_str());
-  }
-
   std::string& text() {
     if (made.empty()) made = make(parts);
     return made;
   }
 
   char* file() {
-    if (!written) {
-      std::FILE* out = fdopen(mkstemp(path.data()), "w");
-      must(out != nullptr);
-      std::fwrite(text().data(), 1, text().size(), out);
-      std::fclose(out);
-      written = true;
-    }
-    return path.data();
+    if (!written) written.emplace(text());
+    return written->path();
   }
 
   const int& size() const { return parts; }
@@ -74,8 +64,7 @@ class lazy_document {
   std::string (*make)(int);
   int parts;
   std::string made;
-  std::string path = "/tmp/zrt4_bench_XXXXXX";
-  bool written = false;
+  std::optional<bench::temporary_document> written;
 };
 using document = std::shared_ptr<lazy_document>;
 

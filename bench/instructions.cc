@@ -17,6 +17,7 @@
 #include "parse_chan_descr.hh"
 #include "parse_env_index_dictionary.hh"
 #include "parse_ev_list.hh"
+#include "zrt4xml.hh"
 
 namespace {
 
@@ -44,6 +45,11 @@ int read_channels(char* text, std::vector<chan_descr_2010*>* channels) {
   return parse_descr_list_read(text, channels, true, true);
 }
 
+bool read_received(std::string& text) {
+  const zrt4::message_list messages;
+  return read<chan_descr_2010, read_channels>(text) && messages.empty();
+}
+
 // What is counted, and the document for it.
 constexpr struct {
   std::string_view name;
@@ -53,6 +59,7 @@ constexpr struct {
     {"scan", scan, bench::element_channels},
     {"pull", pull, bench::element_channels},
     {"channels", read<chan_descr_2010, read_channels>, bench::element_channels},
+    {"received", read_received, bench::element_channels},
     {"variables-scan", scan, bench::variable_channels},
     {"variables", read<chan_descr_2010, read_channels>, bench::variable_channels},
     {"dictionary-scan", scan, bench::dictionary},

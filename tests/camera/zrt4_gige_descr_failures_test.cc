@@ -14,6 +14,7 @@
 #include <xercesc/util/RuntimeException.hpp>
 
 #include "camera_support.hh"
+#include "zrt4xml.hh"
 
 namespace {
 
@@ -142,6 +143,26 @@ TEST_F(GigeFailure, OutOfMemoryWhileParsing) {
   instead_of_parsing = [] { throw xercesc::OutOfMemoryException(); };
   EXPECT_EQ(refused(), "OutOfMemoryException\n");
   EXPECT_THAT(calls, ElementsAre("Initialize en_US", "parse camera.xml", "Terminate"));
+}
+
+TEST_F(GigeFailure, ReceiversLearnWhatItIsAbout) {
+  const zrt4::message_list received;
+  after_initializing = throw_xml_exception;
+  EXPECT_EQ(refused(), "");
+  XMLPlatformUtils::Terminate();
+  after_initializing = nullptr;
+  instead_of_parsing = [] { throw xercesc::OutOfMemoryException(); };
+  EXPECT_EQ(refused(), "");
+  instead_of_parsing = [] { throw DOMException(49); };
+  EXPECT_EQ(refused(), "");
+  ASSERT_EQ(received.size(), 3U);
+  EXPECT_EQ(received[0].topic, zrt4::message_topic::library);
+  EXPECT_EQ(received[0].severity, zrt4::message_severity::fatal_error);
+  EXPECT_EQ(received[0].text,
+            "Error during Xerces-c Initialization.  Exception message: unable to open file 'disk'");
+  EXPECT_EQ(received[1].topic, zrt4::message_topic::out_of_memory);
+  EXPECT_EQ(received[1].document, "camera.xml");
+  EXPECT_EQ(received[2].topic, zrt4::message_topic::not_read);
 }
 
 TEST_F(GigeFailure, XmlExceptionWhileParsing) {

@@ -9,6 +9,7 @@
 #include <xercesc/util/XMLString.hpp>
 
 #include "camera_support.hh"
+#include "zrt4xml.hh"
 
 namespace {
 
@@ -311,4 +312,19 @@ TEST_F(GigeWalk, OtherExceptionsPass) {
   };
   failing nodes{root};
   EXPECT_THROW(dump_nodes(&nodes, found.get()), int);
+}
+
+TEST_F(GigeWalk, WhatAReceiverThrowsPassesAndFeaturesStay) {
+  struct throwing : zrt4::message_receiver {
+    void receive(const zrt4::message& met) override { throw met.topic; }
+  } receiver;
+  node_list nodes{element(u"Integer", u"a"), element(u"Float", u"lost")};
+  nodes.fails_at = 1;
+  try {
+    (void)dump_nodes(&nodes, found.get());
+    ADD_FAILURE() << "nothing was thrown";
+  } catch (const zrt4::message_topic topic) {
+    EXPECT_EQ(topic, zrt4::message_topic::not_read);
+  }
+  EXPECT_EQ(shown(found), strings{"1|a|Unknown|Unknown|Unknown"});
 }

@@ -7,6 +7,7 @@
 #include "dictionary_support.hh"
 #include "system_calls.hh"
 #include "xml_library_calls.hh"
+#include "zrt4xml.hh"
 
 using test::calls;
 
@@ -151,6 +152,18 @@ TYPED_TEST(EnvIndexDictFaults, WithoutMemoryTheChannelIsSkippedAndReadingGoesOn)
     EXPECT_EQ(this->list[0].data.env_ch_rel_delta, failing == 1 ? 2.0F : 0.0F);
     EXPECT_EQ(this->list[1].index, failing == 3 ? 2 : 3);
   }
+}
+
+TYPED_TEST(EnvIndexDictFaults, WithoutMemoryAReceiverLearnsWhere) {
+  const zrt4::message_list received;
+  this->read("\n" + complete, 1);
+  EXPECT_EQ(this->said.out, "");
+  ASSERT_EQ(received.size(), 1U);
+  EXPECT_EQ(received[0].topic, zrt4::message_topic::out_of_memory);
+  EXPECT_EQ(received[0].severity, zrt4::message_severity::error);
+  EXPECT_EQ(received[0].document, "my_mem_info");
+  EXPECT_EQ(received[0].line, 2U);
+  EXPECT_EQ(received[0].text + "\n", this->no_memory);
 }
 
 TYPED_TEST(EnvIndexDictFaults, WithoutMemoryTheEntryBeforeStaysAsItWas) {

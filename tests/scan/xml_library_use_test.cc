@@ -7,6 +7,7 @@
 #include "parse_ev_list.hh"
 #include "pull_parser_support.hh"
 #include "xml_library_calls.hh"
+#include "zrt4xml.hh"
 
 using test::xml_library;
 
@@ -64,6 +65,37 @@ TEST_F(XmlLibrary, FailureLeavesAFileParserThatCanOnlyBeDestroyed) {
   });
   EXPECT_EQ(said.err, initialisation_message);
   EXPECT_EQ(xml_library.terminated, 1);
+}
+
+TEST_F(XmlLibrary, FailureIsAMessageToAReceiver) {
+  fail();
+  char text[] = "<R/>";
+  const test::output said = test::captured([&] {
+    const zrt4::message_list received;
+    const SAX_Memory_Parser in_memory(text);
+    const SAX_File_Parser in_file;
+    ASSERT_EQ(received.size(), 2U);
+    for (const zrt4::kept_message& each : received) {
+      EXPECT_EQ(each.topic, zrt4::message_topic::library);
+      EXPECT_EQ(each.severity, zrt4::message_severity::fatal_error);
+      EXPECT_EQ(each.text + "\n", initialisation_message);
+    }
+  });
+  EXPECT_EQ(said.out + said.err, "");
+}
+
+// The parser is destroyed although its constructor has not ended.
+TEST_F(XmlLibrary, FailureReleasesTheParserWhoseReceiverThrows) {
+  fail();
+  struct throwing : zrt4::message_receiver {
+    void receive(const zrt4::message&) override { throw 42; }
+  };
+  char text[] = "<R/>";
+  const throwing receiver;
+  EXPECT_THROW(SAX_Memory_Parser{text}, int);
+  EXPECT_THROW(SAX_File_Parser{}, int);
+  EXPECT_EQ(xml_library.initialised, 2);
+  EXPECT_EQ(xml_library.terminated, 2);
 }
 
 TEST_F(XmlLibrary, FailureMakesTheMemoryEventListReaderReturnOne) {
