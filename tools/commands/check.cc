@@ -40,8 +40,8 @@ void print(const checked& result) {
   std::printf("%s: %s\n", file, coloured(hue, line).c_str());
   for (const finding& each : result.found) {
     std::string place;
-    if (each.line != 0) {
-      place = ":" + std::to_string(each.line) + ":" + std::to_string(each.column);
+    if (each.place.line != 0) {
+      place = ":" + std::to_string(each.place.line) + ":" + std::to_string(each.place.column);
     }
     std::printf("%s%s: %s\n", file, place.c_str(), each.text.c_str());
   }
@@ -53,10 +53,10 @@ json to_json(const checked& result) {
   shown["record_count"] = result.records;
   json& list = shown["findings"] = json::array();
   for (const finding& each : result.found) {
-    json place = {{"finding", each.what}, {"line", nullptr}, {"column", nullptr}};
-    if (each.line != 0) {
-      place["line"] = each.line;
-      place["column"] = each.column;
+    json place = {{"finding", traits_of(each.what).name}, {"line", nullptr}, {"column", nullptr}};
+    if (each.place.line != 0) {
+      place["line"] = each.place.line;
+      place["column"] = each.place.column;
     }
     place["text"] = to_utf8(each.text);
     list.push_back(std::move(place));

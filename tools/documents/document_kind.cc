@@ -61,15 +61,15 @@ constexpr auto camera = document_kind::camera;
 
 constexpr kind_traits kinds[] = {
     {events, "events", "BMR", "event list", "event", "events", list_events, load<zrt4::event_list>,
-     event_elements},
+     known_in_events},
     {channels, "channels", "CHANDESCRIPTIONS", "channel descriptions, element dialect", "channel",
-     "channels", list_channels<channels>, load_channels<channels>, channel_elements},
+     "channels", list_channels<channels>, load_channels<channels>, known_in_channels},
     {variables, "variables", "DAQvariables", "channel descriptions, variable dialect", "channel",
-     "channels", list_channels<variables>, load_channels<variables>, variable_elements},
+     "channels", list_channels<variables>, load_channels<variables>, known_in_variables},
     {dictionary, "dictionary", "ENVINDEXDICT", "environment index dictionary", "entry", "entries",
-     list_dictionary, load<zrt4::env_dictionary_2010>, dictionary_elements},
+     list_dictionary, load<zrt4::env_dictionary_2010>, known_in_dictionary},
     {camera, "camera", "", "camera features", "feature", "features", list_camera,
-     load<zrt4::camera_features>, camera_elements},
+     load<zrt4::camera_features>, known_in_camera},
 };
 
 constexpr bool stand_in_order() {

@@ -2,20 +2,19 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstdio>
 #include <cstdlib>
-#include <cwchar>
 #include <map>
 #include <optional>
 #include <set>
-#include <tuple>
 #include <xercesc/sax/AttributeList.hpp>
 #include <xercesc/sax/Locator.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 
+#include "camera_findings.hh"
 #include "event_util.hh"
 #include "input_file.hh"
 #include "local_text.hh"
+#include "lost_characters.hh"
 #include "scan.hh"
 #include "terminal.hh"
 
@@ -25,8 +24,7 @@ namespace {
 
 /// Where something stands first, and how often it stands in the document.
 struct occurrences {
-  std::uint64_t line = 0;
-  std::uint64_t column = 0;
+  file_place first;
   int number = 0;
 };
 
@@ -60,7 +58,7 @@ bool names_a_data_type(long long number) {
 /// One pass over the elements of a document.
 class element_pass : public xercesc::HandlerBase {
  public:
-  explicit element_pass(const known_elements& all) : known(all) {}
+  element_pass(const known_elements& all, finding_list& into) : found(into), known(all) {}
 
   void setDocumentLocator(const xercesc::Locator* const given) override { locator = given; }
   void startElement(const XMLCh* const name, xercesc::AttributeList& attributes) override;
@@ -73,22 +71,19 @@ class element_pass : public xercesc::HandlerBase {
   /// What becomes clear only at the end.
   void finish();
 
-  std::vector<finding> found;
+  finding_list& found;
   std::map<std::string, occurrences> properties;
 
  private:
   struct element {
     std::string name;
     const known_element* meaning;
-    std::uint64_t line, column;
+    file_place place;
   };
 
   const known_element* meaning_of(const std::string& name) const;
   void note_occurrence(occurrences& of) const;
-  void add(std::string_view what, std::string text) {
-    found.push_back({what, std::move(text), open.back().line, open.back().column});
-  }
-  void check_characters(const XMLCh* chars, XMLSize_t length);
+  void add(rule what, std::string text) { found.add(what, open.back().place, std::move(text)); }
   void end_text();
   void end_record();
   void check_text(const known_element& meaning);
@@ -112,8 +107,7 @@ const known_element* element_pass::meaning_of(const std::string& name) const {
 
 void element_pass::note_occurrence(occurrences& of) const {
   if (of.number++ != 0) return;
-  of.line = open.back().line;
-  of.column = open.back().column;
+  of.first = open.back().place;
 }
 
 void element_pass::startElement(const XMLCh* const name, xercesc::AttributeList& attributes) {
@@ -121,7 +115,7 @@ void element_pass::startElement(const XMLCh* const name, xercesc::AttributeList&
   std::string local_name = to_local(name);
   const known_element* meaning = meaning_of(local_name);
   open.push_back(
-      {std::move(local_name), meaning, locator->getLineNumber(), locator->getColumnNumber()});
+      {std::move(local_name), meaning, {locator->getLineNumber(), locator->getColumnNumber()}});
   const element& here = open.back();
   if (meaning != nullptr && !meaning->needs.front().empty()) {
     end_record();
@@ -130,7 +124,7 @@ void element_pass::startElement(const XMLCh* const name, xercesc::AttributeList&
   if (meaning == nullptr && !known.empty()) note_occurrence(unknown[here.name]);
   if (meaning != nullptr && meaning->attribute != nullptr &&
       attributes.getValue(meaning->attribute) == nullptr) {
-    add("missing_attribute", here.name + " without the attribute " + meaning->attribute);
+    add(rule::missing_attribute, here.name + " without the attribute " + meaning->attribute);
   }
 }
 
@@ -141,32 +135,13 @@ void element_pass::endElement(const XMLCh* const /*name*/) {
 
 void element_pass::characters(const XMLCh* const chars, const XMLSize_t length) {
   pieces.push_back(to_local(std::basic_string<XMLCh>(chars, length).c_str()));
-  check_characters(chars, length);
-}
-
-// The first character that the local code page lacks.
-void element_pass::check_characters(const XMLCh* chars, XMLSize_t length) {
-  for (XMLSize_t i = 0; i < length; ++i) {
-    std::uint32_t code = chars[i];
-    if (code < 0x80) continue;
-    const bool is_pair = code >= 0xd800 && code < 0xdc00 && i + 1 < length;
-    if (is_pair) code = 0x10000 + ((code - 0xd800) << 10) + (chars[++i] - 0xdc00U);
-    std::mbstate_t state{};
-    char bytes[MB_LEN_MAX];
-    if (std::wcrtomb(bytes, static_cast<wchar_t>(code), &state) != static_cast<std::size_t>(-1)) {
-      continue;
-    }
-    char shown[sizeof "U+10FFFF"];
-    std::snprintf(shown, sizeof shown, "U+%04X", code);
-    add("character_lost",
-        open.back().name + " holds " + shown + ", which the code page of this locale lacks");
-    return;
-  }
+  std::string lost = lost_character(open.back().name, chars, length);
+  if (!lost.empty()) add(rule::character_lost, std::move(lost));
 }
 
 void element_pass::error(const xercesc::SAXParseException& exception) {
-  found.push_back({"damage", to_local(exception.getMessage()), exception.getLineNumber(),
-                   exception.getColumnNumber()});
+  found.add(rule::damage, {exception.getLineNumber(), exception.getColumnNumber()},
+            to_local(exception.getMessage()));
 }
 
 void element_pass::end_text() {
@@ -178,9 +153,8 @@ void element_pass::end_record() {
   if (record) {
     for (const std::string_view needed : record->meaning->needs) {
       if (needed.empty() || texts_of_record.count(needed) != 0) continue;
-      found.push_back({"record_left_out",
-                       record->name + " without " + std::string(needed) + " is left out",
-                       record->line, record->column});
+      found.add(rule::record_left_out, record->place,
+                record->name + " without " + std::string(needed) + " is left out");
     }
   }
   record.reset();
@@ -196,40 +170,37 @@ void element_pass::check_text(const known_element& meaning) {
   const bool is_cut = meaning.limit != 0 && text.size() > meaning.limit;
   // The scanner delivers a very long text in pieces, too; of that the cut is what counts.
   if (pieces.size() > 1 && !is_cut) {
-    add("interrupted_text", open.back().name +
-                                " is interrupted by a reference or a comment: only "
-                                "one piece of its text counts");
+    add(rule::interrupted_text, open.back().name +
+                                    " is interrupted by a reference or a comment: only "
+                                    "one piece of its text counts");
     return;
   }
   const long long number = std::strtoll(text.c_str(), nullptr, 10);
   if (meaning.role == text_role::event_type && !names_an_event_type(number)) {
-    add("unknown_event_type", "event type " + std::to_string(number) + " has no name");
+    add(rule::unknown_event_type, "event type " + std::to_string(number) + " has no name");
   }
   if (meaning.role == text_role::data_type && !names_a_data_type(number)) {
-    add("unknown_data_type", "data type " + std::to_string(number) + " has no name");
+    add(rule::unknown_data_type, "data type " + std::to_string(number) + " has no name");
   }
   if (meaning.role == text_role::property) note_occurrence(properties[text]);
   if (is_cut) {
-    add("text_cut", open.back().name + " has " + (pieces.size() > 1 ? "more than " : "") +
-                        std::to_string(text.size()) + " bytes; the record keeps " +
-                        std::to_string(meaning.limit) + ": " +
-                        quoted(std::string_view(text).substr(0, meaning.limit)));
+    add(rule::text_cut, open.back().name + " has " + (pieces.size() > 1 ? "more than " : "") +
+                            std::to_string(text.size()) + " bytes; the record keeps " +
+                            std::to_string(meaning.limit) + ": " +
+                            quoted(std::string_view(text).substr(0, meaning.limit)));
   }
 }
 
 void element_pass::finish() {
   end_record();
   for (const auto& [name, place] : unknown) {
-    found.push_back(
-        {"unknown_element",
-         "no reader knows the element " + quoted(name) + " (" + times(place.number) + ")",
-         place.line, place.column});
+    found.add(rule::unknown_element, place.first,
+              "no reader knows the element " + quoted(name) + " (" + times(place.number) + ")");
   }
   for (const auto& [property, place] : properties) {
     if (place.number == 1) continue;
-    found.push_back({"duplicate_property",
-                     "property " + quoted(property) + " stands here " + times(place.number),
-                     place.line, place.column});
+    found.add(rule::duplicate_property, place.first,
+              "property " + quoted(property) + " stands here " + times(place.number));
   }
 }
 
@@ -246,36 +217,29 @@ void find_nameless_channels(const std::vector<row>& records, element_pass& pass)
     const std::string property(text_in(channel, "property"));
     const auto place = pass.properties.find(property);
     const occurrences where = place != pass.properties.end() ? place->second : occurrences{};
-    pass.found.push_back({"channel_without_name", "channel " + quoted(property) + " has no name",
-                          where.line, where.column});
+    pass.found.add(rule::channel_without_name, where.first,
+                   "channel " + quoted(property) + " has no name");
   }
 }
 
-void find_duplicate_features(const std::vector<row>& records, element_pass& pass) {
-  std::map<std::string_view, int> names;
-  for (const row& feature : records) ++names[text_in(feature, "name")];
-  for (const auto& [name, number] : names) {
-    if (number == 1 || name.empty()) continue;
-    pass.found.push_back(
-        {"duplicate_feature", "feature " + quoted(name) + " stands here " + times(number)});
-  }
+void find_in_records(input_file& file, document_kind kind, const loaded_document& document,
+                     finding_list& found) {
+  element_pass pass(traits_of(kind).elements, found);
+  const std::string thrown = scan_document(file.path(), pass, xercesc::SAXParser::Val_Auto, true);
+  if (!thrown.empty()) found.add(rule::damage, {}, thrown);
+  pass.finish();
+  if (is_channels(kind)) find_nameless_channels(document.rows, pass);
 }
 
 }  // namespace
 
 std::vector<finding> findings_of(input_file& file, document_kind kind,
                                  const loaded_document& document) {
-  const bool is_camera = kind == document_kind::camera;
-  element_pass pass(traits_of(kind).elements);
-  const std::string thrown =
-      scan_document(file.path(), pass,
-                    is_camera ? xercesc::SAXParser::Val_Never : xercesc::SAXParser::Val_Auto, true);
-  if (!thrown.empty()) pass.found.push_back({"damage", thrown});
-  pass.finish();
-  if (is_channels(kind)) find_nameless_channels(document.rows, pass);
-  if (is_camera) find_duplicate_features(document.rows, pass);
-  std::stable_sort(pass.found.begin(), pass.found.end(), [](const finding& a, const finding& b) {
-    return std::tie(a.line, a.column) < std::tie(b.line, b.column);
-  });
-  return std::move(pass.found);
+  finding_list found;
+  if (kind == document_kind::camera) {
+    find_in_camera(file, document, found);
+  } else {
+    find_in_records(file, kind, document, found);
+  }
+  return found.take();
 }

@@ -151,8 +151,8 @@ constexpr auto dictionary = make_dictionary();
 
 }  // namespace
 
-constexpr known_elements event_elements = events;
-constexpr known_elements channel_elements = channels;
-constexpr known_elements variable_elements = variables;
-constexpr known_elements dictionary_elements = dictionary;
-constexpr known_elements camera_elements;
+constexpr known_elements known_in_events = events;
+constexpr known_elements known_in_channels = channels;
+constexpr known_elements known_in_variables = variables;
+constexpr known_elements known_in_dictionary = dictionary;
+constexpr known_elements known_in_camera;

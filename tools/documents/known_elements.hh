@@ -34,10 +34,10 @@ struct known_elements {
   std::size_t count = 0;
 };
 
-extern const known_elements event_elements;
-extern const known_elements channel_elements;
-extern const known_elements variable_elements;
-extern const known_elements dictionary_elements;
-extern const known_elements camera_elements;
+extern const known_elements known_in_events;
+extern const known_elements known_in_channels;
+extern const known_elements known_in_variables;
+extern const known_elements known_in_dictionary;
+extern const known_elements known_in_camera;
 
 #endif

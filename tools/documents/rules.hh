@@ -1,0 +1,77 @@
+#ifndef RULES_HH
+#define RULES_HH
+
+// What `check` looks for. Each rule is told to people by docs/check.md and to programs by its name,
+// which never changes.
+
+#include <cstddef>
+#include <string_view>
+
+/// error: something is lost, or is read as something else than is written; warning: it is odd.
+enum class severity : unsigned char { warning, error };
+
+enum class rule : unsigned char {
+  // The document.
+  damage,
+  // Elements and their places.
+  unknown_element,
+  misspelt_element,
+  misplaced_element,
+  too_early,
+  loose_element,
+  nested_record,
+  repeated_element,
+  stray_text,
+  stray_attribute,
+  missing_attribute,
+  // What is missing.
+  record_left_out,
+  event_skipped,
+  channel_without_name,
+  empty_element,
+  empty_list,
+  // Numbers.
+  not_a_number,
+  rest_ignored,
+  out_of_range,
+  impossible_number,
+  unknown_event_type,
+  unknown_data_type,
+  // Keys that stand there several times.
+  duplicate_property,
+  duplicate_index,
+  duplicate_name,
+  duplicate_event_type,
+  duplicate_block,
+  duplicate_channel,
+  duplicate_number,
+  duplicate_feature,
+  // Texts.
+  interrupted_text,
+  text_cut,
+  character_cut,
+  character_lost,
+  blanks_around_name,
+  blanks_around_text,
+};
+
+struct rule_traits {
+  rule which;
+  std::string_view name;  ///< as in JSON
+  severity weight;
+  std::string_view meaning;  ///< in one line
+};
+
+const rule_traits& traits_of(rule which);
+
+/// All of them, in the order of `rule`.
+struct rule_table {
+  const rule_traits* first;
+  std::size_t count;
+
+  const rule_traits* begin() const { return first; }
+  const rule_traits* end() const { return first + count; }
+};
+rule_table all_rules();
+
+#endif
