@@ -52,12 +52,8 @@ exit_code execute(const command_line& line) {
 
 int run(int argc, char** argv) {
   command_line line;
-  try {
-    line.app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    return line.app.exit(error) == 0 ? flushed(exit_fine) : exit_trouble;
-  }
-
+  if (const auto ended = line.parse(argc, argv))
+    return *ended == exit_fine ? flushed(*ended) : *ended;
   if (line.given.quiet) be_quiet();
   // A reader that went away is no error, however this process was started.
   std::signal(SIGPIPE, SIG_DFL);

@@ -1,5 +1,6 @@
 #include "command_line.hh"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <thread>
 
@@ -241,20 +242,24 @@ bool arguments::name_standard_input_twice() const {
   return in_files + (file == "-" ? 1 : 0) + (other == "-" ? 1 : 0) > 1;
 }
 
-command_line::command_line() {
-  app.set_version_flag("--version", "zrt4xml " ZRT4_VERSION);
-  app.require_subcommand(1);
-  app.failure_message(wrong_usage);
-  app.callback([this] {
+command_line::command_line()
+    : app(std::make_unique<CLI::App>(
+          "Shows, checks, compares and converts the XML documents through which the DAQ describes "
+          "itself.",
+          "zrt4xml")) {
+  app->set_version_flag("--version", "zrt4xml " ZRT4_VERSION);
+  app->require_subcommand(1);
+  app->failure_message(wrong_usage);
+  app->callback([this] {
     if (given.name_standard_input_twice()) {
       throw CLI::ValidationError("-", "standard input can be read only once");
     }
   });
-  app.fallthrough();
-  app.add_flag(
+  app->fallthrough();
+  app->add_flag(
       "-q,--quiet", given.quiet,
       "No messages but those of exit code 2; find, check, diff and dry runs print nothing either");
-  app.footer(
+  app->footer(
       "Example:\n"
       "  zrt4xml show events.xml\n"
       "  generate-list | zrt4xml show -\n"
@@ -270,13 +275,24 @@ command_line::command_line() {
       "  LC_ALL, LC_CTYPE, LANG  the code page of texts; UTF-8 where they name none\n"
       "\n"
       "Messages go to standard error.");
-  add(add_show(app, given), run_show);
-  add(add_find(app, given), run_find);
-  add(add_check(app, given), run_check);
-  add(add_diff(app, given), run_diff);
-  add(add_stat(app, given), run_stat);
-  add(add_convert(app, given), run_convert);
-  add(add_merge(app, given), run_merge);
+  add(add_show(*app, given), run_show);
+  add(add_find(*app, given), run_find);
+  add(add_check(*app, given), run_check);
+  add(add_diff(*app, given), run_diff);
+  add(add_stat(*app, given), run_stat);
+  add(add_convert(*app, given), run_convert);
+  add(add_merge(*app, given), run_merge);
+}
+
+command_line::~command_line() = default;
+
+std::optional<exit_code> command_line::parse(int argc, char** argv) {
+  try {
+    app->parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app->exit(error) == 0 ? exit_fine : exit_trouble;
+  }
+  return {};
 }
 
 void command_line::add(CLI::App* subcommand, action run) {

@@ -4,12 +4,17 @@
 // The one definition of the command line: the tool parses with it; --help, the manual page and the
 // completion are written from it.
 
-#include <CLI/CLI.hpp>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "answer_format.hh"
 #include "convert.hh"
+
+namespace CLI {
+class App;
+}
 
 /// What the subcommands were given.
 struct arguments {
@@ -40,20 +45,24 @@ struct arguments {
 class command_line {
  public:
   command_line();
+  command_line(const command_line&) = delete;
+  command_line& operator=(const command_line&) = delete;
+  ~command_line();
 
+  /// The exit code when that was all, as after --help or wrong usage, which it has printed.
+  std::optional<exit_code> parse(int argc, char** argv);
   /// Runs the subcommand that was chosen.
   exit_code execute() const { return chosen(given); }
 
+  const CLI::App& definition() const { return *app; }
+
   arguments given;
-  CLI::App app{
-      "Shows, checks, compares and converts the XML documents through which the DAQ describes "
-      "itself.",
-      "zrt4xml"};
 
  private:
   using action = exit_code (*)(const arguments&);
   void add(CLI::App* subcommand, action run);
 
+  std::unique_ptr<CLI::App> app;
   action chosen = nullptr;
 };
 

@@ -74,7 +74,8 @@ int main(int argc, char** argv) {
   const command_line line;
   std::string program;
   const bool written =
-      write_page(argv[1], manual_page(line.app, ZRT4_VERSION, ZRT4_VERSION_DATE)) &&
-      read_file(argv[3], program) && write_page(argv[2], program + completion_tables(line.app));
+      write_page(argv[1], manual_page(line.definition(), ZRT4_VERSION, ZRT4_VERSION_DATE)) &&
+      read_file(argv[3], program) &&
+      write_page(argv[2], program + completion_tables(line.definition()));
   return written ? 0 : 2;
 }
