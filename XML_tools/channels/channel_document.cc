@@ -22,16 +22,16 @@ namespace {
 
 using chan = chan_descr_2010;
 
-std::string_view text_of(const char* text) {
+std::string_view as_text(const char* text) {
   return text;
 }
-number_text text_of(std::int32_t number) {
+number_text as_text(std::int32_t number) {
   return decimal(number);
 }
-number_text text_of(std::uint32_t number) {
+number_text as_text(std::uint32_t number) {
   return decimal(static_cast<std::int32_t>(number));
 }
-number_text text_of(float number) {
+number_text as_text(float number) {
   return scientific(static_cast<double>(number));
 }
 
@@ -39,7 +39,7 @@ template <class Record>
 void append_field(std::string& out, std::string_view name, const channel_field<Record>& field,
                   const Record& record) {
   with_value(field.member, record, [&](const auto& value) {
-    const auto text = text_of(value);
+    const auto text = as_text(value);
     const std::string_view shown = text;
     const bool has_no_name = field.role == field_role::daq_name && shown.empty();
     append_leaf(out, name, has_no_name ? undefined_daq_name : shown);
@@ -61,7 +61,7 @@ void append_parameters(std::string& out, const dimension_parameter<Record> (&par
   for (const auto& each : parameters) {
     if (each.is_written != nullptr && !each.is_written(record)) continue;
     std::visit(
-        [&](auto value) { append_leaf(out, each.element, text_of(std::invoke(value, record))); },
+        [&](auto value) { append_leaf(out, each.element, as_text(std::invoke(value, record))); },
         each.value);
   }
 }

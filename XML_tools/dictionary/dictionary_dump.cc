@@ -54,14 +54,14 @@ void list_entry(int number, const Entry& entry) {
 }
 
 // What a file holds of a field.
-number_text text_of(std::int32_t index) {
+number_text as_text(std::int32_t index) {
   return decimal(index);
 }
-number_text text_of(float threshold) {
+number_text as_text(float threshold) {
   return fixed(static_cast<double>(threshold));
 }
 template <std::size_t Size>
-std::string_view text_of(const char (&property)[Size]) {
+std::string_view as_text(const char (&property)[Size]) {
   const std::string_view name = name_in(property);
   return name.empty() ? "!!!UNDEFINED!!!" : name;  // readers would not see an empty element
 }
@@ -71,7 +71,7 @@ void write_line(std::FILE* file, const Entry& entry) {
   const char* separator = "";
   for (const auto& field : dictionary_fields<Entry>) {
     with_value(field.member, entry, [&](const auto& value) {
-      const auto text = text_of(value);
+      const auto text = as_text(value);
       const std::string_view shown = text;
       std::fprintf(file, "%s%.*s", separator, static_cast<int>(shown.size()), shown.data());
     });
@@ -85,7 +85,7 @@ void append_channel(std::string& document, const Entry& entry) {
   START_TAGN(document, env_index_names[ENV_INDX_CHAN]);
   for (const auto& field : dictionary_fields<Entry>) {
     with_value(field.member, entry, [&](const auto& value) {
-      zrt4::detail::append_leaf(document, field.element, text_of(value));
+      zrt4::detail::append_leaf(document, field.element, as_text(value));
     });
   }
   END_TAGN(document, env_index_names[ENV_INDX_CHAN]);
