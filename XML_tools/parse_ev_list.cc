@@ -11,6 +11,7 @@
 
 #include "diagnostics.hh"
 #include "event_fields.hh"
+#include "event_number_text.hh"
 #include "event_util.hh"
 #include "name_table.hh"
 #include "read_document.hh"
@@ -23,45 +24,11 @@ using zrt4::detail::event_numbers;
 using zrt4::detail::longest_block_name;
 using zrt4::detail::name_table;
 using zrt4::detail::named;
+using zrt4::detail::read_event_number;
 using zrt4::detail::unusable_parser;
 
 // Of a block that has any. It saves growing in ones and twos.
 constexpr std::size_t usual_channels = 4;
-
-constexpr unsigned no_digit = 16;
-
-constexpr unsigned digit_of(char c) {
-  if (c >= '0' && c <= '9') return static_cast<unsigned>(c - '0');
-  if (c >= 'a' && c <= 'f') return static_cast<unsigned>(c - 'a') + 10;
-  if (c >= 'A' && c <= 'F') return static_cast<unsigned>(c - 'A') + 10;
-  return no_digit;
-}
-
-// Reads a text that is wholly digits, few enough to fit in any case.
-bool read_digits(const char* text, unsigned base, std::ptrdiff_t longest, std::uint32_t& field) {
-  std::uint32_t number = 0;
-  const char* at = text;
-  for (; digit_of(*at) < base; ++at) number = base * number + digit_of(*at);
-  if (at == text || at - text > longest || *at != '\0') return false;
-  field = number;
-  return true;
-}
-
-// What nearly all numbers look like, read as the general rule below would.
-bool read_plain(const char* text, std::uint32_t& field) {
-  if (text[0] == '0' && text[1] == 'x') return read_digits(text + 2, 16, 8, field);
-  return read_digits(text, 10, 9, field);
-}
-
-// A text that is no number leaves the field as it was. Only a lower-case x makes it hexadecimal.
-void read_number(const char* text, std::uint32_t& field) {
-  if (read_plain(text, field)) return;
-  if (std::strchr(text, 'x') != nullptr) {
-    std::sscanf(text, " 0x%X ", &field);
-  } else {
-    std::sscanf(text, "%u", &field);
-  }
-}
 
 /// What an element is for: an action, or a number of an entry.
 struct event_element {
@@ -129,7 +96,7 @@ class ev_list_reader {
         if (in_block) in_channels = true;
         break;
       default:
-        if (text != nullptr && entry != nullptr) read_number(text, element.field->in(*entry));
+        if (text != nullptr && entry != nullptr) read_event_number(text, element.field->in(*entry));
     }
   }
 

@@ -108,9 +108,9 @@ class dictionary_reader {
     if (index_seen) append(property_seen);
   }
 
-  // A text that is no number leaves the field as it was, as sscanf does.
+  // A text that is no number leaves the field as it was.
   static void take(float& threshold, const char* text) {
-    if (!zrt4::detail::read_plain_number(text, threshold)) std::sscanf(text, "%f", &threshold);
+    zrt4::detail::read_number(text, threshold);
   }
 
   // Only the element that completed the entry is forgotten: coming again, it appends the entry

@@ -27,7 +27,10 @@ struct event_number {
   std::string_view element;
   std::string_view row;  ///< as a value of an entry, for programs: JSON, diff
   std::uint32_t& (*in)(zrt4_ev_entry& entry);
+  std::uint32_t most = UINT32_MAX;  ///< without being odd
 };
+
+constexpr std::uint32_t most_microseconds = 999'999;  // more are seconds
 
 /// All but the type, which decides whether there is an entry.
 constexpr event_number event_numbers[] = {
@@ -35,7 +38,7 @@ constexpr event_number event_numbers[] = {
     {"MINTIMESEC", "min_time_seconds",
      [](zrt4_ev_entry& e) -> std::uint32_t& { return e.min_ev_time.timeup; }},
     {"MINTIMEUSEC", "min_time_microseconds",
-     [](zrt4_ev_entry& e) -> std::uint32_t& { return e.min_ev_time.timelow; }},
+     [](zrt4_ev_entry& e) -> std::uint32_t& { return e.min_ev_time.timelow; }, most_microseconds},
     {"PRIORITY", "priority", [](zrt4_ev_entry& e) -> std::uint32_t& { return e.priority; }},
 };
 

@@ -9,6 +9,7 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <string_view>
 
@@ -59,6 +60,12 @@ inline std::int32_t read_decimal(const char* text) {
 /// decimal point) of few digits exactly as sscanf's "%f" reads it. False, and `number` as it was,
 /// for any other text: leave those to sscanf.
 bool read_plain_number(const char* text, float& number);
+
+/// Reads a number as sscanf's "%f" does. False, and `number` as it was, when the text begins with
+/// none.
+inline bool read_number(const char* text, float& number) {
+  return read_plain_number(text, number) || std::sscanf(text, "%f", &number) == 1;
+}
 
 }  // namespace zrt4::detail
 

@@ -15,8 +15,13 @@ bool finding_list::has_room(rule what, file_place place) {
     ++of_rule.kept;
     return true;
   }
-  if (of_rule.left_out++ == 0) of_rule.first_left_out = place;
+  leave_out(what, place);
   return false;
+}
+
+void finding_list::leave_out(rule what, file_place place) {
+  tally& of_rule = tallies[static_cast<std::size_t>(what)];
+  if (of_rule.left_out++ == 0) of_rule.first_left_out = place;
 }
 
 std::vector<finding> finding_list::take() {

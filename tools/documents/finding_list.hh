@@ -42,6 +42,9 @@ class finding_list {
     }
   }
 
+  /// Counts one that is not worth making.
+  void leave_out(rule what, file_place place);
+
   /// All that was kept, by place, and for each rule how many were not.
   std::vector<finding> take();
 

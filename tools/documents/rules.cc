@@ -21,6 +21,7 @@ constexpr rule_traits rules[] = {
     {rule::nested_record, "nested_record", error, "a record stands within one of its kind"},
     {rule::repeated_element, "repeated_element", error,
      "an element stands several times in a record that has it once"},
+    {rule::read_again, "read_again", error, "an element is read several times"},
     {rule::stray_text, "stray_text", error, "a text stands where none is read"},
     {rule::stray_attribute, "stray_attribute", error, "an attribute that is not read"},
     {rule::missing_attribute, "missing_attribute", error, "an element lacks its attribute"},

@@ -21,6 +21,7 @@ enum class rule : unsigned char {
   loose_element,
   nested_record,
   repeated_element,
+  read_again,
   stray_text,
   stray_attribute,
   missing_attribute,
