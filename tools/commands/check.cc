@@ -22,6 +22,7 @@ struct checked {
 
 // What the readers tell is among the findings, with file, line and column.
 checked check_document(input_file& file) {
+  refuse_json(file);
   const document_kind kind = kind_of(file);
   const loaded_document document = traits_of(kind).load(file);
   return {file.name(), kind, document.rows.size(), document.how.errors,

@@ -35,6 +35,7 @@ struct loading {
 };
 
 loading load(loaded_channels& channels, input_file& file) {
+  refuse_json(file);
   const document_kind kind = kind_of(file);
   const bool variables = kind == document_kind::variables;
   if (!is_channels(kind)) throw wrong_kind(file, kind, "channel descriptions");

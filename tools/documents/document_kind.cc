@@ -6,6 +6,8 @@
 #include "bad_document.hh"
 #include "file_error.hh"
 #include "input_file.hh"
+#include "json_reading.hh"
+#include "json_text.hh"
 #include "received_messages.hh"
 #include "scan.hh"
 #include "terminal.hh"
@@ -100,6 +102,14 @@ std::string shown(const std::string& name) {
   return shortened(printable(name));
 }
 
+document_kind kind_in_json(input_file& file, std::optional<document_kind> expected) {
+  const document_kind kind = kind_of_json(file);
+  const bool fits = !expected || *expected == kind || (is_channels(*expected) && is_channels(kind));
+  if (fits) return kind;
+  throw bad_document(file.name(), "its kind is '" + std::string(traits_of(kind).name) + "', not '" +
+                                      std::string(traits_of(*expected).name) + "'");
+}
+
 }  // namespace
 
 int dialect_of(document_kind kind) {
@@ -111,6 +121,7 @@ const kind_traits& traits_of(document_kind kind) {
 }
 
 document_kind kind_of(input_file& file, std::optional<document_kind> expected) {
+  if (is_json(file)) return kind_in_json(file, expected);
   const root_element root = find_root_element(file.path());
   if (expected) {
     if (!root.name.empty() && !reads(*expected, root.name)) {
@@ -130,6 +141,12 @@ document_kind kind_of(input_file& file, std::optional<document_kind> expected) {
   if (describes_a_camera(file)) return camera;
   throw bad_document(file.name(), "unknown kind of document: its root element is '" +
                                       shown(root.name) + "'; known are " + known_kinds());
+}
+
+void refuse_json(input_file& file) {
+  if (!is_json(file)) return;
+  throw file_error(file.name(),
+                   "is JSON, where XML is needed: 'zrt4xml convert --to xml' makes it");
 }
 
 std::optional<document_kind> kind_named(std::string_view name) {

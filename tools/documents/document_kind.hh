@@ -58,6 +58,9 @@ const kind_traits& traits_of(document_kind kind);
 /// no kind, or not of that expected.
 document_kind kind_of(input_file& file, std::optional<document_kind> expected = {});
 
+/// Throws `file_error` when it is JSON, for whoever looks at the XML itself.
+void refuse_json(input_file& file);
+
 /// The kind called `name`.
 std::optional<document_kind> kind_named(std::string_view name);
 

@@ -2,11 +2,18 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <iterator>
+#include <memory>
+#include <new>
 
+#include "file_error.hh"
 #include "input_file.hh"
+#include "json_reading.hh"
+#include "json_text.hh"
 #include "message.hh"
 #include "received_messages.hh"
+#include "type_masks.hh"
 
 namespace {
 
@@ -29,6 +36,55 @@ std::vector<std::string> lines_of(const std::string& file,
   return about_xml.empty() ? others : about_xml;
 }
 
+// The records of all documents that JSON holds.
+template <class List>
+reading read_json_into(List& list, input_file& file) {
+  reading result;
+  for (json_document& document : read_json(file)) {
+    auto* const records = std::get_if<List>(&document.records);
+    if (records == nullptr) throw file_error(file.name(), "holds documents of several kinds");
+    result.errors += document.errors;
+    result.messages.insert(result.messages.end(), document.messages.begin(),
+                           document.messages.end());
+    auto taken = records->release();
+    list.get()->insert(list.get()->end(), taken.begin(), taken.end());
+  }
+  result.errors += static_cast<int>(result.messages.size());
+  return result;
+}
+
+void make_masks(zrt4::channel_list& list) {
+  for (chan_descr_2010& channel : list) {
+    channel.ev_type = zrt4::detail::event_type_of(std::to_string(channel.ev_type).c_str(), true);
+    channel.dtype = zrt4::detail::data_type_of(std::to_string(channel.dtype).c_str(), true);
+  }
+}
+
+// The older record holds less of a name.
+reading read_narrow_json_into(zrt4::env_dictionary& list, input_file& file) {
+  using entry = zrt4_env_index_dictionary_entry;
+  zrt4::env_dictionary_2010 wide;
+  reading result = read_json_into(wide, file);
+  for (const zrt4_env_index_dictionary_entry_2010& from : wide) {
+    auto* const narrow = static_cast<entry*>(std::calloc(1, sizeof(entry)));
+    if (narrow == nullptr) throw std::bad_alloc();
+    list.get()->push_back(narrow);
+    narrow->index = from.index;
+    const std::string_view name = from.data.env_prop;
+    name.copy(narrow->data.env_prop, sizeof narrow->data.env_prop - 1);
+    narrow->data.env_ch_abs_delta = from.data.env_ch_abs_delta;
+    narrow->data.env_ch_rel_delta = from.data.env_ch_rel_delta;
+    if (name == narrow->data.env_prop) continue;
+    ++result.errors;
+    result.messages.push_back(message_line(
+        file.name(), "index " + std::to_string(from.index) + ": the property has " +
+                         std::to_string(name.size()) + " bytes, of which the record keeps " +
+                         std::to_string(sizeof narrow->data.env_prop - 1) +
+                         "; --wide keeps them all"));
+  }
+  return result;
+}
+
 template <class List>
 reading read_file(List& list, input_file& file) {
   return read_with_messages(file, [&] { return list.read_file(file.path()); });
@@ -45,10 +101,16 @@ reading read_with_messages(input_file& file, const std::function<int()>& read) {
 }
 
 reading read_into(zrt4::event_list& list, input_file& file) {
+  if (is_json(file)) return read_json_into(list, file);
   return read_file(list, file);
 }
 
 reading read_into(zrt4::channel_list& list, input_file& file, int dialect, zrt4::types wanted) {
+  if (is_json(file)) {
+    reading result = read_json_into(list, file);
+    if (wanted == zrt4::types::masks) make_masks(list);
+    return result;
+  }
   if (dialect != MORV_FORMAT || wanted != zrt4::types::masks) {
     return read_with_messages(file, [&] { return list.read_file(file.path(), wanted); });
   }
@@ -58,14 +120,17 @@ reading read_into(zrt4::channel_list& list, input_file& file, int dialect, zrt4:
 }
 
 reading read_into(zrt4::env_dictionary& list, input_file& file) {
+  if (is_json(file)) return read_narrow_json_into(list, file);
   return read_file(list, file);
 }
 
 reading read_into(zrt4::env_dictionary_2010& list, input_file& file) {
+  if (is_json(file)) return read_json_into(list, file);
   return read_file(list, file);
 }
 
 reading read_into(zrt4::camera_features& list, input_file& file) {
+  if (is_json(file)) return read_json_into(list, file);
   reading result;
   received_messages received;
   result.errors = list.read_file(file.path());

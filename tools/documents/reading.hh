@@ -1,7 +1,9 @@
 #ifndef READING_HH
 #define READING_HH
 
-// Files of the command line, read into the library's lists. Nothing is printed, in whatever thread.
+// Files of the command line, XML or JSON, read into the library's lists. Of JSON, the records of
+// all its documents; it is read as a whole or, with a `bad_document`, not at all. Nothing is
+// printed, in whatever thread.
 
 #include <functional>
 #include <string>

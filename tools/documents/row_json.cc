@@ -15,7 +15,7 @@ json of(std::string_view text) {
 }
 
 // The decimal that a person wrote rather than the nearest binary fraction; what is no number has no
-// place in JSON.
+// place in JSON, but a name beside it.
 json of(threshold value) {
   if (!std::isfinite(value.value)) return nullptr;
   return std::strtod(text_of(value).c_str(), nullptr);
@@ -34,6 +34,8 @@ json to_json(const row& record) {
     const std::string name(field.name);
     object[name] = to_json(field.value);
     if (!field.number_name.empty()) object[name + "_name"] = field.number_name;
+    const auto* value = std::get_if<threshold>(&field.value);
+    if (value != nullptr && !std::isfinite(value->value)) object[name + "_name"] = text_of(*value);
   }
   for (const row_group& group : record.groups) {
     object[std::string(group.name)] = to_json(group.rows);

@@ -1,29 +1,16 @@
 #ifndef ROWS_HH
 #define ROWS_HH
 
-// Every record as a row of named values: what JSON shows and what documents are compared by. A
-// field of a record comes from the library's table of its fields; the first of each is the key.
+// Every record as a row of named values: what JSON shows and what documents are compared by. The
+// first field of each is the key.
 
-#include <cstdint>
 #include <deque>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
+#include "record_types.hh"
 #include "zrt4xml.hh"
-
-/// A threshold as the records hold it. Compared by its bits, so that even what is no number has its
-/// place in an order.
-struct threshold {
-  float value;
-};
-bool operator==(threshold a, threshold b);
-bool operator<(threshold a, threshold b);
-/// The shortest decimal that reads back as the same value.
-std::string text_of(threshold value);
-
-using cell = std::variant<std::int64_t, threshold, std::string_view>;
 
 struct row;
 
@@ -54,6 +41,9 @@ struct row {
 };
 bool operator==(const row& a, const row& b);
 bool operator<(const row& a, const row& b);
+
+/// A record of that type.
+row row_of(const record_type& type, const void* record);
 
 std::vector<row> rows_of(const zrt4::event_list& list);
 std::vector<row> rows_of(const zrt4::channel_list& list);

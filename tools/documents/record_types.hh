@@ -1,0 +1,83 @@
+#ifndef RECORD_TYPES_HH
+#define RECORD_TYPES_HH
+
+// What each kind of record is made of, told at run time from the library's tables: its fields, in
+// the order in which a person sees them, and the records inside it. Rows, JSON in and out, tables,
+// selecting and setting all walk these, so that a field of a table is known to all of them.
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "zrt4xml.hh"
+
+/// A threshold as the records hold it. Compared by its bits, so that even what is no number has its
+/// place in an order.
+struct threshold {
+  float value;
+};
+bool operator==(threshold a, threshold b);
+bool operator<(threshold a, threshold b);
+/// The shortest decimal that reads back as the same value.
+std::string text_of(threshold value);
+
+/// The value of a field. A text refers to the record.
+using cell = std::variant<std::int64_t, threshold, std::string_view>;
+
+/// The name of a number, as of an event type.
+using name_of_number = const char* (*)(int);
+
+enum class value_kind { number, threshold, text };
+
+struct record_field {
+  static constexpr std::size_t any_length = std::numeric_limits<std::size_t>::max();
+
+  std::string_view name;  ///< as in JSON
+  value_kind holds = value_kind::text;
+  std::int64_t least = 0;         ///< of a number
+  std::int64_t most = 0;          ///< of a number
+  std::size_t room = any_length;  ///< bytes that a text may have
+  name_of_number names = nullptr;
+};
+
+struct record_type;
+
+/// Records inside a record, as the bits of a channel, or in a list.
+struct record_group {
+  std::string_view name;      ///< of all, as in JSON
+  std::string_view one_name;  ///< of one, for a person
+  const record_type* type;
+  std::size_t (*size)(const void* holder);
+  const void* (*at)(const void* holder, std::size_t position);
+  /// Appends an empty record, which the holder owns.
+  void* (*add)(void* holder);
+};
+
+/// Records are handed to its functions as pointers to the type that it describes.
+struct record_type {
+  const record_field* fields;  ///< the first is the key
+  std::size_t field_count;
+  const record_group* groups;
+  std::size_t group_count;
+  cell (*get)(const void* record, std::size_t field);
+  /// The value is of the field's kind and within its limits.
+  void (*set)(void* record, std::size_t field, const cell& value);
+
+  /// A record of one value without groups is shown as that value.
+  bool is_one_value() const { return field_count == 1 && group_count == 0; }
+};
+
+/// The records of a list, whose holder is the list.
+const record_group& records_in(const zrt4::event_list& list);
+const record_group& records_in(const zrt4::channel_list& list);
+const record_group& records_in(const zrt4::env_dictionary_2010& list);
+const record_group& records_in(const zrt4::camera_features& list);
+
+/// The number of a field that is called so, in any case; nothing when none is. `found` is as it was
+/// then.
+bool number_named(const record_field& field, std::string_view name, std::int64_t& found);
+
+#endif
