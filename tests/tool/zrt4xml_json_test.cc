@@ -132,7 +132,8 @@ TEST(ToolJson, ThresholdsAreTheDecimalsThatWereWritten) {
       "</CHANNEL></ENVINDEXDICT>");
   EXPECT_THAT(run("show --json " + file.path()).out,
               testing::HasSubstr("\"absolute_threshold\": 0.05,\n"
-                                 "          \"relative_threshold\": null\n"));
+                                 "          \"relative_threshold\": null,\n"
+                                 "          \"relative_threshold_name\": \"nan\"\n"));
   EXPECT_TRUE(prints_valid_json("show --json " + file.path()));
 }
 
