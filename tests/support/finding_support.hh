@@ -1,0 +1,43 @@
+#ifndef FINDING_SUPPORT_HH
+#define FINDING_SUPPORT_HH
+
+// What `check` finds in a document, without running the tool.
+
+#include <string>
+#include <vector>
+
+#include "document_kind.hh"
+#include "findings.hh"
+#include "input_file.hh"
+#include "received_messages.hh"
+#include "support.hh"
+
+namespace test {
+
+struct check_result {
+  int errors = 0;
+  std::size_t records = 0;
+  std::vector<finding> found;
+};
+
+inline check_result check_of(const std::string& document) {
+  const temporary_file file(document);
+  input_file input(file.path());
+  const document_kind kind = kind_of(input);
+  const loaded_document loaded = traits_of(kind).load(input);
+  return {loaded.how.errors, loaded.rows.size(), findings_of(input, kind, loaded)};
+}
+
+/// "LINE:COLUMN rule: text" of each finding.
+inline std::vector<std::string> found_in(const std::string& document) {
+  std::vector<std::string> lines;
+  for (const finding& each : check_of(document).found) {
+    lines.push_back(std::to_string(each.place.line) + ":" + std::to_string(each.place.column) +
+                    " " + std::string(traits_of(each.what).name) + ": " + each.text);
+  }
+  return lines;
+}
+
+}  // namespace test
+
+#endif
