@@ -19,15 +19,16 @@ constexpr std::string_view awaits_text = "Waiting";
 
 struct feature_field {
   feature_text text;
-  std::string_view row;  ///< as a value of a feature, for programs: JSON, diff
+  std::string_view name;  ///< of the member
+  std::string_view row;   ///< as a value of a feature, for programs: JSON, diff
 };
 
 /// The name comes from an attribute; a text fills the first of the others that awaits one.
 constexpr feature_field feature_fields[] = {
-    {&ZRT4GigEFeature::name, "name"},
-    {&ZRT4GigEFeature::extension, "control_name"},
-    {&ZRT4GigEFeature::tooltip, "tool_tip"},
-    {&ZRT4GigEFeature::description, "description"},
+    {&ZRT4GigEFeature::name, "name", "name"},
+    {&ZRT4GigEFeature::extension, "extension", "control_name"},
+    {&ZRT4GigEFeature::tooltip, "tooltip", "tool_tip"},
+    {&ZRT4GigEFeature::description, "description", "description"},
 };
 
 }  // namespace zrt4::detail

@@ -215,9 +215,9 @@ void feature_walk::read_attributes(const xercesc::DOMNamedNodeMap& attributes) {
 void feature_walk::fill_waiting(const DOMNode& node) {
   ZRT4GigEFeature* feature = latest();
   if (feature == nullptr) return;
-  for (const auto& [field, row] : feature_fields) {
-    if (field == &ZRT4GigEFeature::name || feature->*field != awaits_text) continue;
-    feature->*field = convert(node.getNodeValue());
+  for (const auto& field : feature_fields) {
+    if (field.text == &ZRT4GigEFeature::name || feature->*field.text != awaits_text) continue;
+    feature->*field.text = convert(node.getNodeValue());
     return;
   }
 }

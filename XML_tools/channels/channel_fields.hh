@@ -32,6 +32,7 @@ struct channel_field {
   std::variant<char (Record::*)[16], char (Record::*)[64], char (Record::*)[80],
                char (Record::*)[256], std::int32_t Record::*, std::uint32_t Record::*>
       member;
+  std::string_view name;     ///< of the member
   listed row;                ///< as a value of a record, for programs: JSON, diff, stat
   std::string_view element;  ///< of the element dialect, whose order is that of the table
   listed variable = {};      ///< of the variable dialect
@@ -45,34 +46,47 @@ using chan = chan_descr_2010;
 
 constexpr channel_field<chan> channel[] = {
     // member            row                   element      variable            more
-    {&chan::stream, {"stream", 5}, "STREAM"},
-    {&chan::ev_type, {"event_type", 3}, "EVTYPE", {"evType", 1}, field_role::event_type},
-    {&chan::dtype, {"data_type", 4}, "DTYPE", {}, field_role::data_type},
-    {&chan::db_key, {"db_key", 12}, "DB_KEY", {"DBKey", 4}, field_role::database_key, false},
-    {&chan::count, {"count", 13}, "COUNT"},
-    {&chan::sb_name, {"server_block", 7}, "SB_NAME", {"sbName", 6}, field_role::plain, false},
-    {&chan::prop_name, {"property", 1}, "PROP", {"vindo", 2}, field_role::property},
-    {&chan::daq_name, {"name", 2}, "NAME", {"daqName", 3}, field_role::daq_name},
-    {&chan::set_point, {"set_point", 11}, "SETPOINT", {"setPoint", 5}},
-    {&chan::subsystem, {"subsystem", 6}, "SUBSYSTEM", {"subSystem", 7}},
-    {&chan::units, {"units", 9}, "UNITS", {"units", 9}},
-    {&chan::prop_desc, {"description", 8}, "DESC", {"description", 8}},
-    {&chan::max_size, {"size", 10}, "SIZE", {"lastIndex", 10}, field_role::size},
+    {&chan::stream, "stream", {"stream", 5}, "STREAM"},
+    {&chan::ev_type, "ev_type", {"event_type", 3}, "EVTYPE", {"evType", 1}, field_role::event_type},
+    {&chan::dtype, "dtype", {"data_type", 4}, "DTYPE", {}, field_role::data_type},
+    {&chan::db_key,
+     "db_key",
+     {"db_key", 12},
+     "DB_KEY",
+     {"DBKey", 4},
+     field_role::database_key,
+     false},
+    {&chan::count, "count", {"count", 13}, "COUNT"},
+    {&chan::sb_name,
+     "sb_name",
+     {"server_block", 7},
+     "SB_NAME",
+     {"sbName", 6},
+     field_role::plain,
+     false},
+    {&chan::prop_name, "prop_name", {"property", 1}, "PROP", {"vindo", 2}, field_role::property},
+    {&chan::daq_name, "daq_name", {"name", 2}, "NAME", {"daqName", 3}, field_role::daq_name},
+    {&chan::set_point, "set_point", {"set_point", 11}, "SETPOINT", {"setPoint", 5}},
+    {&chan::subsystem, "subsystem", {"subsystem", 6}, "SUBSYSTEM", {"subSystem", 7}},
+    {&chan::units, "units", {"units", 9}, "UNITS", {"units", 9}},
+    {&chan::prop_desc, "prop_desc", {"description", 8}, "DESC", {"description", 8}},
+    {&chan::max_size, "max_size", {"size", 10}, "SIZE", {"lastIndex", 10}, field_role::size},
 };
 
 // A bit's title in the variable dialect is no field: it is read as the name, and written from the
 // description.
 constexpr channel_field<bit_descr> bit[] = {
-    {&bit_descr::bit, {"number", 1}, "BIT", {}, field_role::number_of_record},
-    {&bit_descr::bit_name, {"name", 2}, "BIT_NAME"},
-    {&bit_descr::bit_desc, {"description", 3}, "BIT_DESCR"},
+    {&bit_descr::bit, "bit", {"number", 1}, "BIT", {}, field_role::number_of_record},
+    {&bit_descr::bit_name, "bit_name", {"name", 2}, "BIT_NAME"},
+    {&bit_descr::bit_desc, "bit_desc", {"description", 3}, "BIT_DESCR"},
 };
 
 constexpr channel_field<dim_descr> dimension[] = {
-    {&dim_descr::dim, {"number", 1}, "DIM", {}, field_role::number_of_record},
-    {&dim_descr::dim_name, {"name", 2}, "DIM_NAME", {"name", 1}},
-    {&dim_descr::units, {"units", 4}, "DIM_UNITS", {"units", 3}},
+    {&dim_descr::dim, "dim", {"number", 1}, "DIM", {}, field_role::number_of_record},
+    {&dim_descr::dim_name, "dim_name", {"name", 2}, "DIM_NAME", {"name", 1}},
+    {&dim_descr::units, "units", {"units", 4}, "DIM_UNITS", {"units", 3}},
     {&dim_descr::dim_desc,
+     "dim_desc",
      {"description", 3},
      "DIM_DESCR",
      {"description", 2},
@@ -80,10 +94,15 @@ constexpr channel_field<dim_descr> dimension[] = {
 };
 
 constexpr channel_field<stat_descr> statistic[] = {
-    {&stat_descr::stat, {"number", 1}, "STAT", {}, field_role::number_of_record},
-    {&stat_descr::stat_name, {"name", 2}, "STAT_NAME"},
-    {&stat_descr::units, {"units", 4}, "STAT_UNITS"},
-    {&stat_descr::stat_desc, {"description", 3}, "STAT_DESCR", {}, field_role::description},
+    {&stat_descr::stat, "stat", {"number", 1}, "STAT", {}, field_role::number_of_record},
+    {&stat_descr::stat_name, "stat_name", {"name", 2}, "STAT_NAME"},
+    {&stat_descr::units, "units", {"units", 4}, "STAT_UNITS"},
+    {&stat_descr::stat_desc,
+     "stat_desc",
+     {"description", 3},
+     "STAT_DESCR",
+     {},
+     field_role::description},
 };
 
 }  // namespace tables

@@ -27,19 +27,20 @@ struct dictionary_field {
   using property = decltype(Entry::data.env_prop);
 
   std::string_view element;
-  std::string_view row;  ///< as a value of a record, for programs: JSON, diff
+  std::string_view name;  ///< of the member
+  std::string_view row;   ///< as a value of a record, for programs: JSON, diff
   std::variant<std::int32_t& (*)(Entry&), property& (*)(Entry&), float& (*)(Entry&)> member;
 };
 
 /// In the order of what is written.
 template <class Entry>
 constexpr dictionary_field<Entry> dictionary_fields[] = {
-    {env_index_names[ENV_INDX_INDX], "index",
+    {env_index_names[ENV_INDX_INDX], "index", "index",
      [](Entry& entry) -> std::int32_t& { return entry.index; }},
-    {env_index_names[ENV_INDX_PROP], "property", property_in<Entry>},
-    {env_index_names[ENV_INDX_DABS], "absolute_threshold",
+    {env_index_names[ENV_INDX_PROP], "env_prop", "property", property_in<Entry>},
+    {env_index_names[ENV_INDX_DABS], "env_ch_abs_delta", "absolute_threshold",
      [](Entry& entry) -> float& { return entry.data.env_ch_abs_delta; }},
-    {env_index_names[ENV_INDX_DREL], "relative_threshold",
+    {env_index_names[ENV_INDX_DREL], "env_ch_rel_delta", "relative_threshold",
      [](Entry& entry) -> float& { return entry.data.env_ch_rel_delta; }},
 };
 

@@ -25,7 +25,8 @@ constexpr std::size_t longest_block_name = 254;
 
 struct event_number {
   std::string_view element;
-  std::string_view row;  ///< as a value of an entry, for programs: JSON, diff
+  std::string_view name;  ///< of the member, for programs in other languages
+  std::string_view row;   ///< as a value of an entry, for programs: JSON, diff
   std::uint32_t& (*in)(zrt4_ev_entry& entry);
   std::uint32_t most = UINT32_MAX;  ///< without being odd
 };
@@ -34,12 +35,13 @@ constexpr std::uint32_t most_microseconds = 999'999;  // more are seconds
 
 /// All but the type, which decides whether there is an entry.
 constexpr event_number event_numbers[] = {
-    {"TMASK", "trigger_mask", [](zrt4_ev_entry& e) -> std::uint32_t& { return e.tmask; }},
-    {"MINTIMESEC", "min_time_seconds",
+    {"TMASK", "tmask", "trigger_mask", [](zrt4_ev_entry& e) -> std::uint32_t& { return e.tmask; }},
+    {"MINTIMESEC", "min_ev_time_sec", "min_time_seconds",
      [](zrt4_ev_entry& e) -> std::uint32_t& { return e.min_ev_time.timeup; }},
-    {"MINTIMEUSEC", "min_time_microseconds",
+    {"MINTIMEUSEC", "min_ev_time_usec", "min_time_microseconds",
      [](zrt4_ev_entry& e) -> std::uint32_t& { return e.min_ev_time.timelow; }, most_microseconds},
-    {"PRIORITY", "priority", [](zrt4_ev_entry& e) -> std::uint32_t& { return e.priority; }},
+    {"PRIORITY", "priority", "priority",
+     [](zrt4_ev_entry& e) -> std::uint32_t& { return e.priority; }},
 };
 
 }  // namespace zrt4::detail

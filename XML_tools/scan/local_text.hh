@@ -1,7 +1,7 @@
 #ifndef LOCAL_TEXT_HH
 #define LOCAL_TEXT_HH
 
-// Conversion of the scanner's UTF-16 text to the local 8-bit code page.
+// Conversion of the scanner's UTF-16 text to the local 8-bit code page, or to UTF-8.
 
 #include <cstddef>
 #include <memory>
@@ -10,13 +10,29 @@
 
 namespace zrt4::detail {
 
+/// While it lives, the texts that its thread makes are UTF-8, whatever the locale: for a binding to
+/// a language whose texts know no locale. The scanner's own converter cannot be asked for that,
+/// since it keeps the code page of the process's first text.
+class utf8_texts {
+ public:
+  utf8_texts();
+  utf8_texts(const utf8_texts&) = delete;
+  utf8_texts& operator=(const utf8_texts&) = delete;
+  ~utf8_texts();
+
+  static bool are_wanted();
+
+ private:
+  bool before;
+};
+
 /// The local code page, as far as it allows a short cut.
 class code_page {
  public:
   /// True when the code page keeps every ASCII character as it is, so that ASCII text can be copied
   /// instead of transcoded. Asked of the transcoder once.
   bool keeps_ascii() {
-    if (known == unknown) known = probe() ? yes : no;
+    if (known == unknown) known = utf8_texts::are_wanted() || probe() ? yes : no;
     return known == yes;
   }
 

@@ -32,7 +32,7 @@ tests=$(tr '\n' ' ' <tests/CMakeLists.txt)
 # Whether a file may include a private header.
 looks_inside() {
   case $1 in
-    XML_tools/*.cc | XML_tools/*/* | tools/*) return 0 ;;
+    XML_tools/*.cc | XML_tools/*/* | tools/* | python/*) return 0 ;;
     bench/peers.cc) [ "$2" = name_table.hh ] ;;  # so that only the parsers differ
     tests/*_test.cc)
       local name=${1##*/}
@@ -42,7 +42,7 @@ looks_inside() {
   esac
 }
 
-folders=(include event_util XML_tools tools tests fuzz bench examples)
+folders=(include event_util XML_tools tools python tests fuzz bench examples)
 while IFS=: read -r file line; do
   header=${line#*\"}
   header=${header%\"*}
@@ -57,6 +57,6 @@ done < <(find "${folders[@]}" \( -name '*.cc' -o -name '*.hh' \) -exec wc -l {} 
 
 while read -r name; do
   wrong "$name: a header's name, borne by several files"
-done < <(find include event_util XML_tools tools tests -name '*.hh' -printf '%f\n' | sort | uniq -d)
+done < <(find include event_util XML_tools tools python tests -name '*.hh' -printf '%f\n' | sort | uniq -d)
 
 exit $failed

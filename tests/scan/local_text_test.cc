@@ -10,6 +10,7 @@
 using zrt4::detail::code_page;
 using zrt4::detail::local_text;
 using zrt4::detail::to_local;
+using zrt4::detail::utf8_texts;
 
 namespace {
 
@@ -89,4 +90,53 @@ TEST(LocalTextWithoutXmlLibrary, AMessageInAsciiIsToldAndNoOther) {
   ASSERT_EQ(xercesc::XMLPlatformUtils::fgTransService, nullptr);
   EXPECT_EQ(to_local(u"out of memory"), "out of memory");
   EXPECT_EQ(to_local(u"\u00fcber"), "");
+}
+
+TEST(Utf8Texts, AreUtf8WhateverTheLocale) {
+  const test::own_locale plain(LC_CTYPE, "C");
+  const zrt4::xml_session session;
+  code_page page;
+  local_text text;
+  const utf8_texts wanted;
+  EXPECT_TRUE(page.keeps_ascii());
+  EXPECT_STREQ(text.assign(u"BPM.3/X ~", page), "BPM.3/X ~");
+  EXPECT_STREQ(text.assign(u"\u00b5m \u2126 \U0001f52c", page),
+               "\xc2\xb5m \xe2\x84\xa6 \xf0\x9f\x94\xac");
+  EXPECT_STREQ(text.assign(u"ab\u00e4def", 3, page), "ab\xc3\xa4");
+  EXPECT_EQ(to_local(u"\u00b5m \u2126"), "\xc2\xb5m \xe2\x84\xa6");
+}
+
+TEST(Utf8Texts, OfAnyLength) {
+  const zrt4::xml_session session;
+  code_page page;
+  local_text text;
+  const utf8_texts wanted;
+  for (const std::size_t length : {1U, 63U, 64U, 65U, 128U, 100'000U, 5U}) {
+    const std::u16string wide(length, u'\u2126');
+    const std::string bytes = text.assign(wide.c_str(), page);
+    EXPECT_EQ(bytes.size(), 3 * length);
+    EXPECT_EQ(bytes.substr(bytes.size() - 3), "\xe2\x84\xa6");
+  }
+}
+
+TEST(Utf8Texts, HalfAPairIsNoCharacter) {
+  const zrt4::xml_session session;
+  code_page page;
+  local_text text;
+  const utf8_texts wanted;
+  const char16_t at_end[] = {u'a', 0xd83d, 0};
+  EXPECT_STREQ(text.assign(at_end, page), "a");
+}
+
+TEST(Utf8Texts, OnlyWhileItLives) {
+  EXPECT_FALSE(utf8_texts::are_wanted());
+  {
+    const utf8_texts wanted;
+    {
+      const utf8_texts within;
+      EXPECT_TRUE(utf8_texts::are_wanted());
+    }
+    EXPECT_TRUE(utf8_texts::are_wanted());
+  }
+  EXPECT_FALSE(utf8_texts::are_wanted());
 }

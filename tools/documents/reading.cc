@@ -1,11 +1,10 @@
 #include "reading.hh"
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdlib>
-#include <iterator>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "file_error.hh"
 #include "input_file.hh"
@@ -21,19 +20,23 @@ bool is_about_xml(const received_message& one) {
   return one.topic == zrt4::message_topic::xml || one.topic == zrt4::message_topic::limit;
 }
 
-// Where the XML is damaged, that says it all. What else a reader tells names no file.
-std::vector<std::string> lines_of(const std::string& file,
-                                  const std::vector<received_message>& received) {
-  std::vector<std::string> about_xml;
-  std::vector<std::string> others;
-  for (const received_message& one : received) {
-    if (is_about_xml(one)) {
-      about_xml.push_back(message_line(file + one.place(), one.text));
-    } else if (one.severity != zrt4::message_severity::remark) {
-      others.push_back(one.text + "\n");
-    }
+// Where the XML is damaged, that says it all.
+std::vector<received_message> to_report(std::vector<received_message> received) {
+  const auto xml_end = std::stable_partition(received.begin(), received.end(), is_about_xml);
+  if (xml_end != received.begin()) {
+    received.erase(xml_end, received.end());
+  } else {
+    const auto is_remark = [](const received_message& one) {
+      return one.severity == zrt4::message_severity::remark;
+    };
+    received.erase(std::remove_if(received.begin(), received.end(), is_remark), received.end());
   }
-  return about_xml.empty() ? others : about_xml;
+  return received;
+}
+
+// What is not about the XML names no file.
+std::string line_of(const std::string& file, const received_message& one) {
+  return is_about_xml(one) ? message_line(file + one.place(), one.text) : one.text + "\n";
 }
 
 // The records of all documents that JSON holds.
@@ -96,7 +99,11 @@ reading read_with_messages(input_file& file, const std::function<int()>& read) {
   reading result;
   received_messages received;
   result.errors = read();
-  if (result.errors != 0) result.messages = lines_of(file.name(), received.all);
+  if (result.errors == 0) return result;
+  result.reported = to_report(std::move(received.all));
+  for (const received_message& one : result.reported) {
+    result.messages.push_back(line_of(file.name(), one));
+  }
   return result;
 }
 
@@ -141,6 +148,7 @@ reading read_into(zrt4::camera_features& list, input_file& file) {
     result.errors = std::max(result.errors, 1);
     result.messages = {
         message_line(file.name() + damage->place(), "damaged here: " + damage->text)};
+    result.reported = {*damage};
   }
   return result;
 }

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "received_messages.hh"
 #include "zrt4xml.hh"
 
 class input_file;
@@ -16,7 +17,8 @@ class input_file;
 /// How a file was read.
 struct reading {
   int errors = 0;
-  std::vector<std::string> messages;  ///< to report; those of XML begin with FILE:LINE:COLUMN
+  std::vector<std::string> messages;       ///< to report; those of XML begin with FILE:LINE:COLUMN
+  std::vector<received_message> reported;  ///< what these lines tell
 };
 
 reading read_into(zrt4::event_list& list, input_file& file);

@@ -7,7 +7,6 @@
 
 #include <array>
 #include <cerrno>
-#include <stdexcept>
 #include <system_error>
 #include <utility>
 
@@ -25,7 +24,7 @@ std::string descriptor::path() const {
   return "/proc/self/fd/" + std::to_string(fd);
 }
 
-void descriptor::write_all(const std::string& content) {
+void descriptor::write_all(std::string_view content) {
   const char* bytes = content.data();
   std::size_t left = content.size();
   while (left != 0) {
@@ -72,7 +71,7 @@ void descriptor::close() {
 }
 
 void fail(int reason) {
-  throw std::runtime_error(std::generic_category().message(reason));
+  throw std::system_error(reason, std::generic_category());
 }
 
 int memory_file() {

@@ -2,9 +2,10 @@
 #define DESCRIPTOR_HH
 
 #include <string>
+#include <string_view>
 
-/// An open file descriptor, closed with the object. Everything throws `std::runtime_error` with the
-/// system's reason when it fails.
+/// An open file descriptor, closed with the object. Everything throws `std::system_error`, whose
+/// text is the system's reason, when it fails.
 class descriptor {
  public:
   /// Takes over `number`; -1 is a failure with the reason in `errno`.
@@ -16,7 +17,7 @@ class descriptor {
   int get() const { return fd; }
   /// A path under which this process can open the same file again.
   std::string path() const;
-  void write_all(const std::string& content);
+  void write_all(std::string_view content);
   /// Writes everything that `source` has from here to its end.
   void take_all(descriptor& source);
   /// Everything from here to the end.
@@ -29,7 +30,7 @@ class descriptor {
   int fd;
 };
 
-/// Throws with the system's text for the error number `reason`.
+/// Throws a `std::system_error` with the error number `reason`.
 [[noreturn]] void fail(int reason);
 
 /// A file in memory.

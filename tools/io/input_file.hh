@@ -2,6 +2,7 @@
 #define INPUT_FILE_HH
 
 #include <string>
+#include <string_view>
 
 #include "descriptor.hh"
 
@@ -15,6 +16,10 @@ class input_file {
  public:
   /// Throws `file_error` when the file cannot be read.
   explicit input_file(const std::string& name);
+  /// What an open file has from here to its end, shown under that name. Throws `std::system_error`.
+  input_file(std::string name, descriptor&& open_file);
+  /// A document in memory, shown under that name. Throws `std::system_error`.
+  input_file(std::string name, std::string_view document);
 
   const std::string& name() const { return shown; }
   /// The path of the copy, writable because the library's readers declare it so.

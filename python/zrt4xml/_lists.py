@@ -1,0 +1,169 @@
+"""The records of a document, as sequences."""
+
+from collections.abc import Mapping, MutableSequence
+
+from . import _core
+from ._records import Channel, DictionaryEntry, Event, Feature
+
+
+def record_from(name, state):
+    """What pickled records are made with."""
+    return _core.record_from(name, state)
+
+
+def _is_missing(value):
+    """None, and what tables put where nothing is: NaN, NaT, NA."""
+    if value is None:
+        return True
+    try:
+        return bool(value != value)
+    except TypeError:  # pandas.NA
+        return True
+
+
+def _mapping_of(record):
+    if isinstance(record, Mapping):
+        return record
+    names = getattr(getattr(record, "dtype", None), "names", None)  # a row of a structured array
+    if names is not None:
+        return dict(zip(names, record.item() if hasattr(record, "item") else record))
+    raise TypeError(f"a mapping of fields is needed, not '{type(record).__name__}'")
+
+
+class RecordList(_core.RecordList):
+    """What the lists of records have in common. They are sequences as lists of Python are: with
+    index, slice, iteration, `in`, `append`, `sort` and so on. Slices and other lists share the
+    records with this one; `copy.deepcopy` makes records of its own.
+    """
+
+    _record = None
+    _kind = None
+
+    def __init__(self, records=()):
+        super().__init__(self._record.__name__)
+        #: What was read: a path, or "document in memory".
+        self.source = None
+        self.extend(records)
+
+    def _empty_like(self):
+        made = type(self)()
+        made.__dict__.update(self.__dict__)
+        return made
+
+    @classmethod
+    def from_records(cls, records):
+        """Makes a list of records from mappings of fields, rows of a structured array, a DataFrame,
+        or records. What is missing in a table (None, NaN) is left as it is in a new record.
+
+        >>> channels = zrt4xml.ChannelList.from_records(
+        ...     [{"prop_name": "LINAC.DIAG/BPM/3.L1/X", "units": "mm", "bits": [{"bit": 0}]}])
+        >>> channels[0]
+        Channel(prop_name='LINAC.DIAG/BPM/3.L1/X', units='mm', bits=<1 Bit>)
+        """
+        if hasattr(records, "to_dict") and hasattr(records, "columns"):  # a DataFrame
+            records = records.to_dict("records")
+        made = cls()
+        made.extend(
+            each if isinstance(each, cls._record) else
+            cls._record(**{name: value for name, value in _mapping_of(each).items()
+                           if not _is_missing(value)})
+            for each in records)
+        return made
+
+    def copy(self):
+        """A list of the same records."""
+        return self[:]
+
+    __copy__ = copy
+
+    def __deepcopy__(self, memo):
+        made = self._empty_like()
+        made.extend(each.copy() for each in self)
+        return made
+
+    def __reduce__(self):
+        return (type(self), (list(self),), self.__dict__)
+
+    def sort(self, *, key=None, reverse=False):
+        """Orders the records as `list.sort` does; without `key` by the first field."""
+        if key is None:
+            first = self._record._fields[0][0]
+            key = lambda record: getattr(record, first)
+        self[:] = sorted(self, key=key, reverse=reverse)
+
+    def __add__(self, other):
+        made = self[:]
+        made.extend(other)
+        return made
+
+    def __repr__(self):
+        shown = [repr(each) for each in self[:_SHOWN]]
+        if len(self) > _SHOWN:
+            shown.append(f"... {len(self) - _SHOWN} more")
+        inside = "".join(f"\n  {line}," for line in shown)
+        count = f"{len(self)} {self._noun if len(self) == 1 else self._nouns}"
+        return f"<{type(self).__name__} of {count}{':' if shown else ''}{inside.rstrip(',')}>"
+
+
+_SHOWN = 6
+
+# What the sequences of Python make of the rest.
+for _list in (_core.RecordList, _core.InnerList):
+    MutableSequence.register(_list)
+    for _name in ("pop", "remove", "reverse", "index", "count", "__iadd__", "__reversed__"):
+        setattr(_list, _name, getattr(MutableSequence, _name))
+
+
+class ChannelList(RecordList):
+    """Channel descriptions. A channel is found by its property, or else by its DAQ name.
+
+    `dialect` is "element" or "variables": that of the document that was read.
+
+    >>> channels = zrt4xml.read_channels("examples/channels/channels.xml")
+    >>> channels["LINAC.DIAG/BPM/3.L1/X.TRAIN"].daq_name
+    'BPM.3.L1.X'
+    >>> "BPM.3.L1.X" in channels
+    True
+    """
+
+    _record = Channel
+    _noun, _nouns = "channel", "channels"
+
+    def __init__(self, records=()):
+        self.dialect = "element"
+        super().__init__(records)
+
+
+class EventList(RecordList):
+    """Events that a consumer of the DAQ wants. An event is found by the name of its type.
+
+    >>> zrt4xml.read_events("examples/event_lists/orbit_feedback.xml")["ENV"].priority
+    1
+    """
+
+    _record = Event
+    _noun, _nouns = "event", "events"
+
+
+class Dictionary(RecordList):
+    """Entries of an environment index dictionary. An entry is found by its property.
+
+    >>> entries = zrt4xml.read_dictionary("examples/dictionaries/small.xml")
+    >>> entries["GUN.COOLING/BODY/L0/TEMP.RETURN"].env_ch_abs_delta
+    0.05
+    """
+
+    _record = DictionaryEntry
+    _noun, _nouns = "entry", "entries"
+
+
+class FeatureList(RecordList):
+    """Features of a camera. A feature is found by its name.
+
+    >>> features = zrt4xml.read_camera("examples/cameras/minimal.xml")
+    >>> features[0].type
+    <FeatureType.Float: 2>
+    """
+
+    _record = Feature
+    _noun, _nouns = "feature", "features"
