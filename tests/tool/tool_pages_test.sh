@@ -33,7 +33,7 @@ commands_in_manual() { sed -n 's/^   zrt4xml \([a-z]*\)$/\1/p' page.txt; }
 options_in() { sed -n 's/^ *\(-[-a-z]*\(, -[-a-z]*\)*\).*/\1/p' | tr -d ' ' | tr ',' '\n' | grep -x -e '-[a-z]' -e '--[a-z-]*'; }
 
 # --- what the completion offers
-compopt() { offered=files; }
+compopt() { [ "$2" = nospace ] || offered=files; }
 source "$pages/zrt4xml"
 # completed WORD...: completes the last word
 completed() {
@@ -85,9 +85,16 @@ while read -r event; do
   same "completed event type $event: not found rather than wrong usage" 1 "$code"
 done < <(completed zrt4xml find --event '')
 same "kinds" camera "$(completed zrt4xml show --kind cam)"
-same "forms" "$(printf '%s\n' xml variables text short)" "$(completed zrt4xml convert x --to '')"
+same "forms" "$(printf '%s\n' xml variables text short csv)" "$(completed zrt4xml convert x --to '')"
 same "files" "<files>" "$(completed zrt4xml show '')"
 same "output file" "<files>" "$(completed zrt4xml convert x -o '')"
+
+same "fields of conditions" "$(printf '%s\n' units)" "$(completed zrt4xml list x --where unit)"
+same "fields inside a record" "$(printf '%s\n' bits.description bits.name bits.number)" \
+  "$(completed zrt4xml list x --where bits.)"
+same "fields behind a comma" name,stream "$(completed zrt4xml list x --columns name,str)"
+same "fields to set" set_point "$(completed zrt4xml set x set_)"
+same "the file before them" "<files>" "$(completed zrt4xml set '')"
 
 same "channel names" "$(printf '%s\n' BPM.3.L1.X LINAC.DIAG/BPM/3.L1/X.TRAIN)" \
   "$(completed zrt4xml find "$channels" --name '' | grep '3.L1.*X')"

@@ -8,8 +8,11 @@
 #include "convert.hh"
 #include "diff.hh"
 #include "document_kind.hh"
+#include "file_error.hh"
 #include "find.hh"
+#include "list.hh"
 #include "merge.hh"
+#include "set.hh"
 #include "show.hh"
 #include "stat.hh"
 
@@ -21,11 +24,16 @@ constexpr struct {
 } forms[] = {{"xml", document_form::xml},
              {"variables", document_form::variables},
              {"text", document_form::text},
-             {"short", document_form::short_text}};
+             {"short", document_form::short_text},
+             {"csv", document_form::csv}};
 
-CLI::Option* add_form(CLI::App* command, arguments& given, const std::string& description) {
+/// All forms, or those of documents that keep what they are.
+CLI::Option* add_form(CLI::App* command, arguments& given, const std::string& description,
+                      bool with_csv) {
   std::vector<std::string> names;
-  for (const auto& form : forms) names.emplace_back(form.name);
+  for (const auto& form : forms) {
+    if (with_csv || form.form != document_form::csv) names.emplace_back(form.name);
+  }
   return command->add_option("--to", given.form, description)
       ->type_name("FORM")
       ->check(CLI::IsMember(names));
@@ -99,8 +107,8 @@ exit_code run_find(const arguments& given) {
   return find(given.files, given.name, event_type_of(given.event), given.format());
 }
 
-void add_output(CLI::App* command, arguments& given) {
-  command
+CLI::Option* add_output(CLI::App* command, arguments& given) {
+  return command
       ->add_option("-o,--output", given.output,
                    "File to write; replaced only when all went well. Default: standard output")
       ->type_name("FILE")
@@ -113,7 +121,13 @@ CLI::App* add_convert(CLI::App& app, arguments& given) {
   command->add_option("FILE", given.file, "Document to convert; - is standard input")
       ->required()
       ->type_name("");
-  add_form(command, given, "Form to write; of a dictionary: xml or text")->required();
+  add_form(command, given, "Form to write; of a dictionary: xml, text or csv; of others: csv", true)
+      ->required();
+  command
+      ->add_option("--rows", given.rows,
+                   "Of csv: what has a line each. Default: the records; or channels, bits, "
+                   "dimensions, statistics, entries, events, server_blocks, features")
+      ->type_name("RECORDS");
   command->add_flag("--wide", given.wide, "Dictionaries: property names of up to 255 characters");
   add_output(command, given);
   command->footer("Example:\n  zrt4xml convert channels.xml --to variables -o variables.xml");
@@ -121,7 +135,93 @@ CLI::App* add_convert(CLI::App& app, arguments& given) {
 }
 
 exit_code run_convert(const arguments& given) {
+  if (given.to() == document_form::csv) {
+    return convert_to_csv(given.file, given.rows, given.output);
+  }
+  if (!given.rows.empty()) throw file_error("--rows", "is for --to csv only");
   return convert(given.file, given.to(), given.wide, given.output);
+}
+
+// An option that may stand several times, with a value each.
+CLI::Option* add_where(CLI::App* command, arguments& given) {
+  return command
+      ->add_option(
+          "--where", given.where,
+          "Only records that fit: FIELD=TEXT, FIELD~REGEX, FIELD:NUMBER or FIELD:FROM..TO; "
+          "several times: all of them")
+      ->type_name("CONDITION")
+      ->allow_extra_args(false);
+}
+
+constexpr const char* about_fields =
+    "A field is named as in JSON: units, bits.name, dimensions.statistics.number; bits alone is "
+    "how\n"
+    "many there are. Types go by number or name. REGEX is an extended regular expression.\n";
+
+CLI::App* add_list(CLI::App& app, arguments& given) {
+  CLI::App* command =
+      app.add_subcommand("list", "Print a table of the records that fit, of one kind of document");
+  command->add_option("FILE", given.files, "Documents to list; - is standard input")
+      ->required()
+      ->type_name("");
+  add_where(command, given);
+  command
+      ->add_option("--columns", given.columns,
+                   "Fields to show, with commas between them. Default: all of a record")
+      ->type_name("FIELDS")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  CLI::Option* as_json = add_json(command, given)->excludes("--columns");
+  command->add_flag("--csv", given.as_csv, "Print comma-separated values, for spreadsheets")
+      ->excludes(as_json);
+  add_jobs(command, given);
+  command->footer(
+      std::string(about_fields) +
+      "On a terminal the table fits its width; otherwise tabs stand between the values.\n"
+      "Example:\n  zrt4xml list channels.xml --where subsystem=RF --where bits.name~FAULT "
+      "--columns "
+      "name,units");
+  return command;
+}
+
+exit_code run_list(const arguments& given) {
+  const list_format format = given.as_json  ? list_format::json
+                             : given.as_csv ? list_format::csv
+                                            : list_format::table;
+  return list(given.files, given.where, given.columns, given.files_at_once(), format);
+}
+
+CLI::App* add_set(CLI::App& app, arguments& given) {
+  CLI::App* command =
+      app.add_subcommand("set", "Change fields of the records that fit, and write the document");
+  command->add_option("FILE", given.file, "Document to change; - is standard input")
+      ->required()
+      ->type_name("");
+  command->add_option("FIELD=VALUE", given.assignments, "What to change of each record")
+      ->required()
+      ->type_name("");
+  CLI::Option* where = add_where(command, given);
+  command->add_flag("--all", given.all, "All records")->excludes(where);
+  CLI::Option* output = add_output(command, given);
+  CLI::Option* dry_run =
+      command->add_flag("--dry-run", given.dry_run, "Only print what would change, as diff does")
+          ->excludes(output);
+  add_json(command, given)->needs(dry_run);
+  command->footer(
+      std::string(about_fields) +
+      "The document is written whole, or not at all when a value does not fit its field or a key "
+      "would\nstand there twice.\n"
+      "Example:\n  zrt4xml set channels.xml --where units=degC units=K data_type=BPM_2010 -o "
+      "channels.xml");
+  return command;
+}
+
+exit_code run_set(const arguments& given) {
+  if (given.where.empty() && !given.all) {
+    throw file_error("set", "--where says which records to change, or --all");
+  }
+  if (given.dry_run) return set_dry_run(given.file, given.where, given.assignments, given.format());
+  return set(given.file, given.where, given.assignments, given.output);
 }
 
 CLI::App* add_merge(CLI::App& app, arguments& given) {
@@ -134,7 +234,7 @@ CLI::App* add_merge(CLI::App& app, arguments& given) {
       ->type_name("")
       ->expected(2, CLI::detail::expected_max_vector_size);
   command->add_flag("--force", given.force, "What the others know replaces what the first knows");
-  add_form(command, given, "Form to write; default: as the first file");
+  add_form(command, given, "Form to write; default: as the first file", false);
   add_output(command, given);
   command->add_flag("--dry-run", given.dry_run, "Only print what would change, as diff does")
       ->excludes("--to")
@@ -282,6 +382,8 @@ command_line::command_line()
   add(add_stat(*app, given), run_stat);
   add(add_convert(*app, given), run_convert);
   add(add_merge(*app, given), run_merge);
+  add(add_list(*app, given), run_list);
+  add(add_set(*app, given), run_set);
 }
 
 command_line::~command_line() = default;

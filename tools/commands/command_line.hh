@@ -26,11 +26,17 @@ struct arguments {
   std::string event;
   std::string output;
   std::string form;
+  std::string rows;
+  std::vector<std::string> where;
+  std::vector<std::string> columns;
+  std::vector<std::string> assignments;
   std::size_t jobs = 0;  ///< as many files at once as there are processor cores
   bool wide = false;
   bool force = false;
   bool dry_run = false;
   bool as_json = false;
+  bool as_csv = false;
+  bool all = false;
   bool quiet = false;
 
   /// What `--to` names.

@@ -10,4 +10,9 @@
 /// `wide` selects the 256-character record of a dictionary.
 exit_code convert(const std::string& file, document_form to, bool wide, const std::string& output);
 
+/// The same into lines of comma-separated values, from documents of any kind. `rows` names what has
+/// a line each, as `--rows`.
+exit_code convert_to_csv(const std::string& file, const std::string& rows,
+                         const std::string& output);
+
 #endif

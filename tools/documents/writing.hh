@@ -8,7 +8,7 @@
 #include "zrt4xml.hh"
 
 /// What `--to` accepts; `same` is the form of the document that was read.
-enum class document_form { same, xml, variables, text, short_text };
+enum class document_form { same, xml, variables, text, short_text, csv };
 
 /// The form of channel descriptions in `dialect`, ZRT4_FORMAT or MORV_FORMAT.
 document_form form_of(int dialect);

@@ -1,5 +1,11 @@
+#include <cstring>
+#include <set>
+#include <utility>
+
 #include "event_util.hh"
 #include "pages.hh"
+#include "record_types.hh"
+#include "selection.hh"
 
 namespace {
 
@@ -18,12 +24,27 @@ std::string event_types() {
   return words(names);
 }
 
+// The fields of all kinds of records.
+std::string fields() {
+  std::set<std::string> names;
+  const auto add = [&](const record_group& records) {
+    for (std::string& name : field_names(*records.type)) names.insert(std::move(name));
+  };
+  add(records_in(zrt4::channel_list()));
+  add(records_in(zrt4::env_dictionary_2010()));
+  add(records_in(zrt4::event_list()));
+  add(records_in(zrt4::camera_features()));
+  return "_zrt4xml_fields" +
+         words({names.begin(), names.end()}).substr(std::strlen("_zrt4xml_words"));
+}
+
 // What completes the value of an option; nothing when it is free text.
 std::string completion_of(const option_page& option) {
   if (!option.values.empty()) return words(option.values);
   if (option.value == "FILE") return "_zrt4xml_files";
   if (option.value == "EVENT") return event_types();
   if (option.value == "CHANNEL") return "_zrt4xml_channels";
+  if (option.value == "CONDITION" || option.value == "FIELDS") return fields();
   return ":";
 }
 

@@ -12,6 +12,16 @@ _zrt4xml_words() {
   done
 }
 
+# Fields, behind those that a comma ends; what they are compared with or set to is typed.
+_zrt4xml_fields() {
+  local field before=""
+  [[ $cur == *,* ]] && before=${cur%,*},
+  for field in "$@"; do
+    [[ $before$field == "$cur"* ]] && COMPREPLY+=("$before$field")
+  done
+  compopt -o nospace
+}
+
 _zrt4xml_files() { compopt -o default; }
 
 # A file as it was typed, without its quotes.
@@ -94,6 +104,8 @@ _zrt4xml() {
     _zrt4xml_options "$command"
   elif [[ -z $command ]]; then
     _zrt4xml_commands
+  elif [[ $command == set && $at -gt $((i + 1)) ]]; then
+    _zrt4xml_value "set --where"  # behind the file, too, fields are named
   else
     _zrt4xml_files
   fi
