@@ -2,7 +2,9 @@
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
+#include <utility>
 
+#include "difference.hh"
 #include "document_kind.hh"
 #include "file_error.hh"
 #include "input_file.hh"
@@ -13,24 +15,13 @@
 
 namespace {
 
-std::string shown(const row::field& field) {
-  struct {
-    std::string operator()(std::int64_t number) const { return std::to_string(number); }
-    std::string operator()(threshold value) const { return text_of(value); }
-    std::string operator()(std::string_view text) const { return '"' + printable(text) + '"'; }
-  } to_text;
-  std::string result = std::visit(to_text, field.value);
-  if (!field.number_name.empty()) result.append(" ").append(field.number_name);
-  return result;
-}
-
 std::string headline(const difference& each) {
   std::string line(each.one_name);
   const row::field& key = each.record->key();
   if (const auto* name = std::get_if<std::string_view>(&key.value)) {
     return line + " " + printable(*name);
   }
-  return line + " " + shown(key);
+  return line + " " + described(key);
 }
 
 void print(const difference& each, const std::string& indent) {
@@ -42,20 +33,10 @@ void print(const difference& each, const std::string& indent) {
   std::printf("%s%s\n", indent.c_str(), coloured(style.hue, style.sign + headline(each)).c_str());
   for (const difference::field& field : each.fields) {
     std::printf("%s    %s: %s -> %s\n", indent.c_str(), std::string(field.before->name).c_str(),
-                shown(*field.before).c_str(), shown(*field.after).c_str());
+                described(*field.before).c_str(), described(*field.after).c_str());
   }
   for (const difference& inner : each.inside) print(inner, indent + "    ");
 }
-
-void print(const std::string& before, const std::string& after,
-           const std::vector<difference>& found) {
-  if (found.empty()) return;
-  std::printf("%s\n%s\n", coloured(colour::bold, "--- " + before).c_str(),
-              coloured(colour::bold, "+++ " + after).c_str());
-  for (const difference& each : found) print(each, "");
-}
-
-json to_json(const std::vector<difference>& found);
 
 json to_json(const difference& each) {
   static constexpr const char* names[] = {"added", "removed", "changed"};
@@ -72,14 +53,19 @@ json to_json(const difference& each) {
                       {"before", to_json(field.before->value)},
                       {"after", to_json(field.after->value)}});
   }
-  result["inside"] = to_json(each.inside);
+  json& inside = result["inside"] = json::array();
+  for (const difference& inner : each.inside) inside.push_back(to_json(inner));
   return result;
 }
 
-json to_json(const std::vector<difference>& found) {
-  json array = json::array();
-  for (const difference& each : found) array.push_back(to_json(each));
-  return array;
+/// What is printed before the first difference, or where there is none.
+void print_head(json_printer& out, const compared& both, bool equal) {
+  out.begin_object();
+  out.members(json_head(both.subcommand));
+  out.member("before", to_utf8(both.before_name));
+  out.member("after", to_utf8(both.after_name));
+  out.member("equal", equal);
+  out.begin_array("differences");
 }
 
 struct side {
@@ -112,24 +98,36 @@ exit_code diff(const std::string& before, const std::string& after, answer_forma
                                        ") than " + old_one.name + " (" +
                                        std::string(old_kind.description) + ")");
   }
-  const auto found =
-      differences(old_one.document.rows, new_one.document.rows, old_kind.record_name);
-  print_differences("diff", old_one.name, new_one.name, found, format);
+  const bool different =
+      print_differences({"diff", old_one.name, new_one.name, old_one.document.rows,
+                         new_one.document.rows, old_kind.record_name},
+                        format);
   const bool all_well =
-      found.empty() && old_one.document.how.errors == 0 && new_one.document.how.errors == 0;
+      !different && old_one.document.how.errors == 0 && new_one.document.how.errors == 0;
   return fine_if(all_well);
 }
 
-void print_differences(std::string_view subcommand, const std::string& before,
-                       const std::string& after, const std::vector<difference>& found,
-                       answer_format format) {
-  if (format == answer_format::text) print(before, after, found);
+bool print_differences(const compared& both, answer_format format) {
+  bool different = false;
+  json_printer out;
+  const auto print_next = [&](const difference& each) {
+    const bool is_first = !std::exchange(different, true);
+    if (format == answer_format::text) {
+      if (is_first) {
+        std::printf("%s\n%s\n", coloured(colour::bold, "--- " + both.before_name).c_str(),
+                    coloured(colour::bold, "+++ " + both.after_name).c_str());
+      }
+      print(each, "");
+    } else if (format == answer_format::json) {
+      if (is_first) print_head(out, both, false);
+      out.element(to_json(each));
+    }
+  };
+  for_each_difference(both.before, both.after, both.record_name, print_next);
   if (format == answer_format::json) {
-    json result = json_head(subcommand);
-    result["before"] = to_utf8(before);
-    result["after"] = to_utf8(after);
-    result["equal"] = found.empty();
-    result["differences"] = to_json(found);
-    print_json(result);
+    if (!different) print_head(out, both, true);
+    out.end();
+    out.end();
   }
+  return different;
 }

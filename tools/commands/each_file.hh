@@ -2,6 +2,7 @@
 #define EACH_FILE_HH
 
 #include <algorithm>
+#include <new>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -46,6 +47,8 @@ exit_code for_each_file(const std::vector<std::string>& files, std::size_t jobs,
       give_up(unusable_file{reason.file, reason.what(), false});
       report_always(reason.file, reason.what());
       worst = exit_trouble;
+    } catch (const std::bad_alloc&) {
+      fail_without_memory(shown_name(name));
     }
   }
   return worst;

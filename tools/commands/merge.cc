@@ -1,6 +1,5 @@
 #include "merge.hh"
 
-#include <deque>
 #include <map>
 #include <string_view>
 
@@ -31,17 +30,21 @@ void add(zrt4::channel_list& base, zrt4::channel_list& from, bool force) {
 }
 
 // Returns whether it was read cleanly. The first file read chooses what `same` means.
-bool read(zrt4::channel_list& list, const std::string& name, document_form& to) {
-  const reading how = with_progress(shown_name(name), [&] {
-    input_file file(name);
-    const document_kind kind = kind_of(file);
-    if (!is_channels(kind)) throw wrong_kind(file, kind, "channel descriptions");
-    const int dialect = dialect_of(kind);
-    if (to == document_form::same) to = form_of(dialect);
-    return read_into(list, file, dialect, types_for(to));
-  });
-  report_reading(shown_name(name), how, "what could be read is merged");
+bool read(zrt4::channel_list& list, input_file& file, document_form& to) {
+  const document_kind kind = kind_of(file);
+  if (!is_channels(kind)) throw wrong_kind(file, kind, "channel descriptions");
+  const int dialect = dialect_of(kind);
+  if (to == document_form::same) to = form_of(dialect);
+  const reading how = read_into(list, file, dialect, types_for(to));
+  report_reading(file.name(), how, "what could be read is merged");
   return how.errors == 0;
+}
+
+bool read(zrt4::channel_list& list, const std::string& name, document_form& to) {
+  return with_progress(shown_name(name), [&] {
+    input_file file(name);
+    return read(list, file, to);
+  });
 }
 
 bool add_all_but_first(zrt4::channel_list& base, const std::vector<std::string>& files, bool force,
@@ -66,15 +69,18 @@ exit_code merge(const std::vector<std::string>& files, bool force, document_form
 }
 
 exit_code merge_dry_run(const std::vector<std::string>& files, bool force, answer_format format) {
-  zrt4::channel_list base;
   document_form to = document_form::same;
-  const bool first = read(base, files.front(), to);
-  std::vector<row> before = rows_of(base);
-  std::deque<std::string> texts;
-  detach(before, texts);
-  const bool others = add_all_but_first(base, files, force, to);
-  std::vector<row> after = rows_of(base);
-  print_differences("merge", shown_name(files.front()), "merged",
-                    differences(before, after, "channel"), format);
+  zrt4::channel_list before;
+  zrt4::channel_list after;
+  const bool first = with_progress(shown_name(files.front()), [&] {
+    input_file base(files.front());
+    const bool read_cleanly = read(before, base, to);
+    read_into(after, base, dialect_of(kind_of(base)), types_for(to));
+    return read_cleanly;
+  });
+  const bool others = add_all_but_first(after, files, force, to);
+  print_differences(
+      {"merge", shown_name(files.front()), "merged", rows_of(before), rows_of(after), "channel"},
+      format);
   return fine_if(first && others);
 }

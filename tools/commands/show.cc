@@ -53,19 +53,25 @@ exit_code show(const std::vector<std::string>& files, std::optional<document_kin
 
 exit_code show_json(const std::vector<std::string>& files, std::optional<document_kind> kind,
                     std::size_t jobs) {
-  json result = json_head("show");
-  json& documents = result["documents"] = json::array();
+  json_printer out;
+  out.begin_object();
+  out.members(json_head("show"));
+  out.begin_array("documents");
   const exit_code code = for_each_file(
       files, jobs, reader_for<&kind_traits::load>(kind),
       [&](const shown<loaded_document>& one) {
         report(one.document.how.messages);
-        json document = json_of_file(one.file, traits_of(one.kind).name);
-        document["errors"] = one.document.how.errors;
-        document["records"] = to_json(one.document.rows);
-        documents.push_back(std::move(document));
+        out.begin_object();
+        out.members(json_of_file(one.file, traits_of(one.kind).name));
+        out.member("errors", one.document.how.errors);
+        out.begin_array("records");
+        for (const row& record : one.document.rows) out.element(to_json(record));
+        out.end();
+        out.end();
         return report_result(one.file, one.document.how.errors);
       },
-      [&](const unusable_file& file) { documents.push_back(json_of_unusable(file)); });
-  print_json(result);
+      [&](const unusable_file& file) { out.element(json_of_unusable(file)); });
+  out.end();
+  out.end();
   return code;
 }

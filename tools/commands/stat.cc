@@ -39,21 +39,23 @@ struct counted {
   std::deque<std::string> texts;  ///< what the tallies refer to
 };
 
-std::vector<field_tallies> tally_fields(const std::vector<row>& records) {
-  std::vector<field_tallies> result;
-  for (const std::string_view counted : counted_fields) {
-    field_tallies tallies{counted, {}};
-    for (const row& record : records) {
+std::vector<field_tallies> tally_fields(const row_list& records) {
+  std::vector<field_tallies> all;
+  for (const std::string_view counted : counted_fields) all.push_back({counted, {}});
+  for (const row& record : records) {
+    for (field_tallies& tallies : all) {
       for (const row::field& field : record.fields) {
-        if (field.name != counted) continue;
+        if (field.name != tallies.field) continue;
         tally& one = tallies.by_value[field.value];
         one.number_name = field.number_name;
         ++one.records;
       }
     }
-    if (!tallies.by_value.empty()) result.push_back(std::move(tallies));
   }
-  return result;
+  all.erase(std::remove_if(all.begin(), all.end(),
+                           [](const field_tallies& one) { return one.by_value.empty(); }),
+            all.end());
+  return all;
 }
 
 // So that the records need not wait to be printed.

@@ -58,7 +58,7 @@ std::string_view name_of(const row& feature) {
   return {};
 }
 
-void find_duplicates(const std::vector<row>& features, finding_list& found) {
+void find_duplicates(const row_list& features, finding_list& found) {
   std::map<std::string_view, int> names;
   for (const row& feature : features) ++names[name_of(feature)];
   for (const auto& [name, number] : names) {

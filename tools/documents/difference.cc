@@ -1,7 +1,8 @@
 #include "difference.hh"
 
 #include <algorithm>
-#include <iterator>
+#include <cstddef>
+#include <utility>
 
 namespace {
 
@@ -76,11 +77,47 @@ std::vector<difference> of_sorted(const rows& before, const rows& after,
   return result;
 }
 
+/// Where the record of a key stands in its list.
+struct keyed {
+  cell key;
+  std::size_t at;
+
+  friend bool operator<(const keyed& a, const keyed& b) { return a.key < b.key; }
+};
+using keys = std::vector<keyed>;
+
+keys sorted_keys(const row_list& list) {
+  keys all;
+  all.reserve(list.size());
+  for (std::size_t i = 0; i < list.size(); ++i) all.push_back({list[i].key().value, i});
+  std::sort(all.begin(), all.end());
+  return all;
+}
+
+/// The records of one key, which are the next ones from `from` on; none when theirs is another.
+rows take_rows(const row_list& list, const keys& all, std::size_t& from, const cell& key) {
+  rows taken;
+  for (; from < all.size() && all[from].key == key; ++from) taken.push_back(list[all[from].at]);
+  return taken;
+}
+
 }  // namespace
 
-std::vector<difference> differences(std::vector<row>& before, std::vector<row>& after,
-                                    std::string_view one_name) {
-  sort_deeply(before);
-  sort_deeply(after);
-  return of_sorted(before, after, one_name);
+void for_each_difference(const row_list& before, const row_list& after, std::string_view one_name,
+                         const std::function<void(const difference&)>& use) {
+  const keys was = sorted_keys(before);
+  const keys is = sorted_keys(after);
+  std::size_t old_one = 0;
+  std::size_t new_one = 0;
+  while (old_one < was.size() || new_one < is.size()) {
+    const bool old_comes_first =
+        new_one == is.size() || (old_one < was.size() && was[old_one].key < is[new_one].key);
+    const cell key = old_comes_first ? was[old_one].key : is[new_one].key;
+    rows old_ones = take_rows(before, was, old_one, key);
+    rows new_ones = take_rows(after, is, new_one, key);
+    if (old_ones == new_ones) continue;
+    sort_deeply(old_ones);
+    sort_deeply(new_ones);
+    for (const difference& each : of_sorted(old_ones, new_ones, one_name)) use(each);
+  }
 }

@@ -3,7 +3,7 @@
 
 // What two lists of records have not in common, whatever their order.
 
-#include <string>
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -23,9 +23,10 @@ struct difference {
   std::vector<difference> inside;  ///< of rows inside the record
 };
 
-/// Records are matched by their keys; among several of one key, equal ones first. Sorts the lists,
-/// to which the result refers.
-std::vector<difference> differences(std::vector<row>& before, std::vector<row>& after,
-                                    std::string_view one_name);
+/// Calls `use` with each difference, in the order of the keys. Records are matched by their keys;
+/// among several of one key, equal ones first. What a difference refers to lives as long as the
+/// call.
+void for_each_difference(const row_list& before, const row_list& after, std::string_view one_name,
+                         const std::function<void(const difference&)>& use);
 
 #endif

@@ -28,7 +28,7 @@ int dialect_of(document_kind kind);
 /// The records of one document, with the numbers of types as they stand in it.
 struct loaded_document {
   reading how;
-  std::vector<row> rows;
+  row_list rows;
   std::shared_ptr<const void> records;  ///< what the rows refer to
 };
 

@@ -1,6 +1,8 @@
 #include "reading.hh"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <new>
@@ -93,6 +95,27 @@ reading read_file(List& list, input_file& file) {
   return read_with_messages(file, [&] { return list.read_file(file.path()); });
 }
 
+// The readers of the variable dialect make two bits of each title, the first without its name.
+void drop_twins(zrt4::channel_list& list) {
+  for (chan_descr_2010& channel : list) {
+    std::vector<bit_descr*>& bits = channel.bits;
+    const auto is_twin = [&](std::size_t i) {
+      return bits[i]->bit_name[0] == '\0' && i + 1 < bits.size() &&
+             bits[i + 1]->bit == bits[i]->bit;
+    };
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < bits.size(); ++i) {
+      if (is_twin(i)) {
+        delete bits[i];
+      } else {
+        bits[kept++] = bits[i];
+      }
+    }
+    bits.resize(kept);
+    channel.nbits = static_cast<std::int32_t>(kept);
+  }
+}
+
 }  // namespace
 
 reading read_with_messages(input_file& file, const std::function<int()>& read) {
@@ -118,12 +141,16 @@ reading read_into(zrt4::channel_list& list, input_file& file, int dialect, zrt4:
     if (wanted == zrt4::types::masks) make_masks(list);
     return result;
   }
-  if (dialect != MORV_FORMAT || wanted != zrt4::types::masks) {
-    return read_with_messages(file, [&] { return list.read_file(file.path(), wanted); });
+  reading how;
+  if (dialect == MORV_FORMAT && wanted == zrt4::types::masks) {
+    // Only the memory reader makes masks of this dialect's event types.
+    const std::string text = file.content();
+    how = read_with_messages(file, [&] { return list.read_text(text, wanted); });
+  } else {
+    how = read_with_messages(file, [&] { return list.read_file(file.path(), wanted); });
   }
-  // Only the memory reader makes masks of this dialect's event types.
-  const std::string text = file.content();
-  return read_with_messages(file, [&] { return list.read_text(text, wanted); });
+  if (dialect == MORV_FORMAT) drop_twins(list);
+  return how;
 }
 
 reading read_into(zrt4::env_dictionary& list, input_file& file) {
@@ -151,6 +178,21 @@ reading read_into(zrt4::camera_features& list, input_file& file) {
     result.reported = {*damage};
   }
   return result;
+}
+
+int read_written(zrt4::channel_list& list, const std::string& document, int dialect) {
+  const received_messages unheard;
+  const int errors = list.read_text(document);
+  if (dialect == MORV_FORMAT) drop_twins(list);
+  return errors;
+}
+int read_written(zrt4::env_dictionary& list, const std::string& document) {
+  const received_messages unheard;
+  return list.read_text(document);
+}
+int read_written(zrt4::env_dictionary_2010& list, const std::string& document) {
+  const received_messages unheard;
+  return list.read_text(document);
 }
 
 void report_reading(const std::string& file, const reading& result, const std::string& rest) {

@@ -23,7 +23,8 @@ struct reading {
 
 reading read_into(zrt4::event_list& list, input_file& file);
 
-/// `dialect` is ZRT4_FORMAT or MORV_FORMAT.
+/// `dialect` is ZRT4_FORMAT or MORV_FORMAT. In the latter each bit stands once, with its name: its
+/// readers make two, of which the first is nameless.
 reading read_into(zrt4::channel_list& list, input_file& file, int dialect, zrt4::types wanted);
 
 reading read_into(zrt4::env_dictionary& list, input_file& file);
@@ -35,6 +36,11 @@ reading read_into(zrt4::camera_features& list, input_file& file);
 
 /// The same for any `read` of the file that returns the number of errors.
 reading read_with_messages(input_file& file, const std::function<int()>& read);
+
+/// What the tool wrote, read back with numbers of types; returns the number of errors.
+int read_written(zrt4::channel_list& list, const std::string& document, int dialect);
+int read_written(zrt4::env_dictionary& list, const std::string& document);
+int read_written(zrt4::env_dictionary_2010& list, const std::string& document);
 
 /// Reports the messages and the number of errors, if there were any, and what becomes of the rest.
 void report_reading(const std::string& file, const reading& result, const std::string& rest);

@@ -109,6 +109,9 @@ struct dictionary_traits {
 };
 
 template <>
+struct traits<zrt4_env_index_dictionary_entry>
+    : dictionary_traits<zrt4_env_index_dictionary_entry> {};
+template <>
 struct traits<zrt4_env_index_dictionary_entry_2010>
     : dictionary_traits<zrt4_env_index_dictionary_entry_2010> {};
 
@@ -301,12 +304,17 @@ std::unique_ptr<chan_descr_2010> make(const chan_descr_2010*) {
 std::unique_ptr<ZRT4GigEFeature> make(const ZRT4GigEFeature*) {
   return std::make_unique<ZRT4GigEFeature>();
 }
-std::unique_ptr<zrt4_env_index_dictionary_entry_2010, made_by_malloc> make(
-    const zrt4_env_index_dictionary_entry_2010*) {
-  using entry = zrt4_env_index_dictionary_entry_2010;
-  std::unique_ptr<entry, made_by_malloc> made(static_cast<entry*>(std::calloc(1, sizeof(entry))));
+template <class Entry>
+std::unique_ptr<Entry, made_by_malloc> make_entry() {
+  std::unique_ptr<Entry, made_by_malloc> made(static_cast<Entry*>(std::calloc(1, sizeof(Entry))));
   if (made == nullptr) throw std::bad_alloc();
   return made;
+}
+auto make(const zrt4_env_index_dictionary_entry*) {
+  return make_entry<zrt4_env_index_dictionary_entry>();
+}
+auto make(const zrt4_env_index_dictionary_entry_2010*) {
+  return make_entry<zrt4_env_index_dictionary_entry_2010>();
 }
 
 template <class List>
@@ -353,6 +361,7 @@ constexpr record_group of_channel[] = {
         "dimensions", "dimension", dimension)};
 constexpr record_type channel = type_with_groups<chan_descr_2010>(of_channel);
 
+constexpr record_type narrow_entry = type_without_groups<zrt4_env_index_dictionary_entry>();
 constexpr record_type entry = type_without_groups<zrt4_env_index_dictionary_entry_2010>();
 
 constexpr record_type wanted_channel = type_without_groups<char*>();
@@ -367,6 +376,8 @@ constexpr record_type feature = type_without_groups<ZRT4GigEFeature>();
 
 constexpr record_group events = group<listed<zrt4::event_list>>("records", "event", event);
 constexpr record_group channels = group<listed<zrt4::channel_list>>("records", "channel", channel);
+constexpr record_group narrow_entries =
+    group<listed<zrt4::env_dictionary>>("records", "entry", narrow_entry);
 constexpr record_group entries =
     group<listed<zrt4::env_dictionary_2010>>("records", "entry", entry);
 constexpr record_group features =
@@ -398,6 +409,9 @@ const record_group& records_in(const zrt4::event_list& /*list*/) {
 }
 const record_group& records_in(const zrt4::channel_list& /*list*/) {
   return channels;
+}
+const record_group& records_in(const zrt4::env_dictionary& /*list*/) {
+  return narrow_entries;
 }
 const record_group& records_in(const zrt4::env_dictionary_2010& /*list*/) {
   return entries;

@@ -73,6 +73,7 @@ struct record_type {
 /// The records of a list, whose holder is the list.
 const record_group& records_in(const zrt4::event_list& list);
 const record_group& records_in(const zrt4::channel_list& list);
+const record_group& records_in(const zrt4::env_dictionary& list);
 const record_group& records_in(const zrt4::env_dictionary_2010& list);
 const record_group& records_in(const zrt4::camera_features& list);
 

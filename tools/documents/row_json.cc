@@ -38,13 +38,8 @@ json to_json(const row& record) {
     if (value != nullptr && !std::isfinite(value->value)) object[name + "_name"] = text_of(*value);
   }
   for (const row_group& group : record.groups) {
-    object[std::string(group.name)] = to_json(group.rows);
+    json& rows = object[std::string(group.name)] = json::array();
+    for (const row& inner : group.rows) rows.push_back(to_json(inner));
   }
   return object;
-}
-
-json to_json(const std::vector<row>& records) {
-  json array = json::array();
-  for (const row& record : records) array.push_back(to_json(record));
-  return array;
 }

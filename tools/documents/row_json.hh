@@ -3,14 +3,11 @@
 
 // Records as JSON.
 
-#include <vector>
-
 #include "json.hh"
 #include "rows.hh"
 
 /// A row of one value without groups is that value.
 json to_json(const row& record);
-json to_json(const std::vector<row>& records);
 json to_json(const cell& value);
 
 #endif

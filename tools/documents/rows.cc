@@ -2,6 +2,8 @@
 
 #include <tuple>
 
+#include "terminal.hh"
+
 namespace {
 
 std::vector<row> rows_in(const record_group& group, const void* holder) {
@@ -13,8 +15,11 @@ std::vector<row> rows_in(const record_group& group, const void* holder) {
 }
 
 template <class List>
-std::vector<row> all_of(const List& list) {
-  return rows_in(records_in(list), &list);
+row_list all_of(const List& list) {
+  return {&list, list.size(), [](const void* of, std::size_t at) {
+            const record_group& records = records_in(*static_cast<const List*>(of));
+            return row_of(*records.type, records.at(of, at));
+          }};
 }
 
 }  // namespace
@@ -31,6 +36,17 @@ bool operator==(const row& a, const row& b) {
 }
 bool operator<(const row& a, const row& b) {
   return std::tie(a.fields, a.groups) < std::tie(b.fields, b.groups);
+}
+
+std::string described(const row::field& field) {
+  struct {
+    std::string operator()(std::int64_t number) const { return std::to_string(number); }
+    std::string operator()(threshold value) const { return text_of(value); }
+    std::string operator()(std::string_view text) const { return '"' + printable(text) + '"'; }
+  } to_text;
+  std::string result = std::visit(to_text, field.value);
+  if (!field.number_name.empty()) result.append(" ").append(field.number_name);
+  return result;
 }
 
 row row_of(const record_type& type, const void* record) {
@@ -53,26 +69,18 @@ row row_of(const record_type& type, const void* record) {
   return result;
 }
 
-std::vector<row> rows_of(const zrt4::event_list& list) {
+row_list rows_of(const zrt4::event_list& list) {
   return all_of(list);
 }
-std::vector<row> rows_of(const zrt4::channel_list& list) {
+row_list rows_of(const zrt4::channel_list& list) {
   return all_of(list);
 }
-std::vector<row> rows_of(const zrt4::env_dictionary_2010& list) {
+row_list rows_of(const zrt4::env_dictionary& list) {
   return all_of(list);
 }
-std::vector<row> rows_of(const zrt4::camera_features& list) {
+row_list rows_of(const zrt4::env_dictionary_2010& list) {
   return all_of(list);
 }
-
-void detach(std::vector<row>& rows, std::deque<std::string>& texts) {
-  for (row& record : rows) {
-    for (row::field& field : record.fields) {
-      if (auto* text = std::get_if<std::string_view>(&field.value)) {
-        *text = texts.emplace_back(*text);
-      }
-    }
-    for (row_group& group : record.groups) detach(group.rows, texts);
-  }
+row_list rows_of(const zrt4::camera_features& list) {
+  return all_of(list);
 }

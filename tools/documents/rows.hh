@@ -4,7 +4,8 @@
 // Every record as a row of named values: what JSON shows and what documents are compared by. The
 // first field of each is the key.
 
-#include <deque>
+#include <cstddef>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,12 +46,57 @@ bool operator<(const row& a, const row& b);
 /// A record of that type.
 row row_of(const record_type& type, const void* record);
 
-std::vector<row> rows_of(const zrt4::event_list& list);
-std::vector<row> rows_of(const zrt4::channel_list& list);
-std::vector<row> rows_of(const zrt4::env_dictionary_2010& list);
-std::vector<row> rows_of(const zrt4::camera_features& list);
+/// A value as a person reads it: "38 BPM_2010", or a text in quotes.
+std::string described(const row::field& field);
 
-/// Makes `rows` refer to copies of their texts, kept in `texts`, instead of the records.
-void detach(std::vector<row>& rows, std::deque<std::string>& texts);
+/// The rows of a list, each made when it is asked for: all of them would take as much memory as the
+/// records. The list must live as long.
+class row_list {
+ public:
+  /// Walks the rows; what it yields is a row of its own.
+  class iterator {
+   public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = row;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const row*;
+    using reference = row;
+
+    row operator*() const { return (*list)[at]; }
+    iterator& operator++() {
+      ++at;
+      return *this;
+    }
+    friend bool operator==(iterator a, iterator b) { return a.at == b.at; }
+    friend bool operator!=(iterator a, iterator b) { return a.at != b.at; }
+
+   private:
+    friend row_list;
+    iterator(const row_list& of, std::size_t place) : list(&of), at(place) {}
+    const row_list* list;
+    std::size_t at;
+  };
+
+  row_list() = default;
+  row_list(const void* records, std::size_t size, row (*row_at)(const void*, std::size_t))
+      : list(records), count(size), make(row_at) {}
+
+  std::size_t size() const { return count; }
+  bool empty() const { return count == 0; }
+  row operator[](std::size_t at) const { return make(list, at); }
+  iterator begin() const { return {*this, 0}; }
+  iterator end() const { return {*this, count}; }
+
+ private:
+  const void* list = nullptr;
+  std::size_t count = 0;
+  row (*make)(const void*, std::size_t) = nullptr;
+};
+
+row_list rows_of(const zrt4::event_list& list);
+row_list rows_of(const zrt4::channel_list& list);
+row_list rows_of(const zrt4::env_dictionary& list);
+row_list rows_of(const zrt4::env_dictionary_2010& list);
+row_list rows_of(const zrt4::camera_features& list);
 
 #endif

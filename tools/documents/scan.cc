@@ -30,12 +30,32 @@ class root_handler : public xercesc::HandlerBase {
   }
 };
 
+class telling_parser : public xercesc::SAXParser {
+ public:
+  using SAXParser::SAXParser;
+
+  void docComment(const XMLCh* const text) override {
+    if (unhandled) unhandled("comment");
+    SAXParser::docComment(text);
+  }
+  void doctypeDecl(const xercesc::DTDElementDecl& root, const XMLCh* const public_id,
+                   const XMLCh* const system_id, const bool internal,
+                   const bool external) override {
+    if (unhandled) unhandled("document type declaration");
+    SAXParser::doctypeDecl(root, public_id, system_id, internal, external);
+  }
+
+  std::function<void(const char*)> unhandled;
+};
+
 }  // namespace
 
 std::string scan_document(const char* path, xercesc::HandlerBase& handler,
-                          xercesc::SAXParser::ValSchemes validation, bool whole) {
+                          xercesc::SAXParser::ValSchemes validation, bool whole,
+                          const std::function<void(const char* what)>& unhandled) {
   try {
-    zrt4::detail::limited_scanner<xercesc::SAXParser> scanner;
+    zrt4::detail::limited_scanner<telling_parser> scanner;
+    scanner.unhandled = unhandled;
     scanner.setDocumentHandler(&handler);
     scanner.setErrorHandler(&handler);
     scanner.setValidationScheme(validation);

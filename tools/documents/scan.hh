@@ -4,15 +4,17 @@
 // What the tool finds out about a document before the library reads it. Nothing is printed; the XML
 // library must be in use.
 
+#include <functional>
 #include <string>
 #include <xercesc/parsers/SAXParser.hpp>
 #include <xercesc/sax/HandlerBase.hpp>
 
 /// Runs the document past `handler`, within the library's limits on what it may declare; only what
-/// stands before the root's start tag when not `whole`. Returns what the XML library threw, or
-/// nothing.
+/// stands before the root's start tag when not `whole`. `unhandled` is told what has no place in a
+/// handler: "comment", "document type declaration". Returns what the XML library threw, or nothing.
 std::string scan_document(const char* path, xercesc::HandlerBase& handler,
-                          xercesc::SAXParser::ValSchemes validation, bool whole);
+                          xercesc::SAXParser::ValSchemes validation, bool whole,
+                          const std::function<void(const char* what)>& unhandled = {});
 
 /// An XML error.
 struct xml_error {

@@ -1,35 +1,23 @@
 #include "json.hh"
 
-#include <cstdint>
+#include <stdio_ext.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <cwchar>
 #include <nlohmann/json.hpp>
 
+#include "file_error.hh"
 #include "output_file.hh"
+#include "utf8.hh"
 
 namespace {
 
 constexpr std::string_view replacement = "\xef\xbf\xbd";
 
-void append_utf8(std::string& text, std::uint32_t code) {
-  const auto continued = [&](unsigned shift) {
-    text += static_cast<char>(0x80U | (code >> shift & 0x3fU));
-  };
-  if (code < 0x80) {
-    text += static_cast<char>(code);
-  } else if (code < 0x800) {
-    text += static_cast<char>(0xc0U | code >> 6);
-    continued(0);
-  } else if (code < 0x10000) {
-    text += static_cast<char>(0xe0U | code >> 12);
-    continued(6);
-    continued(0);
-  } else {
-    text += static_cast<char>(0xf0U | code >> 18);
-    continued(12);
-    continued(6);
-    continued(0);
-  }
-}
+constexpr std::size_t indentation = 2;
+constexpr std::size_t printed_at_once = 1U << 16U;
 
 }  // namespace
 
@@ -45,7 +33,7 @@ std::string to_utf8(std::string_view local) {
       state = {};
       local.remove_prefix(1);
     } else {
-      append_utf8(utf8, static_cast<std::uint32_t>(character));
+      append_utf8(utf8, static_cast<char32_t>(character));
       local.remove_prefix(size);
     }
   }
@@ -53,5 +41,78 @@ std::string to_utf8(std::string_view local) {
 }
 
 void print_json(const json& value) {
-  write_output("-", value.dump(2) + "\n");
+  write_output("-", value.dump(indentation) + "\n");
+}
+
+void json_printer::begin_object() {
+  if (!open.empty()) begin_line();
+  begin('{', '}');
+}
+
+void json_printer::begin_array(std::string_view name) {
+  append_name(name);
+  begin('[', ']');
+}
+
+void json_printer::member(std::string_view name, const json& value) {
+  append_name(name);
+  append(value);
+}
+
+void json_printer::members(const json& value) {
+  for (const auto& [name, held] : value.items()) member(name, held);
+}
+
+void json_printer::element(const json& value) {
+  begin_line();
+  append(value);
+}
+
+void json_printer::end() {
+  const level ended = open.back();
+  open.pop_back();
+  if (ended.has_any) pending.append(1, '\n').append(indentation * open.size(), ' ');
+  pending += ended.closing;
+  if (open.empty()) pending += '\n';
+  if (open.empty() || pending.size() > printed_at_once) write_out();
+}
+
+void json_printer::begin_line() {
+  if (pending.size() > printed_at_once) write_out();
+  if (open.back().has_any) pending += ',';
+  open.back().has_any = true;
+  pending.append(1, '\n').append(indentation * open.size(), ' ');
+}
+
+void json_printer::append_name(std::string_view name) {
+  begin_line();
+  pending.append(json(name).dump()).append(": ");
+}
+
+// No text holds a line end as such.
+void json_printer::append(const json& value) {
+  const std::string text = value.dump(indentation);
+  std::size_t at = 0;
+  for (std::size_t end = 0; (end = text.find('\n', at)) != text.npos; at = end + 1) {
+    pending.append(text, at, end + 1 - at).append(indentation * open.size(), ' ');
+  }
+  pending.append(text, at);
+}
+
+void json_printer::begin(char opening, char closing) {
+  pending += opening;
+  open.push_back({closing, false});
+}
+
+void json_printer::write_out() {
+  errno = 0;
+  const std::size_t written = std::fwrite(pending.data(), 1, pending.size(), stdout);
+  const bool is_last = open.empty();
+  if (written != pending.size() || (is_last && std::fflush(stdout) != 0)) {
+    const int reason = errno;
+    std::clearerr(stdout);  // it is told here
+    __fpurge(stdout);
+    throw file_error("standard output", reason != 0 ? std::strerror(reason) : "write error");
+  }
+  pending.clear();
 }
