@@ -8,7 +8,9 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <new>
 #include <stdexcept>
+#include <string>
 
 #include "bad_document.hh"
 #include "command_line.hh"
@@ -37,6 +39,7 @@ exit_code flushed(exit_code result) {
 
 exit_code execute(const command_line& line) {
   const arguments& given = line.given;
+  const std::string& first = given.files.empty() ? given.file : given.files.front();
   try {
     return line.execute();
   } catch (const bad_document& reason) {
@@ -45,7 +48,9 @@ exit_code execute(const command_line& line) {
   } catch (const file_error& reason) {
     report_always(reason.file, reason.what());
   } catch (const std::runtime_error& reason) {
-    report_always(given.files.empty() ? given.file : given.files.front(), reason.what());
+    report_always(first, reason.what());
+  } catch (const std::bad_alloc&) {
+    report_always(first, "out of memory");
   }
   return exit_trouble;
 }

@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <map>
+#include <memory>
 
 #include "any_list.hh"
 #include "bad_document.hh"
@@ -23,19 +24,18 @@ struct document {
   any_list list;
 };
 
-document read(const std::string& name) {
-  document result = with_progress(shown_name(name), [&] {
-    input_file file(name);
-    const document_kind kind = kind_of(file);
-    if (!is_channels(kind) && kind != document_kind::dictionary) {
-      throw wrong_kind(file, kind, "channel descriptions or a dictionary");
-    }
-    document read{file.name(), kind, {}, list_for(kind)};
-    read.how = read_into(read.list, file, kind);
-    return read;
-  });
-  report_reading(result.file, result.how, "what could be read is changed");
-  return result;
+document read(input_file& file) {
+  const document_kind kind = kind_of(file);
+  if (!is_channels(kind) && kind != document_kind::dictionary) {
+    throw wrong_kind(file, kind, "channel descriptions or a dictionary");
+  }
+  document read{file.name(), kind, {}, list_for(kind)};
+  read.how = read_into(read.list, file, kind);
+  return read;
+}
+
+void report_reading(const document& result) {
+  ::report_reading(result.file, result.how, "what could be read is changed");
 }
 
 /// FIELD=VALUE for records of one type.
@@ -129,21 +129,19 @@ void change(document& of, const std::vector<std::string>& where,
   if (sets_key) refuse_duplicates(of, records, changed);
 }
 
-std::vector<row> rows_in(any_list& list) {
-  const held_records records = records_of(list);
-  std::vector<row> rows;
-  rows.reserve(records.size());
-  for (std::size_t i = 0; i < records.size(); ++i) {
-    rows.push_back(row_of(records.type(), records[i]));
-  }
-  return rows;
+row_list rows_in(const any_list& list) {
+  return std::visit([](const auto& held) { return rows_of(held); }, list);
 }
 
 }  // namespace
 
 exit_code set(const std::string& file, const std::vector<std::string>& where,
               const std::vector<std::string>& assignments, const std::string& output) {
-  document changed = read(file);
+  document changed = with_progress(shown_name(file), [&] {
+    input_file opened(file);
+    return read(opened);
+  });
+  report_reading(changed);
   change(changed, where, assignments);
   const bool is_dictionary = changed.kind == document_kind::dictionary;
   const document_form to = is_dictionary ? document_form::xml : form_of(dialect_of(changed.kind));
@@ -158,13 +156,14 @@ exit_code set(const std::string& file, const std::vector<std::string>& where,
 
 exit_code set_dry_run(const std::string& file, const std::vector<std::string>& where,
                       const std::vector<std::string>& assignments, answer_format format) {
-  document changed = read(file);
-  std::vector<row> before = rows_in(changed.list);
-  std::deque<std::string> texts;
-  detach(before, texts);
+  const auto opened =
+      with_progress(shown_name(file), [&] { return std::make_unique<input_file>(file); });
+  const document before = with_progress(opened->name(), [&] { return read(*opened); });
+  document changed = with_progress(opened->name(), [&] { return read(*opened); });
+  report_reading(changed);
   change(changed, where, assignments);
-  std::vector<row> after = rows_in(changed.list);
-  print_differences("set", changed.file, "set",
-                    differences(before, after, traits_of(changed.kind).record_name), format);
+  print_differences({"set", changed.file, "set", rows_in(before.list), rows_in(changed.list),
+                     traits_of(changed.kind).record_name},
+                    format);
   return fine_if(changed.how.errors == 0);
 }

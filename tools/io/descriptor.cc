@@ -25,15 +25,12 @@ std::string descriptor::path() const {
 }
 
 void descriptor::write_all(std::string_view content) {
-  const char* bytes = content.data();
-  std::size_t left = content.size();
-  while (left != 0) {
-    const ssize_t written = write(fd, bytes, left);
+  while (!content.empty()) {
+    const ssize_t written = write(fd, content.data(), content.size());
     if (written == -1 && errno == EINTR) continue;
     if (written == -1) fail(errno);
     if (written == 0) fail(ENOSPC);  // a device that takes nothing and does not say why
-    bytes += written;
-    left -= static_cast<std::size_t>(written);
+    content.remove_prefix(static_cast<std::size_t>(written));
   }
 }
 

@@ -20,6 +20,9 @@ class input_file {
   input_file(std::string name, descriptor&& open_file);
   /// A document in memory, shown under that name. Throws `std::system_error`.
   input_file(std::string name, std::string_view document);
+  input_file(const input_file&) = delete;
+  input_file& operator=(const input_file&) = delete;
+  ~input_file();
 
   const std::string& name() const { return shown; }
   /// The path of the copy, writable because the library's readers declare it so.
@@ -27,7 +30,13 @@ class input_file {
   /// Everything that stands in it. Throws `std::runtime_error` with the reason.
   std::string content() const;
 
+  /// How much of the file shown as `name` the reader at work has behind it, from 0 to 1; -1 when no
+  /// reader is at work. For another thread than that of the reader.
+  static double read_share(const std::string& name);
+
  private:
+  void enter_present();
+
   std::string shown;
   descriptor copy;
   std::string readable;

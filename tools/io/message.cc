@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "terminal.hh"
+
 namespace {
 
 bool quiet = false;
@@ -9,7 +11,7 @@ bool quiet = false;
 }  // namespace
 
 std::string message_line(const std::string& file, const std::string& text) {
-  return "zrt4xml: " + file + ": " + text + "\n";
+  return "zrt4xml: " + printable(file) + ": " + text + "\n";
 }
 
 void report(const std::vector<std::string>& lines) {
