@@ -539,6 +539,14 @@ std::vector<json_document> read_with_kinds(const std::string& file, const json_t
   return reader.result();
 }
 
+std::vector<json_document> read_all(const std::string& file, const json_text& text) {
+  json_place place = text.start();
+  json_reader reader(file, place, json_reader::wanted::records);
+  reader.read();
+  if (reader.needs_kinds()) return read_with_kinds(file, text);
+  return reader.result();
+}
+
 }  // namespace
 
 document_kind kind_of_json(input_file& file) {
@@ -553,10 +561,9 @@ document_kind kind_of_json(input_file& file) {
 }
 
 std::vector<json_document> read_json(input_file& file) {
-  const json_text text(file);
-  json_place place = text.start();
-  json_reader reader(file.name(), place, json_reader::wanted::records);
-  reader.read();
-  if (reader.needs_kinds()) return read_with_kinds(file.name(), text);
-  return reader.result();
+  return read_all(file.name(), json_text(file));
+}
+
+std::vector<json_document> read_json(const std::string& file, std::string text) {
+  return read_all(file, json_text(std::move(text)));
 }

@@ -27,5 +27,7 @@ document_kind kind_of_json(input_file& file);
 /// Its documents, at least one. What is not as it should be is told by a `bad_document`, each with
 /// its place in the JSON: then there is none of it.
 std::vector<json_document> read_json(input_file& file);
+/// The same of a text; `file` is what messages call it.
+std::vector<json_document> read_json(const std::string& file, std::string text);
 
 #endif

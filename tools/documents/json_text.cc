@@ -7,6 +7,7 @@
 #include <cstring>
 #include <cwchar>
 #include <fstream>
+#include <utility>
 
 #include "input_file.hh"
 
@@ -48,6 +49,7 @@ std::string json_place::line_and_column() const {
 }
 
 json_text::json_text(const input_file& file) : content(file.content()) {}
+json_text::json_text(std::string text) : content(std::move(text)) {}
 
 json_place json_text::start() const {
   const bool marked = content.compare(0, byte_order_mark.size(), byte_order_mark) == 0;

@@ -52,6 +52,7 @@ class json_iterator {
 class json_text {
  public:
   explicit json_text(const input_file& file);
+  explicit json_text(std::string text);
 
   /// Behind the byte order mark, where there is one.
   json_place start() const;
