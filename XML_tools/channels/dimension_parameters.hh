@@ -14,6 +14,7 @@ namespace zrt4::detail {
 template <class Record>
 struct dimension_parameter {
   std::string_view element;
+  std::string_view meaning;  ///< for a person who reads a document
   std::variant<std::int32_t Record::*, float Record::*, std::int32_t (*)(const Record&)> value;
   bool (*is_written)(const Record&) = nullptr;  ///< null: always
 };
@@ -24,9 +25,11 @@ using spectrum = zrt4_spect_header_2010;
 using image = zrt4_image_ext_frame_head;
 
 constexpr dimension_parameter<spectrum> spectrum_parameters[] = {
-    {"DIM_START", &spectrum::start},         {"DIM_INC", &spectrum::inc},
-    {"DIM_NDATA", &spectrum::ndata},         {"DIM_GROUPS", &spectrum::groups},
-    {"DIM_GROUP_INC", &spectrum::group_inc},
+    {"DIM_START", "start of the axis", &spectrum::start},
+    {"DIM_INC", "step of the axis", &spectrum::inc},
+    {"DIM_NDATA", "number of values", &spectrum::ndata},
+    {"DIM_GROUPS", "number of groups", &spectrum::groups},
+    {"DIM_GROUP_INC", "step from group to group", &spectrum::group_inc},
 };
 
 template <auto Field>
@@ -47,20 +50,20 @@ inline std::int32_t seen_height(const image& head) {
 }
 
 constexpr dimension_parameter<image> image_parameters[] = {
-    {"DIM_XSTART", &image::x_start},
-    {"DIM_WIDTH", seen_width},
-    {"DIM_XBIN", &image::hbin, positive<&image::hbin>},
-    {"DIM_YSTART", &image::y_start},
-    {"DIM_HEIGHT", seen_height},
-    {"DIM_YBIN", &image::vbin, positive<&image::vbin>},
-    {"DIM_BPP", &image::bpp, positive<&image::bpp>},
-    {"DIM_EBITPP", &image::ebitpp, positive<&image::ebitpp>},
-    {"DIM_UNSIGNED", &image::ispare4, sign_is_known},
-    {"DIM_START", &image::fspare2, positive<&image::fspare2>},
-    {"DIM_INC", &image::fspare3, positive<&image::fspare3>},
-    {"DIM_NDATA", &image::ispare3, positive<&image::ispare3>},
-    {"DIM_GROUPS", &image::ispare2, positive<&image::ispare2>},
-    {"DIM_GROUP_INC", &image::fspare4, positive<&image::fspare4>},
+    {"DIM_XSTART", "first column of the image", &image::x_start},
+    {"DIM_WIDTH", "width of the image, or of its area of interest", seen_width},
+    {"DIM_XBIN", "columns in one", &image::hbin, positive<&image::hbin>},
+    {"DIM_YSTART", "first row of the image", &image::y_start},
+    {"DIM_HEIGHT", "height of the image, or of its area of interest", seen_height},
+    {"DIM_YBIN", "rows in one", &image::vbin, positive<&image::vbin>},
+    {"DIM_BPP", "bits per pixel", &image::bpp, positive<&image::bpp>},
+    {"DIM_EBITPP", "effective bits per pixel", &image::ebitpp, positive<&image::ebitpp>},
+    {"DIM_UNSIGNED", "whether pixels are without sign", &image::ispare4, sign_is_known},
+    {"DIM_START", "start of the axis", &image::fspare2, positive<&image::fspare2>},
+    {"DIM_INC", "step of the axis", &image::fspare3, positive<&image::fspare3>},
+    {"DIM_NDATA", "number of values", &image::ispare3, positive<&image::ispare3>},
+    {"DIM_GROUPS", "number of groups", &image::ispare2, positive<&image::ispare2>},
+    {"DIM_GROUP_INC", "step from group to group", &image::fspare4, positive<&image::fspare4>},
 };
 
 }  // namespace tables

@@ -27,20 +27,24 @@ struct dictionary_field {
   using property = decltype(Entry::data.env_prop);
 
   std::string_view element;
-  std::string_view name;  ///< of the member
-  std::string_view row;   ///< as a value of a record, for programs: JSON, diff
+  std::string_view name;     ///< of the member
+  std::string_view row;      ///< as a value of a record, for programs: JSON, diff
+  std::string_view meaning;  ///< for a person who writes a document
   std::variant<std::int32_t& (*)(Entry&), property& (*)(Entry&), float& (*)(Entry&)> member;
 };
 
 /// In the order of what is written.
 template <class Entry>
 constexpr dictionary_field<Entry> dictionary_fields[] = {
-    {env_index_names[ENV_INDX_INDX], "index", "index",
+    {env_index_names[ENV_INDX_INDX], "index", "index", "index under which the value travels",
      [](Entry& entry) -> std::int32_t& { return entry.index; }},
-    {env_index_names[ENV_INDX_PROP], "env_prop", "property", property_in<Entry>},
+    {env_index_names[ENV_INDX_PROP], "env_prop", "property", "control-system property",
+     property_in<Entry>},
     {env_index_names[ENV_INDX_DABS], "env_ch_abs_delta", "absolute_threshold",
+     "absolute change threshold, in the unit of the property",
      [](Entry& entry) -> float& { return entry.data.env_ch_abs_delta; }},
     {env_index_names[ENV_INDX_DREL], "env_ch_rel_delta", "relative_threshold",
+     "relative change threshold; 0.01 is one percent",
      [](Entry& entry) -> float& { return entry.data.env_ch_rel_delta; }},
 };
 

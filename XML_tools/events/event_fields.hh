@@ -25,8 +25,9 @@ constexpr std::size_t longest_block_name = 254;
 
 struct event_number {
   std::string_view element;
-  std::string_view name;  ///< of the member, for programs in other languages
-  std::string_view row;   ///< as a value of an entry, for programs: JSON, diff
+  std::string_view name;     ///< of the member, for programs in other languages
+  std::string_view row;      ///< as a value of an entry, for programs: JSON, diff
+  std::string_view meaning;  ///< for a person who writes a document
   std::uint32_t& (*in)(zrt4_ev_entry& entry);
   std::uint32_t most = UINT32_MAX;  ///< without being odd
 };
@@ -35,12 +36,15 @@ constexpr std::uint32_t most_microseconds = 999'999;  // more are seconds
 
 /// All but the type, which decides whether there is an entry.
 constexpr event_number event_numbers[] = {
-    {"TMASK", "tmask", "trigger_mask", [](zrt4_ev_entry& e) -> std::uint32_t& { return e.tmask; }},
+    {"TMASK", "tmask", "trigger_mask", "trigger mask",
+     [](zrt4_ev_entry& e) -> std::uint32_t& { return e.tmask; }},
     {"MINTIMESEC", "min_ev_time_sec", "min_time_seconds",
+     "minimum time between two events, in seconds",
      [](zrt4_ev_entry& e) -> std::uint32_t& { return e.min_ev_time.timeup; }},
     {"MINTIMEUSEC", "min_ev_time_usec", "min_time_microseconds",
+     "minimum time between two events, microseconds beside the seconds",
      [](zrt4_ev_entry& e) -> std::uint32_t& { return e.min_ev_time.timelow; }, most_microseconds},
-    {"PRIORITY", "priority", "priority",
+    {"PRIORITY", "priority", "priority", "priority",
      [](zrt4_ev_entry& e) -> std::uint32_t& { return e.priority; }},
 };
 
