@@ -2,68 +2,13 @@
 // is named where the expectation is made; everything else must come back as it was.
 
 #include <cstring>
-#include <random>
 
 #include "handmade_channels.hh"
+#include "random_channels.hh"
 #include "support.hh"
 #include "zrt4xml.hh"
 
 namespace {
-
-class generator {
- public:
-  explicit generator(unsigned seed) : random(seed) {}
-
-  int below(int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); }
-  std::int32_t number() {
-    const auto any = static_cast<std::int32_t>(random());
-    return below(4) == 0 ? any : below(2000) - 1000;
-  }
-
-  /// Any text that comes back from XML as it was: no markup, and not white space alone.
-  std::string text(std::size_t longest) {
-    static const std::string characters =
-        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789 ./_-:;,'\"()[]{}%#$!?*+=@~";
-    std::string made = "x";
-    const std::size_t size =
-        below(6) == 0 ? longest : 1 + static_cast<std::size_t>(below(static_cast<int>(longest)));
-    while (made.size() < size) {
-      made += characters[static_cast<std::size_t>(below(static_cast<int>(characters.size())))];
-    }
-    return made;
-  }
-  std::string text_or_none(std::size_t longest) { return below(4) == 0 ? "" : text(longest); }
-
-  void fill(test::records& into, int channels) {
-    for (int n = 0; n < channels; ++n) {
-      auto& one = into.add("P" + std::to_string(n) + text(200), text_or_none(255));
-      one.stream = number();
-      one.ev_type = static_cast<std::uint32_t>(number());
-      one.count = number();
-      one.dtype = static_cast<std::uint32_t>(number());
-      one.db_key = number();
-      one.max_size = below(3) == 0 ? 1 : number();
-      one.set_point = number();
-      test::set(one.prop_desc, text_or_none(255));
-      test::set(one.units, text_or_none(15));
-      test::set(one.sb_name, text_or_none(255));
-      test::set(one.subsystem, text_or_none(63));
-      for (int bits = below(4); bits > 0; --bits) {
-        into.add_bit(one, number(), text_or_none(63), text_or_none(79));
-      }
-      for (int dims = below(4); dims > 0; --dims) {
-        auto& dim =
-            into.add_dim(one, number(), text_or_none(63), text_or_none(79), text_or_none(15));
-        for (int stats = below(3); stats > 0; --stats) {
-          into.add_stat(dim, number(), text_or_none(63), text_or_none(79), text_or_none(15));
-        }
-      }
-    }
-  }
-
- private:
-  std::mt19937 random;
-};
 
 struct read_back {
   read_back(const std::string& document, bool from_file, int expected_result) {
@@ -198,7 +143,7 @@ void expect_round_trip(int format, bool from_file,
   for (unsigned seed = 0; seed < 40; ++seed) {
     SCOPED_TRACE(seed);
     test::records from;
-    generator(seed).fill(from, 12);
+    test::random_channels(seed).fill(from, 12);
     const read_back back(test::dumped(from, format), from_file, 0);
     ASSERT_EQ(back.list.size(), from.list.size());
     for (std::size_t i = 0; i < from.list.size(); ++i) {
@@ -230,7 +175,7 @@ TEST(RoundTrip, VariableDialectFromFiles) {
 TEST(RoundTrip, WritingWhatWasReadGivesTheSameElements) {
   for (unsigned seed = 100; seed < 120; ++seed) {
     test::records from;
-    generator(seed).fill(from, 12);
+    test::random_channels(seed).fill(from, 12);
     const std::string first = test::dumped(from, ZRT4_FORMAT);
     read_back back(first, false, 0);
     std::string second;
