@@ -6,6 +6,7 @@
 #include "each_file.hh"
 #include "findings.hh"
 #include "json_answer.hh"
+#include "strict_findings.hh"
 #include "terminal.hh"
 
 namespace {
@@ -21,12 +22,13 @@ struct checked {
 };
 
 // What the readers tell is among the findings, with file, line and column.
-checked check_document(input_file& file) {
+checked check_document(input_file& file, bool strict) {
   refuse_json(file);
   const document_kind kind = kind_of(file);
   const loaded_document document = traits_of(kind).load(file);
-  return {file.name(), kind, document.rows.size(), document.how.errors,
-          findings_of(file, kind, document)};
+  std::vector<finding> found = findings_of(file, kind, document);
+  if (strict) add_strict_findings(file, kind, found);
+  return {file.name(), kind, document.rows.size(), document.how.errors, std::move(found)};
 }
 
 void print(const checked& result) {
@@ -67,11 +69,12 @@ json to_json(const checked& result) {
 
 }  // namespace
 
-exit_code check(const std::vector<std::string>& files, std::size_t jobs, answer_format format) {
+exit_code check(const std::vector<std::string>& files, bool strict, std::size_t jobs,
+                answer_format format) {
   json result = json_head("check");
   json& documents = result["documents"] = json::array();
   const exit_code code = for_each_file(
-      files, jobs, check_document,
+      files, jobs, [strict](input_file& file) { return check_document(file, strict); },
       [&](const checked& one) {
         if (format == answer_format::text) print(one);
         if (format == answer_format::json) documents.push_back(to_json(one));

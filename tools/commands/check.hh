@@ -9,7 +9,9 @@
 #include "exit_code.hh"
 
 /// `zrt4xml check`: reads each document and prints in one line what it is, then what a person wants
-/// to know about it; exit code 1 when there is anything. `jobs` files are read at once.
-exit_code check(const std::vector<std::string>& files, std::size_t jobs, answer_format format);
+/// to know about it, when `strict` also where it deviates from the grammar of its kind; exit code 1
+/// when there is anything. `jobs` files are read at once.
+exit_code check(const std::vector<std::string>& files, bool strict, std::size_t jobs,
+                answer_format format);
 
 #endif

@@ -258,6 +258,8 @@ CLI::App* add_check(CLI::App& app, arguments& given) {
   command->add_option("FILE", given.files, "Documents to check; - is standard input")
       ->required()
       ->type_name("");
+  command->add_flag("--strict", given.strict,
+                    "Also tell what the grammar of such a document does not allow");
   add_jobs(command, given);
   add_json(command, given);
   command->footer(
@@ -270,7 +272,7 @@ CLI::App* add_check(CLI::App& app, arguments& given) {
 }
 
 exit_code run_check(const arguments& given) {
-  return check(given.files, given.files_at_once(), given.format());
+  return check(given.files, given.strict, given.files_at_once(), given.format());
 }
 
 CLI::App* add_stat(CLI::App& app, arguments& given) {

@@ -33,6 +33,7 @@ struct arguments {
   std::size_t jobs = 0;  ///< as many files at once as there are processor cores
   bool wide = false;
   bool force = false;
+  bool strict = false;
   bool dry_run = false;
   bool as_json = false;
   bool as_csv = false;

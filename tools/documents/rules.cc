@@ -61,6 +61,9 @@ constexpr rule_traits rules[] = {
     {rule::blanks_around_name, "blanks_around_name", error, "blanks or line ends belong to a name"},
     {rule::blanks_around_text, "blanks_around_text", warning,
      "blanks or line ends belong to a text"},
+
+    {rule::beyond_grammar, "beyond_grammar", warning,
+     "with --strict: what the readers take, but the grammar of such documents does not"},
 };
 
 constexpr bool stand_in_order() {

@@ -54,6 +54,8 @@ enum class rule : unsigned char {
   character_lost,
   blanks_around_name,
   blanks_around_text,
+  // What --strict tells besides.
+  beyond_grammar,
 };
 
 struct rule_traits {
