@@ -42,6 +42,15 @@ std::string times(unsigned number, const std::string& text) {
   return result;
 }
 
+/// Whether the schema says that this is read.
+bool is_in_schema(const std::string& json) {
+  const test::temporary_file file(json);
+  const std::string validator =
+      ZRT4_PYTHON " " ZRT4_SOURCE_DIR "/tests/tool/validate_json.py " ZRT4_SOURCE_DIR
+                  "/docs/zrt4xml.schema.json input <";
+  return std::system((validator + file.path() + " >/dev/null 2>&1").c_str()) == 0;
+}
+
 }  // namespace
 
 TEST(ToolJsonReading, ConvertsToTheDocumentThatTheXmlConvertsTo) {
@@ -341,4 +350,21 @@ TEST(ToolJsonReading, WhoeverLooksAtTheXmlRefusesIt) {
                               ": is JSON, where XML is needed: 'zrt4xml convert --to xml' makes "
                               "it\n");
   }
+}
+
+TEST(ToolJsonReading, SchemaSaysWhatIsRead) {
+  for (const std::string& example : test::examples()) {
+    EXPECT_TRUE(is_in_schema(run("show --json " + example).out)) << example;
+  }
+  const std::string one = channels_of(R"({"property": "A/B", "event_type_name": "ENV"})");
+  EXPECT_TRUE(is_in_schema(one));
+  EXPECT_TRUE(is_in_schema("[" + one + "]"));
+  EXPECT_TRUE(is_in_schema(R"({"documents": [)" + one + "]}"));
+  EXPECT_FALSE(is_in_schema(channels_of(R"({"name": "A"})")));
+  EXPECT_FALSE(is_in_schema(channels_of(R"({"property": "A", "location": "x"})")));
+  EXPECT_FALSE(is_in_schema(channels_of(R"({"property": "A", "stream": 2147483648})")));
+  EXPECT_FALSE(
+      is_in_schema(channels_of(R"({"property": "A", "units": ")" + std::string(16, 'x') + "\"}")));
+  EXPECT_FALSE(is_in_schema(R"({"kind": "events", "records": [{"event_type": 33}]})"));
+  EXPECT_FALSE(is_in_schema("{}"));
 }
