@@ -163,6 +163,8 @@ void bind_documents(py::module_& module) {
     } catch (const std::system_error& error) {
       const py::tuple reason = py::make_tuple(error.code().value(), error.code().message());
       PyErr_SetObject(PyExc_OSError, reason.ptr());
+    } catch (const file_error& error) {
+      PyErr_SetString(PyExc_OSError, error.what());
     }
   });
   py::class_<input_file>(module, "Document")

@@ -14,6 +14,9 @@ namespace zrt4::python {
 void bind_records(pybind11::module_& module);
 void bind_lists(pybind11::module_& module);
 void bind_documents(pybind11::module_& module);
+void bind_tables(pybind11::module_& module);
+void bind_answers(pybind11::module_& module);
+void bind_selector(pybind11::module_& module);
 
 /// Throws KeyError.
 const record_type& record_type_named(const std::string& name);

@@ -32,6 +32,9 @@ PYBIND11_MODULE(_core, module) {
   bind_records(module);
   bind_lists(module);
   bind_documents(module);
+  bind_tables(module);
+  bind_answers(module);
+  bind_selector(module);
   constexpr int data_types_end = ZRT4_BLOCK_MAX_2010 + 1;
   module.attr("event_types") = named_numbers(ZRT4_EV_EVMAX + 1, event_name_itoa);
   module.attr("data_types") = named_numbers(data_types_end, block_name_itoa);

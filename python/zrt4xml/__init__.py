@@ -6,18 +6,21 @@ environment index dictionaries and features of cameras.
 'mm'
 """
 
+from ._answers import (CheckResult, Difference, Finding, SelectedChannel, Selector, check, diff,
+                       merge)
 from ._documents import read, read_camera, read_channels, read_dictionary, read_events
 from ._enumerations import DataType, EventMask, EventType, FeatureType, Severity
-from ._errors import DocumentError, Message
-from ._lists import ChannelList, Dictionary, EventList, FeatureList
+from ._errors import DocumentError, LossError, Message
+from ._lists import ChannelList, Dictionary, EventList, FeatureList, RecordList
 from ._records import (Bit, Channel, DictionaryEntry, Dimension, Event, Feature, Record, ServerBlock,
                        Statistic)
 
 __all__ = [
-    "Bit", "Channel", "ChannelList", "DataType", "Dictionary", "DictionaryEntry", "Dimension",
-    "DocumentError", "Event", "EventList", "EventMask", "EventType", "Feature", "FeatureList",
-    "FeatureType", "Message", "Record", "ServerBlock", "Severity", "Statistic", "read", "read_camera",
-    "read_channels", "read_dictionary", "read_events",
+    "Bit", "Channel", "ChannelList", "CheckResult", "DataType", "Dictionary", "DictionaryEntry",
+    "Difference", "Dimension", "DocumentError", "Event", "EventList", "EventMask", "EventType",
+    "Feature", "FeatureList", "FeatureType", "Finding", "LossError", "Message", "Record",
+    "RecordList", "SelectedChannel", "Selector", "ServerBlock", "Severity", "Statistic", "check",
+    "diff", "merge", "read", "read_camera", "read_channels", "read_dictionary", "read_events",
 ]
 for _name in __all__:
     globals()[_name].__module__ = __name__

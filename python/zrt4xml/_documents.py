@@ -63,6 +63,11 @@ def _place(text):
     return tuple(int(number) for number in numbers) if len(numbers) == 2 else (0, 0)
 
 
+def _messages(told):
+    return tuple(Message(line, column, text, Severity(severity))
+                 for line, column, text, severity in told)
+
+
 def _read(source, expected, on_error):
     if on_error not in ("raise", "keep"):
         raise ValueError(f"on_error is 'raise' or 'keep', not {on_error!r}")
@@ -79,8 +84,7 @@ def _read(source, expected, on_error):
     if kind == "variables":
         records.dialect = "variables"
     errors, told = document.read(kind, records)
-    messages = tuple(Message(line, column, text, Severity(severity))
-                     for line, column, text, severity in told)
+    messages = _messages(told)
     if on_error == "keep":
         return records, messages
     if errors:

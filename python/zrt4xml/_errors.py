@@ -47,3 +47,23 @@ class DocumentError(ValueError):
         more = len(self.messages) - 1
         rest = f" (and {more} more)" if more else ""
         return f"{self.name}{place}: {first.text}{rest}"
+
+
+class LossError(ValueError):
+    """Records that a document cannot carry: it would not read back to the same. `losses` tells what
+    is lost, with channel and field.
+
+    >>> try:
+    ...     zrt4xml.ChannelList([zrt4xml.Channel(prop_name="P", units="\\x01")]).to_xml()
+    ... except zrt4xml.LossError as error:
+    ...     print(len(error.losses))
+    1
+    """
+
+    def __init__(self, losses):
+        self.losses = tuple(losses)
+        super().__init__(self.losses)
+
+    def __str__(self):
+        more = len(self.losses) - 1
+        return self.losses[0] + (f" (and {more} more)" if more else "")

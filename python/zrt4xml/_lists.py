@@ -1,8 +1,10 @@
 """The records of a document, as sequences."""
 
+import os
 from collections.abc import Mapping, MutableSequence
 
-from . import _core
+from . import _core, _tables
+from ._errors import LossError
 from ._records import Channel, DictionaryEntry, Event, Feature
 
 
@@ -28,6 +30,19 @@ def _mapping_of(record):
     if names is not None:
         return dict(zip(names, record.item() if hasattr(record, "item") else record))
     raise TypeError(f"a mapping of fields is needed, not '{type(record).__name__}'")
+
+
+def _replace(path, content):
+    name = os.fsencode(path)
+    if not name:
+        raise FileNotFoundError(2, os.strerror(2), path)
+    if name == b"-":
+        name = b"./-"  # a file, and not standard output
+    try:
+        _core.replace_file(name, content)
+    except OSError as error:
+        error.filename = path
+        raise
 
 
 class RecordList(_core.RecordList):
@@ -91,6 +106,38 @@ class RecordList(_core.RecordList):
             key = lambda record: getattr(record, first)
         self[:] = sorted(self, key=key, reverse=reverse)
 
+    def to_numpy(self, fields=None, *, texts="str"):
+        """A structured array with one row for each record, and no object of Python for a value.
+        `fields` chooses columns and their order. Texts are as wide as the longest of a column: of
+        characters, four bytes each, or with `texts="bytes"` of the bytes of UTF-8.
+
+        >>> table = zrt4xml.read("examples/channels/channels.xml").to_numpy(["daq_name", "db_key"])
+        >>> table[table["daq_name"] == "BPM.3.L1.X"]["db_key"].tolist()
+        [4101]
+        >>> table.dtype.names
+        ('daq_name', 'db_key')
+        """
+        return _tables.to_numpy(self, fields, texts)
+
+    def to_dataframe(self, fields=None):
+        """A DataFrame of pandas with one row for each record; `fields` chooses columns and their
+        order. Texts are `str`, numbers as in the records.
+
+        >>> frame = zrt4xml.read("examples/channels/channels.xml").to_dataframe()
+        >>> frame[frame.ev_type == zrt4xml.EventType.ENV].daq_name.tolist()
+        ['RF.A1.SP.AMPL', 'RF.A1.SP.PHASE', 'Q2.L1.SP']
+        """
+        return _tables.to_dataframe(self, fields)
+
+    def _repr_html_(self):
+        return _tables.as_html(self)
+
+    def _written(self, form, lossy):
+        at_all, losses, content = _core.written(self, form)
+        if losses and not (lossy and at_all):
+            raise LossError(losses)
+        return content
+
     def __add__(self, other):
         made = self[:]
         made.extend(other)
@@ -133,6 +180,44 @@ class ChannelList(RecordList):
         self.dialect = "element"
         super().__init__(records)
 
+    def to_xml(self, dialect=None, *, lossy=False):
+        """The document, in the bytes of the encoding that it declares. `dialect` is "element" or
+        "variables", by default that of the list. Raises `LossError` when the document would not read
+        back to the same; with `lossy=True` only when it would be no XML.
+
+        >>> channels = zrt4xml.read("examples/channels/channels.xml")
+        >>> zrt4xml.read(channels.to_xml("element")) == channels
+        True
+        """
+        if dialect is None:
+            dialect = self.dialect
+        if dialect not in ("element", "variables"):
+            raise ValueError(f"dialect is 'element' or 'variables', not {dialect!r}")
+        return self._written("xml" if dialect == "element" else dialect, lossy)
+
+    def write(self, path, dialect=None, *, lossy=False):
+        """Writes the document to a file, which is replaced as a whole or not at all. Raises what
+        `to_xml` raises, and `OSError`."""
+        _replace(path, self.to_xml(dialect, lossy=lossy))
+
+    def bits_to_dataframe(self):
+        """A DataFrame with one row for each bit: the position of its channel in the list, the
+        channel's property, and the fields of the bit.
+
+        >>> frame = zrt4xml.read("examples/channels/channels.xml").bits_to_dataframe()
+        >>> list(frame.columns)
+        ['channel', 'prop_name', 'bit', 'bit_name', 'bit_desc']
+        """
+        return _tables.inner_dataframe(self, ["bits"], ["channel"])
+
+    def dims_to_dataframe(self):
+        """The same for the dimensions."""
+        return _tables.inner_dataframe(self, ["dims"], ["channel"])
+
+    def stats_to_dataframe(self):
+        """The same for the statistics; `dim` is the number of the dimension."""
+        return _tables.inner_dataframe(self, ["dims", "stats"], ["channel", "position"])
+
 
 class EventList(RecordList):
     """Events that a consumer of the DAQ wants. An event is found by the name of its type.
@@ -155,6 +240,21 @@ class Dictionary(RecordList):
 
     _record = DictionaryEntry
     _noun, _nouns = "entry", "entries"
+
+    def to_xml(self, *, lossy=False):
+        """The document, in the bytes of the encoding that it declares. Raises `LossError` when it
+        would not read back to the same; with `lossy=True` only when it would be no XML.
+
+        >>> entries = zrt4xml.read("examples/dictionaries/small.xml")
+        >>> zrt4xml.read(entries.to_xml()) == entries
+        True
+        """
+        return self._written("xml", lossy)
+
+    def write(self, path, *, lossy=False):
+        """Writes the document to a file, which is replaced as a whole or not at all. Raises what
+        `to_xml` raises, and `OSError`."""
+        _replace(path, self.to_xml(lossy=lossy))
 
 
 class FeatureList(RecordList):

@@ -1,33 +1,14 @@
 #include "merge.hh"
 
-#include <map>
-#include <string_view>
-
 #include "diff.hh"
 #include "document_kind.hh"
 #include "file_error.hh"
 #include "input_file.hh"
+#include "merging.hh"
 #include "progress.hh"
 #include "reading.hh"
 
 namespace {
-
-void add(zrt4::channel_list& base, zrt4::channel_list& from, bool force) {
-  // No hash table: senders could choose properties that all have one hash.
-  std::map<std::string_view, chan_descr_2010*> by_property;
-  for (chan_descr_2010& channel : base) by_property.emplace(channel.prop_name, &channel);
-  std::vector<chan_descr_2010*> merged;
-  for (chan_descr_2010* channel : *from.get()) {
-    const auto [known, is_new] = by_property.emplace(channel->prop_name, channel);
-    if (is_new) {
-      base.get()->push_back(channel);
-    } else if (known->second != channel) {
-      extend_channel_description(known->second, channel, force);
-      merged.push_back(channel);
-    }
-  }
-  from.get()->swap(merged);
-}
 
 // Returns whether it was read cleanly. The first file read chooses what `same` means.
 bool read(zrt4::channel_list& list, input_file& file, document_form& to) {
@@ -53,7 +34,7 @@ bool add_all_but_first(zrt4::channel_list& base, const std::vector<std::string>&
   for (std::size_t i = 1; i < files.size(); ++i) {
     zrt4::channel_list from;
     read_cleanly = read(from, files[i], to) && read_cleanly;
-    add(base, from, force);
+    merge_into(base, from, force);
   }
   return read_cleanly;
 }

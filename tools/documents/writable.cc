@@ -6,19 +6,17 @@
 #include "channel_fields.hh"
 #include "dictionary_fields.hh"
 #include "latin1.hh"
-#include "message.hh"
 
 namespace {
 
 class text_check {
  public:
-  explicit text_check(const std::string& name) : file(name) {}
-
   void text(const std::string& channel, std::string_view field, const char* content) {
     bool fatal = false;
     const std::string why = unwritable(content, fatal);
     if (why.empty()) return;
-    report(file, "channel '" + channel + "', field " + std::string(field) + ": the text " + why);
+    result.losses.push_back("channel '" + channel + "', field " + std::string(field) +
+                            ": the text " + why);
     result.wholly = false;
     result.at_all = result.at_all && !fatal;
   }
@@ -36,15 +34,12 @@ class text_check {
   }
 
   writable result;
-
- private:
-  const std::string& file;
 };
 
 }  // namespace
 
-writable check_channels(const std::string& file, const zrt4::channel_list& channels) {
-  text_check texts(file);
+writable check_channels(const zrt4::channel_list& channels) {
+  text_check texts;
   for (const chan_descr_2010& channel : channels) {
     const std::string name = channel.prop_name;
     texts.record(name, channel);
@@ -58,9 +53,8 @@ writable check_channels(const std::string& file, const zrt4::channel_list& chann
 }
 
 template <class Entry>
-writable check_dictionary(const std::string& file,
-                          const zrt4::basic_env_dictionary<Entry>& entries) {
-  text_check texts(file);
+writable check_dictionary(const zrt4::basic_env_dictionary<Entry>& entries) {
+  text_check texts;
   for (const Entry& entry : entries) {
     texts.text(entry.data.env_prop, zrt4::detail::env_index_names[ENV_INDX_PROP],
                entry.data.env_prop);
@@ -68,5 +62,5 @@ writable check_dictionary(const std::string& file,
   return texts.result;
 }
 
-template writable check_dictionary(const std::string&, const zrt4::env_dictionary&);
-template writable check_dictionary(const std::string&, const zrt4::env_dictionary_2010&);
+template writable check_dictionary(const zrt4::env_dictionary&);
+template writable check_dictionary(const zrt4::env_dictionary_2010&);

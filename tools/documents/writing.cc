@@ -1,6 +1,7 @@
 #include "writing.hh"
 
 #include <stdexcept>
+#include <utility>
 
 #include "descriptor.hh"
 #include "latin1.hh"
@@ -27,12 +28,12 @@ std::string dumped(Dump&& dump) {
   return memory.read_all();
 }
 
-writable check_list(const std::string& file, const zrt4::channel_list& list) {
-  return check_channels(file, list);
+writable check_list(const zrt4::channel_list& list) {
+  return check_channels(list);
 }
 template <class Entry>
-writable check_list(const std::string& file, const zrt4::basic_env_dictionary<Entry>& list) {
-  return check_dictionary(file, list);
+writable check_list(const zrt4::basic_env_dictionary<Entry>& list) {
+  return check_dictionary(list);
 }
 
 std::string document_of(zrt4::channel_list& list, document_form form) {
@@ -69,19 +70,25 @@ std::string text_of(zrt4::basic_env_dictionary<Entry>& list, document_form /*for
 }
 
 template <class List>
+written written_in(List& list, document_form form) {
+  if (!is_xml(form)) return {true, {}, text_of(list, form)};
+  writable fit = check_list(list);
+  if (!fit.at_all) return {false, std::move(fit.losses), {}};
+  return {true, std::move(fit.losses), to_latin1(document_of(list, form))};
+}
+
+template <class List>
 bool write(List& list, bool read_cleanly, const std::string& file, document_form form,
            const std::string& output) {
-  writable fit;
-  if (is_xml(form)) fit = check_list(file, list);
-  if (!fit.at_all) {
+  const written made = written_in(list, form);
+  for (const std::string& loss : made.losses) report(file, loss);
+  if (!made.at_all) {
     report(file, "nothing is written: the document could not be read back");
     return false;
   }
-  const std::string content =
-      is_xml(form) ? to_latin1(document_of(list, form)) : text_of(list, form);
-  const bool all_well = read_cleanly && fit.wholly;
+  const bool all_well = read_cleanly && made.losses.empty();
   if (all_well || is_standard_output(output)) {
-    write_output(output, content);
+    write_output(output, made.content);
   } else {
     report(output,
            "not written, because not all went well; without -o, standard output takes what there "
@@ -91,6 +98,16 @@ bool write(List& list, bool read_cleanly, const std::string& file, document_form
 }
 
 }  // namespace
+
+written written_form(zrt4::channel_list& list, document_form form) {
+  return written_in(list, form);
+}
+written written_form(zrt4::env_dictionary& list, document_form form) {
+  return written_in(list, form);
+}
+written written_form(zrt4::env_dictionary_2010& list, document_form form) {
+  return written_in(list, form);
+}
 
 document_form form_of(int dialect) {
   return dialect == MORV_FORMAT ? document_form::variables : document_form::xml;

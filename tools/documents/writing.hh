@@ -4,6 +4,7 @@
 // The library's lists, written in the form that the command line names.
 
 #include <string>
+#include <vector>
 
 #include "zrt4xml.hh"
 
@@ -15,6 +16,17 @@ document_form form_of(int dialect);
 
 /// How types have to be read for a list to be written in this form.
 zrt4::types types_for(document_form form);
+
+/// A list in some form.
+struct written {
+  bool at_all = true;               ///< else there is no content: it could not be read back
+  std::vector<std::string> losses;  ///< what would not read back, for a person
+  std::string content;
+};
+written written_form(zrt4::channel_list& list, document_form form);
+/// `form` is xml or text.
+written written_form(zrt4::env_dictionary& list, document_form form);
+written written_form(zrt4::env_dictionary_2010& list, document_form form);
 
 /// Each writes the list that was read from `file` to `output` and reports what is lost. A file is
 /// replaced only when all went well, standard output takes what there is; an XML document that

@@ -1,0 +1,136 @@
+import subprocess
+import sys
+
+import numpy
+import pandas
+import pytest
+
+import zrt4xml
+from zrt4xml import Bit, Channel, ChannelList, Dimension, DictionaryEntry, Dictionary, Statistic
+
+FIELDS = [name for name, *_ in Channel._fields]
+
+
+def test_a_structured_array(channels):
+    table = channels.to_numpy()
+    assert table.dtype.names == tuple(FIELDS)
+    assert len(table) == 8
+    for row, channel in zip(table, channels):
+        assert row.item() == tuple(getattr(channel, name) for name in FIELDS)
+    assert table["prop_name"].dtype.kind == "U"
+    assert not table.dtype.hasobject
+
+
+def test_chosen_columns(channels):
+    table = channels.to_numpy(["units", "max_size"])
+    assert table.dtype == numpy.dtype([("units", "<U6"), ("max_size", "<i4")])
+    assert table[0].item() == ("mm", 2048)
+    with pytest.raises(KeyError, match="no field 'unit'"):
+        channels.to_numpy(["unit"])
+    with pytest.raises(TypeError):
+        channels.to_numpy("units")
+    with pytest.raises(ValueError):
+        channels.to_numpy(texts="other")
+
+
+def test_texts_of_arrays():
+    texts = ["", "x", "µm", "Ω" * 85, "\U0001f52c!", "x" * 255]
+    channels = ChannelList(Channel(prop_name=text) for text in texts)
+    assert channels.to_numpy()["prop_name"].tolist() == texts
+    assert channels.to_numpy()["prop_name"].dtype == "<U255"
+    in_bytes = channels.to_numpy(texts="bytes")["prop_name"]
+    assert in_bytes.tolist() == [text.encode() for text in texts]
+    assert channels[2:3].to_numpy()["prop_name"].dtype == "<U2"
+    cut = zrt4xml.read("<CHANDESCRIPTIONS><CHANNEL><PROP>" + 254 * "x" + "Ω</PROP></CHANNEL>"
+                       "</CHANDESCRIPTIONS>")
+    assert cut.to_numpy()["prop_name"].tolist() == [cut[0].prop_name]
+
+
+def test_numbers_of_arrays():
+    channels = ChannelList([Channel(ev_type=2 ** 32 - 1, max_size=-2 ** 31, db_key=7)])
+    assert channels.to_numpy(["ev_type", "max_size", "db_key"]).tolist() == [
+        (2 ** 32 - 1, -2 ** 31, 7)]
+    entries = Dictionary([DictionaryEntry(index=-1, env_ch_abs_delta=0.5)])
+    assert entries.to_numpy().tolist() == [(-1, "", 0.5, 0.0)]
+
+
+@pytest.mark.parametrize("file", ["channels/channels.xml", "event_lists/orbit_feedback.xml",
+                                  "dictionaries/small.xml", "cameras/minimal.xml"])
+def test_every_kind_there_and_back(file):
+    records = zrt4xml.read(f"examples/{file}")
+    plain = type(records)(each.copy() for each in records)
+    for each in plain:
+        for inside in ("bits", "dims", "server_blocks"):
+            if hasattr(each, inside):
+                setattr(each, inside, [])
+    for table in (records.to_numpy(), records.to_dataframe()):
+        assert type(records).from_records(table) == plain
+
+
+def test_empty_lists():
+    assert len(ChannelList().to_numpy()) == 0
+    assert list(ChannelList().to_dataframe().columns) == FIELDS
+    assert len(ChannelList().bits_to_dataframe()) == 0
+
+
+def test_a_dataframe(channels):
+    frame = channels.to_dataframe()
+    assert list(frame.columns) == FIELDS
+    assert frame.prop_name.tolist() == [each.prop_name for each in channels]
+    assert frame.max_size.dtype == "int32"
+    assert frame.ev_type.dtype == "uint32"
+    assert type(frame.units[0]) is str
+    assert list(channels.to_dataframe(["units", "daq_name"]).columns) == ["units", "daq_name"]
+
+
+def test_a_table_has_values_of_its_own(channels):
+    table, frame = channels.to_numpy(), channels.to_dataframe()
+    channels[0].units = "km"
+    assert (table["units"][0], frame.units[0]) == ("mm", "mm")
+    del channels
+    assert table["units"][0] == "mm"
+
+
+def test_bits_and_dimensions():
+    channels = ChannelList([
+        Channel(prop_name="A"),
+        Channel(prop_name="B", bits=[Bit(bit=3, bit_name="ON"), Bit(bit=4)],
+                dims=[Dimension(dim=7, units="us", stats=[Statistic(stat=1, stat_name="rms")])])])
+    bits = channels.bits_to_dataframe()
+    assert bits.values.tolist() == [[1, "B", 3, "ON", ""], [1, "B", 4, "", ""]]
+    assert channels.dims_to_dataframe().values.tolist() == [[1, "B", 7, "", "", "us"]]
+    stats = channels.stats_to_dataframe()
+    assert list(stats.columns[:3]) == ["channel", "prop_name", "dim"]
+    assert stats.values.tolist() == [[1, "B", 7, 1, "rms", "", ""]]
+
+
+def test_without_pandas():
+    script = ("import sys; sys.modules['pandas'] = None\n"
+              "import zrt4xml\n"
+              "channels = zrt4xml.read('examples/channels/channels.xml')\n"
+              "channels.to_numpy()\n"
+              "try: channels.to_dataframe()\n"
+              "except ImportError as error: assert 'pandas' in str(error)\n"
+              "else: assert False\n")
+    subprocess.run([sys.executable, "-c", script], check=True)
+
+
+def test_a_table_of_a_notebook():
+    channels = ChannelList([Channel(prop_name="<script>&", units='"', bits=[Bit()])] * 25)
+    shown = channels._repr_html_()
+    assert "<script>" not in shown
+    assert "&lt;script&gt;&amp;" in shown
+    assert "5 more" in shown
+    assert shown.count("<tr>") == 21
+    assert "prop_desc" not in shown
+    assert "&lt;script&gt;" in channels[0]._repr_html_()
+    assert ChannelList()._repr_html_().startswith("<table>")
+
+
+def test_reference_counts_of_tables(channels):
+    frame = channels.to_dataframe()
+    before = sys.getrefcount(frame.units[0])
+    for _ in range(10):
+        channels.to_dataframe()
+    after = sys.getrefcount(frame.units[0])
+    assert after == before

@@ -1,0 +1,88 @@
+"""Records as tables, for NumPy, pandas and notebooks."""
+
+import html
+
+from . import _core
+
+_ROWS_SHOWN = 20
+
+
+def _pandas():
+    try:
+        import pandas
+    except ImportError:
+        raise ImportError("a DataFrame needs pandas, which is not installed; "
+                          "to_numpy() does without") from None
+    return pandas
+
+
+def _names(records, fields):
+    if fields is None:
+        return [name for name, *_ in records._record._fields]
+    if isinstance(fields, str):
+        raise TypeError("fields: a sequence of names is needed, not 'str'")
+    return list(fields)
+
+
+def to_numpy(records, fields, texts):
+    if texts not in ("str", "bytes"):
+        raise ValueError(f"texts is 'str' or 'bytes', not {texts!r}")
+    return _core.structured(records, _names(records, fields), texts == "bytes")
+
+
+def to_dataframe(records, fields):
+    names = _names(records, fields)
+    return _pandas().DataFrame(_core.columns(records, names), columns=names, copy=False)
+
+
+def inner_dataframe(records, path, positions):
+    """One row for each record inside, behind where it is and the property of the channel."""
+    pandas = _pandas()
+    places, columns = _core.inner_columns(records, path)
+    made = dict(zip(positions, places))
+    properties = _core.columns(records, ["prop_name"])["prop_name"]
+    made["prop_name"] = properties[places[0]]
+    if len(path) > 1:
+        # The number of the dimension, which may be another than its position.
+        numbers = [dimension.dim for record in records for dimension in record.dims
+                   for _ in dimension.stats]
+        del made[positions[1]]
+        made["dim"] = numbers
+    made.update(columns)
+    return pandas.DataFrame(made, copy=False)
+
+
+def as_html(records):
+    """A table of the first records; of the fields, those that any of them has."""
+    first = records[:_ROWS_SHOWN]
+    blank = records._record()
+    names = [name for name, *_ in records._record._fields]
+    names = [name for name in names
+             if name == names[0] or any(getattr(each, name) != getattr(blank, name)
+                                        for each in first)]
+    inside = [name for name in ("bits", "dims", "server_blocks") if hasattr(blank, name)]
+    head = "".join(f"<th>{html.escape(name)}</th>" for name in ["", *names, *inside])
+    rows = "".join(
+        "<tr><th>%d</th>%s%s</tr>" % (
+            index,
+            "".join(f"<td>{html.escape(_shown(getattr(each, name)))}</td>" for name in names),
+            "".join(f"<td>{len(getattr(each, name))}</td>" for name in inside))
+        for index, each in enumerate(first))
+    more = len(records) - len(first)
+    rest = f"<p>... {more} more</p>" if more else ""
+    return f"<table><thead><tr>{head}</tr></thead><tbody>{rows}</tbody></table>{rest}"
+
+
+def record_as_html(record):
+    rows = "".join(
+        f"<tr><th>{html.escape(name)}</th><td>{html.escape(_shown(value))}</td></tr>"
+        for name, value in ((name, getattr(record, name)) for name in record.to_dict()))
+    return f"<table><tbody>{rows}</tbody></table>"
+
+
+def _shown(value):
+    name = getattr(value, "name", None)
+    return f"{int(value)} {name}" if isinstance(value, int) and name else str(value)
+
+
+_core.Record._repr_html_ = record_as_html
