@@ -1,6 +1,6 @@
 # Installation: libraries, headers (one folder, found by bare name), the tool, the CMake package
-# and the pkg-config file. Three components, which are also the Debian packages: runtime (the
-# libraries), development and tool.
+# and the pkg-config file. Four components, which are also the Debian packages: runtime (the
+# libraries), development, tool and python.
 include(CMakePackageConfigHelpers)
 
 set(ZRT4_INSTALL_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR}/zrt4xml)

@@ -1,5 +1,5 @@
 # Debian packages, one per component of the installation: libzrt4xml1 (the number is the SONAME's),
-# libzrt4xml-dev and zrt4xml. Made by scripts/package.
+# libzrt4xml-dev, zrt4xml and python3-zrt4xml. Made by scripts/package.
 
 set(library_package libzrt4xml${PROJECT_VERSION_MAJOR})
 
@@ -13,6 +13,9 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL runtime development)
 if(ZRT4_TOOL)
   list(APPEND CPACK_COMPONENTS_ALL tool)
+endif()
+if(ZRT4_PYTHON)
+  list(APPEND CPACK_COMPONENTS_ALL python)
 endif()
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -40,5 +43,17 @@ set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_TOOL_DESCRIPTION
   "The command-line tool, with its manual page and completion.")
+
+# Built for one version of Python, the system's.
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-zrt4xml)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+math(EXPR next_python "${Python_VERSION_MINOR} + 1")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION}), python3 (>= ${Python_VERSION_MAJOR}.${Python_VERSION_MINOR}), python3 (<< ${Python_VERSION_MAJOR}.${next_python}), python3-numpy")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS python3-pandas)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA  # compiled sources come and go with the package
+  ${PROJECT_SOURCE_DIR}/cmake/python3-zrt4xml/postinst
+  ${PROJECT_SOURCE_DIR}/cmake/python3-zrt4xml/prerm)
+set(CPACK_COMPONENT_PYTHON_DESCRIPTION
+  "The package zrt4xml of Python: the same documents as lists, arrays and data frames.")
 
 include(CPack)

@@ -12,7 +12,6 @@ namespace {
 
 using record_class = py::class_<record, std::shared_ptr<record>>;
 
-// "text of at most 255 bytes (JSON: property)"
 std::string documentation(const field& of) {
   std::string text;
   if (of.is_text()) {
@@ -23,7 +22,9 @@ std::string documentation(const field& of) {
   } else {
     text = "A number from " + std::to_string(of.least) + " to " + std::to_string(of.most);
   }
-  return text + "; '" + std::string(of.row) + "' in the tool's JSON.";
+  text += "; '" + std::string(of.row) + "' in the tool's JSON.";
+  if (!of.meaning.empty()) text += " Means: " + std::string(of.meaning) + ".";
+  return text;
 }
 
 template <class Class>

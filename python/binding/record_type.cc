@@ -52,6 +52,7 @@ field field_of_row(const Row& row, std::string_view row_name) {
   field made = detail::with_value(row.member, blank, [&](auto& value) {
     return field_of<std::remove_reference_t<decltype(value)>>(row.name, row_name);
   });
+  made.meaning = row.meaning;
   made.row_of_table = &row;
   made.find = [](const void* of_table, void* of) {
     return detail::with_value(static_cast<const Row*>(of_table)->member, *static_cast<Record*>(of),
@@ -100,6 +101,7 @@ std::vector<field> event_fields() {
   std::vector<field> fields{type};
   for (const detail::event_number& row : detail::event_numbers) {
     field made = field_of<std::uint32_t>(row.name, row.row);
+    made.meaning = row.meaning;
     made.row_of_table = &row;
     made.find = [](const void* of_table, void* of) -> place {
       return &static_cast<const detail::event_number*>(of_table)->in(

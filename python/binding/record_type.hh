@@ -43,7 +43,8 @@ struct field {
   std::int64_t least, most;  ///< of a whole number
   place (*find)(const void* row_of_table, void* of);
   const void* row_of_table;
-  bool is_key = false;  ///< records are looked up by it
+  bool is_key = false;            ///< records are looked up by it
+  std::string_view meaning = {};  ///< for a person
 
   place in(void* of) const { return find(row_of_table, of); }
   bool is_text() const { return least > most; }

@@ -9,7 +9,7 @@ source "$source_dir/scripts/debian_root.sh"
 
 make_scratch_root
 packages=$("$source_dir/scripts/package")
-[ "$(wc -l <<<"$packages")" -eq 3 ] || { echo "not three packages: $packages"; exit 1; }
+[ "$(wc -l <<<"$packages")" -eq 4 ] || { echo "not four packages: $packages"; exit 1; }
 
 mkdir "$fresh/packages"
 xargs -d '\n' cp -t "$fresh/packages/" <<<"$packages"
@@ -58,8 +58,20 @@ in_fresh sh -euc 'cd /packages
 echo "- the library cannot be removed under the tool's feet"
 if in_fresh dpkg --remove libzrt4xml1 >/dev/null 2>&1; then echo "it was"; exit 1; fi
 
+echo "- Python: the first session of its page, after one command"
+mkdir "$fresh/packages/session"
+cp -r "$source_dir/examples" "$fresh/packages/session/"
+awk '/^```/ { if (inside) exit; inside = $0 == "```python"; next } inside' "$source_dir/docs/python.md" \
+  >"$fresh/packages/session/first.txt"
+[ -s "$fresh/packages/session/first.txt" ] || { echo "docs/python.md has no first session"; exit 1; }
+install $(made python3-zrt4xml)
+in_fresh sh -euc 'cd /packages/session
+  python3 -B -c "import doctest, sys; sys.exit(doctest.testfile(\"/packages/session/first.txt\", False).failed)"
+  python3 -B examples/python/subsystems.py examples/channels/channels.xml | grep -q "^DIAG: "'
+if in_fresh python3 -B -c 'import pandas' 2>/dev/null; then echo "pandas came along"; exit 1; fi
+
 echo "- removed without a trace"
-in_fresh apt-get purge -y -qq --auto-remove libzrt4xml1 libzrt4xml-dev zrt4xml >>"$scratch/apt.log" 2>&1
+in_fresh apt-get purge -y -qq --auto-remove libzrt4xml1 libzrt4xml-dev zrt4xml python3-zrt4xml >>"$scratch/apt.log" 2>&1
 content | diff "$scratch/before" - || { echo "something is left, or was taken along"; exit 1; }
 if in_fresh ldconfig -p | grep ZRT4; then exit 1; fi
 echo "packages installed, used and removed"
