@@ -183,7 +183,7 @@ void find_type_without_name(const known_element& element, int64_t number, file_p
   const bool is_event = element.names == number_names::event_types;
   found.add(is_event ? rule::unknown_event_type : rule::unknown_data_type, place, [&] {
     return (is_event ? "event type " : "data type ") + std::to_string(number) + " has no name" +
-           as_mask(element.names, number);
+           (element.form == number_form::type ? as_mask(element.names, number) : "");
   });
 }
 

@@ -209,8 +209,8 @@ void record_check::note_field(const walked_element& element, begun_part& holder)
   file_place& where = holder.where[index_of(meaning)];
   const bool again = meaning.is_single && (holder.opened & bit) != 0;
   if (again) {
-    const char* const effect = meaning.form == number_form::listed_type ? "begins another event"
-                               : meaning.is_required ? "lists it again, as the last one says"
+    const char* const effect = meaning.form == number_form::listed_type ? "it begins another event"
+                               : meaning.is_required ? "it lists it again, as the last one says"
                                                      : "only the last one counts";
     const file_place first = where;
     found.add(rule::repeated_element, element.place,

@@ -37,6 +37,7 @@ class repeated_keys {
     std::size_t times = 0;
   };
 
+  std::uint64_t hash_of(std::string_view text) const;
   template <class Shown>
   void add_hash(std::uint64_t hash, file_place place, Shown shown);
   slot& slot_of(std::uint64_t hash);
@@ -44,7 +45,7 @@ class repeated_keys {
 
   const key_of& about;
   finding_list& found;
-  zrt4::detail::text_hash hash_of;
+  zrt4::detail::text_hash keyed_hash;
   std::vector<slot> slots;
   std::size_t used = 0;    // of this part
   std::uint32_t part = 1;  // at hand

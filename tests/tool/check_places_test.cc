@@ -1,0 +1,195 @@
+// Elements, texts and attributes that stand where nobody reads them, or for another record.
+
+#include "finding_support.hh"
+#include "zrt4xml.hh"
+
+using test::channel_with;
+using test::entry_with;
+using test::event_with;
+using test::found_in;
+using test::lines;
+using test::variable_with;
+
+namespace {
+
+class CheckPlaces : public testing::Test {
+  const zrt4::xml_session session;
+};
+
+}  // namespace
+
+TEST_F(CheckPlaces, FieldBeforeTheTypeOfItsEvent) {
+  EXPECT_EQ(found_in("<BMR>\n<EVENT><PRIORITY>1</PRIORITY><TYPE>1</TYPE></EVENT></BMR>"),
+            lines{"2:18 too_early: PRIORITY stands before the type of its event, and is ignored"});
+}
+
+TEST_F(CheckPlaces, EventWithoutATypeSaysItAll) {
+  EXPECT_EQ(found_in("<BMR>\n<EVENT><PRIORITY>1</PRIORITY></EVENT></BMR>"),
+            lines{"2:8 record_left_out: EVENT without TYPE is left out"});
+  EXPECT_EQ(found_in("<BMR>\n<EVENT>\n<TYPE/><PRIORITY>1</PRIORITY></EVENT></BMR>"),
+            lines{"3:8 empty_element: TYPE is empty: what stands in this event goes to the one "
+                  "before (line 2)"});
+  // Of an event that is skipped nothing else is told.
+  EXPECT_EQ(found_in("<BMR>\n<EVENT><TYPE>40</TYPE><SBLOCK>B<CHLIST><CHAN>C</CHAN></CHLIST>"
+                     "</SBLOCK></EVENT></BMR>")
+                .size(),
+            1U);
+}
+
+TEST_F(CheckPlaces, SecondType) {
+  EXPECT_EQ(found_in(event_with("<TYPE>2</TYPE>")),
+            lines{"3:7 repeated_element: TYPE stands again in EVENT (line 2), as in line 2: it "
+                  "begins another event"});
+}
+
+TEST_F(CheckPlaces, RecordsWithinOneAnother) {
+  EXPECT_EQ(found_in(event_with("<EVENT><TYPE>2</TYPE></EVENT>")),
+            lines{"3:8 nested_record: EVENT stands within EVENT (line 2), and ends it"});
+  EXPECT_EQ(found_in(channel_with("<CHANNEL><PROP>B</PROP><NAME>M</NAME></CHANNEL>")),
+            lines{"3:10 nested_record: CHANNEL stands within CHANNEL (line 2), and ends it"});
+  EXPECT_EQ(found_in(channel_with("<DIM>0<DIM>1</DIM></DIM>")),
+            lines{"3:12 nested_record: DIM stands within DIM (line 3), and ends it"});
+  EXPECT_EQ(found_in(variable_with("DaqBits",
+                                   "<DaqFloat><vindo>B</vindo><daqName>M</daqName>"
+                                   "</DaqFloat>")),
+            lines{"3:11 nested_record: DaqFloat stands within DaqBits (line 2), and ends it"});
+  EXPECT_EQ(found_in(entry_with("<CHANNEL><INDEX>2</INDEX><PROP>B</PROP></CHANNEL>")),
+            lines{"3:10 nested_record: CHANNEL stands within CHANNEL (line 2), and ends it"});
+}
+
+TEST_F(CheckPlaces, FieldOutsideItsRecord) {
+  EXPECT_EQ(found_in("<BMR><PRIORITY>1</PRIORITY></BMR>"),
+            lines{"1:16 too_early: PRIORITY stands without any EVENT before it, and is ignored"});
+  EXPECT_EQ(found_in("<BMR>\n<EVENT><TYPE>1</TYPE></EVENT>\n<PRIORITY>1</PRIORITY></BMR>"),
+            lines{"3:11 loose_element: PRIORITY stands behind EVENT (line 2), and is read as a "
+                  "part of it"});
+  EXPECT_EQ(found_in("<DAQvariables><units>mm</units></DAQvariables>"),
+            lines{"1:22 too_early: units stands without any DaqFloat or DaqBits or DaqFloatMatrix "
+                  "before it, and is ignored"});
+}
+
+TEST_F(CheckPlaces, ChannelsOfAServerBlock) {
+  EXPECT_EQ(found_in(event_with("<SBLOCK>B<CHAN>C</CHAN></SBLOCK>")),
+            lines{"3:16 too_early: CHAN stands without any CHLIST before it, and is ignored"});
+  EXPECT_EQ(found_in(event_with("<CHLIST><CHAN>C</CHAN></CHLIST>")),
+            (lines{"3:9 too_early: CHLIST stands without any SBLOCK before it, and is ignored"}));
+  EXPECT_EQ(found_in(event_with("<SBLOCK>B<CHLIST><CHAN>C</CHAN></CHLIST></SBLOCK>"
+                                "<CHAN>D</CHAN>")),
+            lines{"3:56 loose_element: CHAN stands behind CHLIST (line 3), and is read as a part "
+                  "of it"});
+  EXPECT_EQ(found_in(event_with("<SBLOCK>B<CHLIST/></SBLOCK>")),
+            lines{"3:19 empty_list: CHLIST names no channel, which means all of them"});
+  EXPECT_EQ(found_in(event_with("<SBLOCK><CHLIST><CHAN>C</CHAN></CHLIST></SBLOCK>")),
+            lines{"3:9 empty_element: SBLOCK lacks its text directly behind the start tag: what "
+                  "stands in it is not its own"});
+  EXPECT_EQ(found_in(event_with("<SBLOCK>B<CHLIST><CHAN/><CHAN>C</CHAN></CHLIST></SBLOCK>")),
+            lines{"3:25 empty_element: CHAN lacks its name, and is ignored"});
+}
+
+TEST_F(CheckPlaces, PartsOfAChannel) {
+  EXPECT_EQ(found_in(channel_with("<BIT_NAME>x</BIT_NAME><BIT>0</BIT>")),
+            lines{"3:11 too_early: BIT_NAME stands without any BIT before it, and is ignored"});
+  EXPECT_EQ(found_in(channel_with("<STAT>0</STAT>")),
+            lines{"3:7 too_early: STAT stands without any DIM before it, and is ignored"});
+  EXPECT_EQ(found_in(channel_with("<DIM_DESCR>x</DIM_DESCR>")),
+            lines{"3:12 too_early: DIM_DESCR stands without any DIM before it, and describes the "
+                  "channel"});
+  // Behind their part, or in it.
+  EXPECT_EQ(found_in(channel_with("<BIT>0</BIT><BIT_NAME>x</BIT_NAME><DIM>0</DIM><STAT>0</STAT>"
+                                  "<STAT_NAME>y</STAT_NAME>")),
+            lines{});
+  EXPECT_EQ(found_in(channel_with("<DIM>0<STAT>0</STAT></DIM><STAT_NAME>x</STAT_NAME>")),
+            lines{"3:38 loose_element: STAT_NAME stands behind STAT (line 3), and is read as a "
+                  "part of it"});
+}
+
+TEST_F(CheckPlaces, FieldOfAnotherRecord) {
+  EXPECT_EQ(found_in(channel_with("<DIM>0<UNITS>mm</UNITS></DIM>")),
+            lines{"3:14 misplaced_element: UNITS stands in DIM, but is read as a part of CHANNEL "
+                  "(line 2); DIM has DIM_UNITS"});
+  EXPECT_EQ(found_in(channel_with("<BIT>0<SIZE>4</SIZE></BIT>")),
+            lines{"3:13 misplaced_element: SIZE stands in BIT, but is read as a part of CHANNEL "
+                  "(line 2)"});
+  EXPECT_EQ(found_in(variable_with("DaqFloat", "<bitTitle bit='0'>x</bitTitle>")),
+            lines{"3:19 misplaced_element: bitTitle counts in DaqBits only; in DaqFloat it is "
+                  "ignored"});
+  EXPECT_EQ(found_in(variable_with("DaqBits", "<dimension id='0'> </dimension>")),
+            lines{"3:19 misplaced_element: dimension counts in DaqFloatMatrix only; in DaqBits it "
+                  "is ignored"});
+  EXPECT_EQ(found_in(variable_with("DaqFloatMatrix",
+                                   "<dimension id='0'> </dimension>\n<units>mm</units>")),
+            lines{"4:8 loose_element: units stands behind dimension (line 3), and is read as a "
+                  "part of it"});
+}
+
+TEST_F(CheckPlaces, ElementsThatStandAgain) {
+  EXPECT_EQ(found_in(channel_with("<UNITS>a</UNITS>\n<UNITS>b</UNITS>")),
+            lines{"4:8 repeated_element: UNITS stands again in CHANNEL (line 2), as in line 3: "
+                  "only the last one counts"});
+  EXPECT_EQ(found_in(channel_with("<PROP>B</PROP>")),
+            lines{"3:7 repeated_element: PROP stands again in CHANNEL (line 2), as in line 2: it "
+                  "lists it again, as the last one says"});
+  EXPECT_EQ(found_in(channel_with("<BIT>0<BIT_NAME>a</BIT_NAME><BIT_NAME>b</BIT_NAME></BIT>")),
+            lines{"3:39 repeated_element: BIT_NAME stands again in BIT (line 3), as in line 3: "
+                  "only the last one counts"});
+  EXPECT_EQ(found_in(entry_with("<DABS>1</DABS><DABS>2</DABS>")).size(), 1U);
+}
+
+TEST_F(CheckPlaces, NumberThatDoesNotStandDirectlyBehindItsTag) {
+  EXPECT_EQ(found_in(channel_with("<BIT><BIT_NAME>x</BIT_NAME>0</BIT>")),
+            lines{"3:6 stray_text: BIT holds the text '0' behind an element in it, where it is "
+                  "not read"});
+  EXPECT_EQ(found_in(channel_with("<BIT><BIT_NAME>x</BIT_NAME></BIT>")),
+            lines{"3:6 empty_element: BIT lacks its text directly behind the start tag: what "
+                  "stands in it is not its own"});
+  EXPECT_EQ(found_in(channel_with("<BIT/>")),
+            lines{"3:7 empty_element: BIT lacks its text, and is ignored"});
+  EXPECT_EQ(found_in("<BMR>\n<EVENT><TYPE>\n<!-- NORMAL -->1</TYPE></EVENT></BMR>"),
+            lines{"2:14 interrupted_text: TYPE: '1' is not read: it must stand directly behind the "
+                  "start tag, and in one piece"});
+  EXPECT_EQ(found_in(event_with("<TMASK/>")), lines{"3:9 empty_element: TMASK lacks its number"});
+}
+
+TEST_F(CheckPlaces, TextsAndAttributesThatNobodyReads) {
+  EXPECT_EQ(found_in("<BMR>x<EVENT>\n<TYPE>1</TYPE>y</EVENT></BMR>"),
+            (lines{"1:6 stray_text: BMR holds the text 'x', which is not read",
+                   "1:14 stray_text: EVENT holds the text 'y', which is not read"}));
+  EXPECT_EQ(found_in("<BMR>\n<EVENT type='1'><TYPE>1</TYPE></EVENT></BMR>"),
+            lines{"2:17 stray_attribute: EVENT has the attribute 'type', which is not read"});
+  EXPECT_EQ(found_in("<BMR xmlns:x='y' xml:lang='en'/>"), lines{});
+}
+
+TEST_F(CheckPlaces, AttributesThatAreMissing) {
+  EXPECT_EQ(found_in(variable_with("DaqBits", "<bitTitle Bit='1'>x</bitTitle>")),
+            (lines{"3:19 missing_attribute: bitTitle without the attribute bit",
+                   "3:19 stray_attribute: bitTitle has the attribute 'Bit', which is not read"}));
+}
+
+TEST_F(CheckPlaces, DimensionsThatAreReadTwice) {
+  EXPECT_EQ(found_in(variable_with("DaqFloatMatrix", "<dimension id='0'/>")), lines{});
+  EXPECT_EQ(found_in(variable_with("DaqFloatMatrix", "<dimension id='0'></dimension>")),
+            lines{"3:19 read_again: dimension is read several times: a comment or its end stands "
+                  "directly behind its start tag"});
+  EXPECT_EQ(found_in(variable_with("DaqBits", "<bitTitle bit='0'></bitTitle>")), lines{});
+}
+
+TEST_F(CheckPlaces, MisspeltElements) {
+  const struct {
+    const char* written;
+    const char* advice;
+  } cases[] = {{"Units", "; did you mean UNITS?"},     {"UNIT", "; did you mean UNITS?"},
+               {"PROPERTY", "; did you mean PROP?"},   {"STERAM", "; did you mean STREAM?"},
+               {"DB-KEY", "; did you mean DB_KEY?"},   {"DESCRIPTION", "; did you mean DESC?"},
+               {"sbName", "; did you mean SB_NAME?"},  {"lastIndex", "; did you mean SIZE?"},
+               {"SUBSYS", "; did you mean SUBSYSTEM?"}};
+  for (const auto& [written, advice] : cases) {
+    const std::string name = written;
+    EXPECT_EQ(
+        found_in(channel_with("<" + name + "/>")),
+        lines{"3:" + std::to_string(name.size() + 4) +
+              " misspelt_element: no reader knows the element '" + name + "' (1 time)" + advice});
+  }
+  EXPECT_EQ(found_in(channel_with("<FOO/>\n<FOO/>")),
+            lines{"3:7 unknown_element: no reader knows the element 'FOO' (2 times: lines 3 and "
+                  "4)"});
+}
