@@ -161,8 +161,8 @@ TEST_F(CheckPlaces, TextsAndAttributesThatNobodyReads) {
 
 TEST_F(CheckPlaces, AttributesThatAreMissing) {
   EXPECT_EQ(found_in(variable_with("DaqBits", "<bitTitle Bit='1'>x</bitTitle>")),
-            (lines{"3:19 missing_attribute: bitTitle without the attribute bit",
-                   "3:19 stray_attribute: bitTitle has the attribute 'Bit', which is not read"}));
+            (lines{"3:19 stray_attribute: bitTitle has the attribute 'Bit', which is not read",
+                   "3:19 missing_attribute: bitTitle without the attribute bit"}));
 }
 
 TEST_F(CheckPlaces, DimensionsThatAreReadTwice) {

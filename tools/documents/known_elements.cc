@@ -221,6 +221,7 @@ constexpr auto make_variables() {
     known_element element = element_of(field.variable.name, field);
     element.elsewhere = field.element;
     if (field.role == field_role::size) element.range.most = last_index;
+    element.merges = field.role == field_role::property;
     table.add(element);
   }
   for (const auto& field : tables::dimension) {

@@ -67,6 +67,7 @@ struct known_element {
   bool describes_record = false;    ///< the record, as long as there is not what it is part of
   bool is_single = true;            ///< once in what it is part of
   bool may_follow = false;          ///< as well behind what it is part of as within
+  bool merges = false;              ///< a record with the key of one before goes into that
   std::string_view elsewhere = {};  ///< its name in the other dialect
   std::string_view only_in = {};    ///< the one element that begins such a record
   const char* attribute = nullptr;  ///< without which it is an error

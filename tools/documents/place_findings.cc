@@ -74,10 +74,6 @@ std::string record_check::similar_name(const walked_element& element) const {
 void record_check::find_in_attributes(const walked_element& element,
                                       const xercesc::AttributeList& attributes) {
   const char* const wanted = element.meaning->attribute;
-  if (wanted != nullptr && attributes.getValue(wanted) == nullptr) {
-    found.add(rule::missing_attribute, element.place,
-              [&] { return std::string(element.name) + " without the attribute " + wanted; });
-  }
   for (XMLSize_t i = 0; i < attributes.getLength(); ++i) {
     const std::string name = zrt4::detail::to_local(attributes.getName(i));
     if ((wanted != nullptr && name == wanted) || is_for_others(name)) continue;

@@ -51,10 +51,15 @@ void record_check::seen(walked_element& element) {
 // its start tag, which programs count on.
 void record_check::find_in_numbered_attribute(const walked_element& element) {
   const known_element& meaning = *element.meaning;
-  const bool begins = at_hand(meaning.of).exists && at_hand(meaning.of).name == meaning.only_in;
+  const begun_part& holder = at_hand(meaning.of);
+  if (!holder.exists || holder.is_merged || holder.name != meaning.only_in) return;
   const char* const text = getAttr(meaning.attribute);
-  if (!begins || text == nullptr) return;
-  if (element.steps == 1) {
+  if (text == nullptr) {
+    if (element.steps != 1) return;
+    found.add(rule::missing_attribute, element.place, [&] {
+      return std::string(element.name) + " without the attribute " + meaning.attribute;
+    });
+  } else if (element.steps == 1) {
     const std::string shown = std::string(element.name) + " " + meaning.attribute;
     const auto number = find_in_number(meaning, shown, text, element.place, found);
     begin(meaning.begins, element);
@@ -84,7 +89,7 @@ void record_check::taken(walked_element& element, const char* text) {
       }
       break;
     case text_role::name:
-      add_key(element, text);
+      if (add_key(element, text) && meaning.merges) holder.is_merged = true;
       if (meaning.is_required) property = text;
       [[fallthrough]];
     case text_role::text:
@@ -146,7 +151,7 @@ void record_check::begin(part which, const walked_element& element) {
   begun.number = element.number;
   begun.around = depth() > 1 ? at(element.within).number : 0;
   begun.opened = begun.taken = begun.told = 0;
-  begun.awaits_type = false;
+  begun.awaits_type = begun.is_merged = false;
   begun.early.clear();
   for (const known_element& each : known) {
     if (each.of == which && each.form == number_form::listed_type) begun.awaits_type = true;
@@ -203,13 +208,14 @@ repeated_keys* record_check::keys_of(const known_element& element) {
 
 // Of what its reader ignores there are none.
 repeated_keys* record_check::keys_in_use(const known_element& element) {
-  return at_hand(element.of).exists ? keys_of(element) : nullptr;
+  const begun_part& holder = at_hand(element.of);
+  return holder.exists && !holder.is_merged ? keys_of(element) : nullptr;
 }
 
 // What a writer writes in place of nothing is no key.
-void record_check::add_key(const walked_element& element, std::string_view text) {
+bool record_check::add_key(const walked_element& element, std::string_view text) {
   repeated_keys* const of = keys_in_use(*element.meaning);
-  if (of != nullptr && text != zrt4::detail::undefined_daq_name) of->add(text, element.place);
+  return of != nullptr && text != zrt4::detail::undefined_daq_name && of->add(text, element.place);
 }
 
 void record_check::add_key(const walked_element& element, std::int64_t number) {

@@ -34,6 +34,7 @@ class record_check : public element_walk {
   struct begun_part {
     bool exists = false;
     bool awaits_type = false;  ///< an event, of which its reader ignores all before the type
+    bool is_merged = false;    ///< into one before, so that its reader ignores the rest
     std::string_view name;
     file_place place;
     std::uint64_t number = 0;  ///< of its element
@@ -80,7 +81,8 @@ class record_check : public element_walk {
   void end(part which);
   void end_record();
   void find_empty(const walked_element& element);
-  void add_key(const walked_element& element, std::string_view text);
+  /// Whether it was there before.
+  bool add_key(const walked_element& element, std::string_view text);
   void add_key(const walked_element& element, std::int64_t number);
   repeated_keys* keys_of(const known_element& element);
   repeated_keys* keys_in_use(const known_element& element);

@@ -23,23 +23,23 @@ std::uint64_t repeated_keys::hash_of(std::string_view text) const {
   return keyed_hash(text) ^ odd * std::hash<std::string_view>()(text);
 }
 
-void repeated_keys::add(std::string_view name, file_place place) {
-  add_hash(hash_of(name), place, [name] { return quoted(name); });
+bool repeated_keys::add(std::string_view name, file_place place) {
+  return add_hash(hash_of(name), place, [name] { return quoted(name); });
 }
 
-void repeated_keys::add(std::int64_t number, file_place place) {
+bool repeated_keys::add(std::int64_t number, file_place place) {
   const std::string_view bytes(reinterpret_cast<const char*>(&number), sizeof number);
-  add_hash(hash_of(bytes), place, [number] { return std::to_string(number); });
+  return add_hash(hash_of(bytes), place, [number] { return std::to_string(number); });
 }
 
 template <class Shown>
-void repeated_keys::add_hash(std::uint64_t hash, file_place place, Shown shown) {
+bool repeated_keys::add_hash(std::uint64_t hash, file_place place, Shown shown) {
   if (2 * used >= slots.size()) grow();
   slot& known = slot_of(hash);
   if (known.part != part) {
     known = {hash, narrowed(place.line), narrowed(place.column), part, 1};
     ++used;
-    return;
+    return false;
   }
   const file_place first{known.line, known.column};
   if (known.times == 1) {
@@ -52,10 +52,11 @@ void repeated_keys::add_hash(std::uint64_t hash, file_place place, Shown shown) 
     }
   }
   const auto known_repeat = known_repeats.find(hash);
-  if (known_repeat == known_repeats.end()) return;
+  if (known_repeat == known_repeats.end()) return true;
   repeated& again = repeats[known_repeat->second];
   ++again.times;
   if (again.places.size() < kept_places) again.places.push_back(place);
+  return true;
 }
 
 repeated_keys::slot& repeated_keys::slot_of(std::uint64_t hash) {

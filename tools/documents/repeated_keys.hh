@@ -17,8 +17,9 @@ class repeated_keys {
  public:
   repeated_keys(const key_of& of, finding_list& into) : about(of), found(into) {}
 
-  void add(std::string_view name, file_place place);
-  void add(std::int64_t number, file_place place);
+  /// Whether it was there before.
+  bool add(std::string_view name, file_place place);
+  bool add(std::int64_t number, file_place place);
 
   /// Behind the part: tells which keys came again, and forgets all.
   void end_part();
@@ -39,7 +40,7 @@ class repeated_keys {
 
   std::uint64_t hash_of(std::string_view text) const;
   template <class Shown>
-  void add_hash(std::uint64_t hash, file_place place, Shown shown);
+  bool add_hash(std::uint64_t hash, file_place place, Shown shown);
   slot& slot_of(std::uint64_t hash);
   void grow();
 
