@@ -80,8 +80,8 @@ TEST(ToolCheck, DuplicatesThatTheReaderMerges) {
   const std::string variable = "<DaqFloat><vindo>A</vindo><daqName>N</daqName></DaqFloat>\n";
   EXPECT_EQ(checked("<DAQvariables>" + variable + variable + "</DAQvariables>").out,
             one_variable +
-                "F:1:32: property 'A' stands here 2 times: lines 1 and 2\n"
-                "F:1:50: DAQ name 'N' stands here 2 times: lines 1 and 2\n");
+                "F:1:32: property 'A' stands here 2 times: lines 1 and 2; they are read "
+                "as one, which keeps the first\n");
 }
 
 TEST(ToolCheck, DuplicatesInDictionariesAndCameras) {

@@ -221,7 +221,10 @@ constexpr auto make_variables() {
     known_element element = element_of(field.variable.name, field);
     element.elsewhere = field.element;
     if (field.role == field_role::size) element.range.most = last_index;
-    element.merges = field.role == field_role::property;
+    if (field.role == field_role::property) {
+      element.merges = true;
+      element.key.effect = "; they are read as one, which keeps the first";
+    }
     table.add(element);
   }
   for (const auto& field : tables::dimension) {

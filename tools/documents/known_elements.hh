@@ -54,6 +54,7 @@ struct key_of {
   std::string_view noun = {};  ///< what a person calls it; empty: no key
   rule if_shared = rule::duplicate_property;
   part within = part::document;
+  std::string_view effect = {};  ///< what its reader makes of them
 };
 
 /// An element that a reader of the library knows, or that a writer of it makes.

@@ -77,7 +77,7 @@ void repeated_keys::end_part() {
   for (const repeated& again : repeats) {
     const auto text = [&] {
       return std::string(about.noun) + " " + again.shown + " stands here " +
-             times_and_lines(again.places, again.times);
+             times_and_lines(again.places, again.times) + std::string(about.effect);
     };
     found.add(about.if_shared, again.places.front(), text, again.places);
   }
