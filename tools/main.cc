@@ -43,7 +43,7 @@ exit_code execute(const command_line& line) {
   try {
     return line.execute();
   } catch (const bad_document& reason) {
-    report(reason.file + reason.place, reason.what());
+    report(reason.file + reason.place.shown(), reason.what());
     return exit_not_fine;
   } catch (const file_error& reason) {
     report_always(reason.file, reason.what());

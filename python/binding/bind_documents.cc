@@ -113,7 +113,7 @@ py::tuple kind_or_reason(input_file& file, const std::optional<std::string>& exp
       kind = document_kind::variables;
     }
   } catch (const bad_document& reason) {
-    return py::make_tuple(py::none(), to_python(reason.what()), to_python(reason.place));
+    return py::make_tuple(py::none(), to_python(reason.what()), to_python(reason.place.shown()));
   }
   return py::make_tuple(py::str(traits_of(kind).name), "", "");
 }
@@ -144,7 +144,7 @@ py::tuple read_document(input_file& file, const std::string& kind, record_list& 
     const library_work work;
     how = read_kind(as, file, all);
   } catch (const bad_document& reason) {
-    return py::make_tuple(1, py::make_tuple(message(0, 0, reason.what() + reason.place,
+    return py::make_tuple(1, py::make_tuple(message(0, 0, reason.what() + reason.place.shown(),
                                                     zrt4::message_severity::fatal_error)));
   } catch (const file_error& reason) {
     return py::make_tuple(

@@ -141,7 +141,7 @@ def test_findings_are_those_of_the_tool(path):
         [shown] = json.loads(tool("check", "--json", "-", document=document).stdout)["documents"]
         found = zrt4xml.check(document)
         assert [(each.line or None, each.column or None, each.text, each.rule) for each in found] == [
-            (each["line"], each["column"], each["text"], each["finding"])
+            (each["line"], each["column"], each["text"], each["rule"])
             for each in shown["findings"]]
         assert (found.errors, found.record_count) == (shown["errors"], shown["record_count"])
 

@@ -30,7 +30,7 @@ options_in_help() {
 mandoc -Tascii "$pages/zrt4xml.1" | col -b >page.txt
 section() { sed -n "/^   zrt4xml $1\$/,/^ *\(   zrt4xml [a-z]*\|[A-Z][A-Z ]*\)\$/p" page.txt | sed 1d; }
 commands_in_manual() { sed -n 's/^   zrt4xml \([a-z]*\)$/\1/p' page.txt; }
-options_in() { sed -n 's/^ *\(-[-a-z]*\(, -[-a-z]*\)*\).*/\1/p' | tr -d ' ' | tr ',' '\n' | grep -x -e '-[a-z]' -e '--[a-z-]*'; }
+options_in() { sed -n 's/^ *\(-[-a-zA-Z]*\(, -[-a-z]*\)*\).*/\1/p' | tr -d ' ' | tr ',' '\n' | grep -x -e '-[a-zA-Z]' -e '--[a-z-]*'; }
 
 # --- what the completion offers
 compopt() { [ "$2" = nospace ] || offered=files; }

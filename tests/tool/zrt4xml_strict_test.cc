@@ -23,9 +23,10 @@ std::string checked(const std::string& options, const std::string& document, int
 }  // namespace
 
 TEST(StrictCheck, TellsWhatTheGrammarDoesNotAllow) {
-  EXPECT_THAT(checked("--strict", late_name),
-              HasSubstr("\nstandard input:4:7: NAME comes too late in CHANNEL: it belongs before "
-                        "BIT\n"));
+  EXPECT_THAT(
+      checked("--strict", late_name),
+      HasSubstr("\nstandard input:4:7: error: NAME comes too late in CHANNEL: it belongs before "
+                "BIT [beyond_grammar]\n"));
 }
 
 TEST(StrictCheck, IsAskedFor) {
@@ -50,7 +51,7 @@ TEST(StrictCheck, WhatIsToldOfAPlaceIsNotToldAgain) {
 TEST(StrictCheck, IsARuleForPrograms) {
   const test::temporary_file file(late_name);
   const std::string arguments = "check --strict --json " + file.path();
-  EXPECT_THAT(test::run(arguments).out, HasSubstr("\"finding\": \"beyond_grammar\""));
+  EXPECT_THAT(test::run(arguments).out, HasSubstr("\"rule\": \"beyond_grammar\""));
   EXPECT_TRUE(test::prints_valid_json(arguments));
 }
 

@@ -92,7 +92,7 @@ TEST(Tool, WhatAReaderMissesIsTold) {
 
 TEST(Tool, EmptyFileIsCalledEmpty) {
   const test::temporary_file file("");
-  const run_result result = run("check " + file.path());
+  const run_result result = run("show " + file.path());
   EXPECT_EQ(result.code, 1);
   EXPECT_EQ(result.err, "zrt4xml: " + file.path() + ": is empty\n");
   EXPECT_EQ(run("stat - </dev/null").err, "zrt4xml: standard input: is empty\n");
@@ -113,7 +113,7 @@ TEST(Tool, BinaryFileIsNoDocument) {
                   "ELF\0\1\xff\xfe",
                   8));
   for (const char* const subcommand :
-       {"show", "check", "stat", "find --name A", "convert --to xml", "show --json",
+       {"show", "stat", "find --name A", "convert --to xml", "show --json",
         "merge --dry-run " ZRT4_SOURCE_DIR "/examples/channels/channels.xml"}) {
     const run_result result = run(std::string(subcommand) + " " + file.path());
     EXPECT_EQ(result.code, 1) << subcommand;

@@ -1,86 +1,90 @@
 #include "check.hh"
 
+#include <algorithm>
 #include <cstdio>
-#include <nlohmann/json.hpp>
 
+#include "byte_findings.hh"
+#include "check_output.hh"
 #include "each_file.hh"
-#include "findings.hh"
-#include "json_answer.hh"
+#include "mapped_file.hh"
 #include "strict_findings.hh"
-#include "terminal.hh"
 
 namespace {
 
-struct checked {
-  std::string file;
-  document_kind kind;
-  std::size_t records;
-  int errors;
-  std::vector<finding> found;
-
-  bool is_fine() const { return errors == 0 && found.empty(); }
-};
+// Also of a document of which nothing can be read a person wants to know what is wrong.
+checked_document not_read(input_file& file, const bad_document& reason, std::size_t most) {
+  checked_document result;
+  result.file = file.name();
+  result.errors = 1;
+  finding_list found(most);
+  find_in_bytes(mapped_file(file.path()).content(), found);
+  if (found.is_empty()) found.add(rule::unreadable, reason.place, reason.what());
+  result.found = found.take();
+  return result;
+}
 
 // What the readers tell is among the findings, with file, line and column.
-checked check_document(input_file& file, bool strict) {
+checked_document check_document(input_file& file, const check_wishes& wishes) {
   refuse_json(file);
-  const document_kind kind = kind_of(file);
-  const loaded_document document = traits_of(kind).load(file);
-  std::vector<finding> found = findings_of(file, kind, document);
-  if (strict) add_strict_findings(file, kind, found);
-  return {file.name(), kind, document.rows.size(), document.how.errors, std::move(found)};
-}
-
-void print(const checked& result) {
-  const char* const file = result.file.c_str();
-  const std::string line = std::string(traits_of(result.kind).description) + ", " +
-                           records_of(result.kind, result.records) + ", " +
-                           std::to_string(result.errors) +
-                           (result.errors == 1 ? " error" : " errors");
-  const colour hue = result.is_fine()     ? colour::green
-                     : result.errors == 0 ? colour::yellow
-                                          : colour::red;
-  std::printf("%s: %s\n", file, coloured(hue, line).c_str());
-  for (const finding& each : result.found) {
-    std::string place;
-    if (each.place.line != 0) {
-      place = ":" + std::to_string(each.place.line) + ":" + std::to_string(each.place.column);
+  try {
+    checked_document result;
+    result.file = file.name();
+    result.kind = kind_of(file);
+    {  // the records are gone before the document is walked through
+      const loaded_document document = traits_of(*result.kind).load(file);
+      result.records = document.rows.size();
+      result.errors = document.how.errors;
     }
-    std::printf("%s%s: %s\n", file, place.c_str(), each.text.c_str());
+    result.found = findings_of(file, *result.kind, wishes.most);
+    if (wishes.strict) add_strict_findings(file, *result.kind, result.found);
+    return result;
+  } catch (const bad_document& reason) {
+    return not_read(file, reason, wishes.most);
   }
 }
 
-json to_json(const checked& result) {
-  json shown = json_of_file(result.file, traits_of(result.kind).name);
-  shown["errors"] = result.errors;
-  shown["record_count"] = result.records;
-  json& list = shown["findings"] = json::array();
-  for (const finding& each : result.found) {
-    json place = {{"finding", traits_of(each.what).name}, {"line", nullptr}, {"column", nullptr}};
-    if (each.place.line != 0) {
-      place["line"] = each.place.line;
-      place["column"] = each.place.column;
-    }
-    place["text"] = to_utf8(each.text);
-    list.push_back(std::move(place));
-  }
-  return shown;
+/// Leaves the findings that count, and counts them.
+finding_count choose(std::vector<finding>& found, const rule_choice& rules) {
+  finding_count count;
+  const auto end = std::remove_if(found.begin(), found.end(), [&](const finding& each) {
+    const auto weight = rules.weight_of(each.what);
+    if (weight == severity::error) count.errors += each.count;
+    if (weight == severity::warning) count.warnings += each.count;
+    return !weight;
+  });
+  found.erase(end, found.end());
+  return count;
 }
 
 }  // namespace
 
-exit_code check(const std::vector<std::string>& files, bool strict, std::size_t jobs,
-                answer_format format) {
-  json result = json_head("check");
-  json& documents = result["documents"] = json::array();
+exit_code check(const std::vector<std::string>& files, const check_wishes& wishes) {
+  const auto output = output_of(wishes);
+  check_summary summary;
   const exit_code code = for_each_file(
-      files, jobs, [strict](input_file& file) { return check_document(file, strict); },
-      [&](const checked& one) {
-        if (format == answer_format::text) print(one);
-        if (format == answer_format::json) documents.push_back(to_json(one));
-        return fine_if(one.is_fine());
+      files, wishes.jobs, [&](input_file& file) { return check_document(file, wishes); },
+      [&](checked_document document) {
+        const bool is_explained = document.errors == 0 || !document.found.empty();
+        const finding_count count = choose(document.found, wishes.rules);
+        output->tell(document, count);
+        ++summary.documents;
+        if (count.all() != 0) ++summary.with_findings;
+        summary.count.errors += count.errors;
+        summary.count.warnings += count.warnings;
+        return fine_if(count.errors == 0 && is_explained);
       },
-      [&](const unusable_file& file) { documents.push_back(json_of_unusable(file)); });
-  if (format == answer_format::json) print_json(result);
+      [&](const unusable_file& file) {
+        output->tell_unusable(file.name, file.reason);
+        ++summary.unusable;
+      });
+  output->end(summary);
   return code;
+}
+
+exit_code list_rules() {
+  for (const rule_traits& each : all_rules()) {
+    std::printf("%-24s %-7s  %s\n", each.name.data(),
+                each.weight == severity::error ? "error" : "warning", each.meaning.data());
+  }
+  return exit_fine;
 }

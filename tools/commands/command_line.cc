@@ -252,27 +252,61 @@ exit_code run_merge(const arguments& given) {
   return merge(given.files, given.force, given.to(), given.output);
 }
 
+constexpr struct {
+  const char* name;
+  finding_format format;
+} finding_formats[] = {{"text", finding_format::text},
+                       {"gcc", finding_format::gcc},
+                       {"github", finding_format::github},
+                       {"json", finding_format::json}};
+
 CLI::App* add_check(CLI::App& app, arguments& given) {
   CLI::App* command = app.add_subcommand(
       "check", "Read each document and tell what is wrong or odd about it, with line and column");
   command->add_option("FILE", given.files, "Documents to check; - is standard input")
-      ->required()
       ->type_name("");
+  command
+      ->add_option("-W", given.rule_values,
+                   "How much a rule weighs: RULE=error, RULE=warning, RULE=off or no-RULE, RULE as "
+                   "it is; error: every warning is an error; none, all: of the rules count")
+      ->type_name("RULE")
+      ->allow_extra_args(false)
+      ->check([](const std::string& value) { return rule_choice().take(value); });
+  std::vector<std::string> names;
+  for (const auto& format : finding_formats) names.emplace_back(format.name);
+  CLI::Option* const format =
+      command
+          ->add_option("--format", given.format_name,
+                       "For people, for editors, for annotations in continuous integration, or "
+                       "for programs. Default: text")
+          ->type_name("FORMAT")
+          ->check(CLI::IsMember(names));
+  command->add_flag("--only-findings", given.only_findings,
+                    "Nothing about documents in which nothing is found");
+  command
+      ->add_option("--most", given.most_findings,
+                   "Findings of one rule that are told one by one in each document; the rest is "
+                   "summed up. Default: 100")
+      ->type_name("N")
+      ->check(CLI::PositiveNumber);
+  command->add_flag("--rules", given.lists_rules, "Print all rules instead");
   command->add_flag("--strict", given.strict,
                     "Also tell what the grammar of such a document does not allow");
   add_jobs(command, given);
-  add_json(command, given);
+  add_json(command, given)->excludes(format);
+  command->parse_complete_callback([&given] {
+    if (given.files.empty() && !given.lists_rules) throw CLI::RequiredError("FILE");
+  });
   command->footer(
-      "Found: XML errors, records that the reader leaves out, duplicate properties and features,\n"
-      "channels without name, texts cut at a record's limit or interrupted, event and data types\n"
-      "without a name, elements that no reader knows, characters that the locale lacks.\n"
-      "Exit code: 1 when anything is found.\n"
-      "Example:\n  zrt4xml check *.xml");
+      "An error is something that is lost, or read as something else than is written; a warning\n"
+      "is odd. Each finding names its rule; docs/check.md tells what it means and how to mend it.\n"
+      "Exit code: 1 when there is an error; with -W error also when there is a warning.\n"
+      "Example:\n  zrt4xml check *.xml\n  zrt4xml check -W error -W no-unknown_element *.xml");
   return command;
 }
 
 exit_code run_check(const arguments& given) {
-  return check(given.files, given.strict, given.files_at_once(), given.format());
+  return given.lists_rules ? list_rules() : check(given.files, given.checking());
 }
 
 CLI::App* add_stat(CLI::App& app, arguments& given) {
@@ -332,6 +366,21 @@ document_form arguments::to() const {
 answer_format arguments::format() const {
   if (as_json) return answer_format::json;
   return quiet ? answer_format::nothing : answer_format::text;
+}
+
+check_wishes arguments::checking() const {
+  check_wishes wishes;
+  for (const auto& known : finding_formats) {
+    if (format_name == known.name) wishes.format = known.format;
+  }
+  if (as_json) wishes.format = finding_format::json;
+  if (quiet && wishes.format == finding_format::text) wishes.format = finding_format::nothing;
+  for (const std::string& value : rule_values) wishes.rules.take(value);
+  wishes.most = most_findings;
+  wishes.strict = strict;
+  wishes.only_findings = only_findings;
+  wishes.jobs = files_at_once();
+  return wishes;
 }
 
 std::size_t arguments::files_at_once() const {

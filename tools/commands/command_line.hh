@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "answer_format.hh"
+#include "check.hh"
 #include "convert.hh"
 
 namespace CLI {
@@ -30,6 +31,11 @@ struct arguments {
   std::vector<std::string> where;
   std::vector<std::string> columns;
   std::vector<std::string> assignments;
+  std::string format_name;
+  std::vector<std::string> rule_values;  ///< of -W, in their order
+  std::size_t most_findings = 100;       ///< of each rule, told one by one
+  bool only_findings = false;
+  bool lists_rules = false;
   std::size_t jobs = 0;  ///< as many files at once as there are processor cores
   bool wide = false;
   bool force = false;
@@ -47,6 +53,8 @@ struct arguments {
   /// Standard input is there only once.
   bool name_standard_input_twice() const;
   answer_format format() const;
+  /// What `check` was asked for.
+  check_wishes checking() const;
 };
 
 class command_line {

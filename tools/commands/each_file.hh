@@ -41,7 +41,7 @@ exit_code for_each_file(const std::vector<std::string>& files, std::size_t jobs,
           std::max(worst, print(with_progress(shown_name(name), [&] { return results.next(); })));
     } catch (const bad_document& reason) {
       give_up(unusable_file{reason.file, reason.what(), true});
-      report(reason.file + reason.place, reason.what());
+      report(reason.file + reason.place.shown(), reason.what());
       worst = std::max(worst, exit_not_fine);
     } catch (const file_error& reason) {
       give_up(unusable_file{reason.file, reason.what(), false});

@@ -5,13 +5,15 @@
 #include <string>
 #include <utility>
 
+#include "file_place.hh"
+
 /// A document that cannot be used, with the reason for a person (exit code 1).
 struct bad_document : std::runtime_error {
-  bad_document(std::string of, const std::string& reason, std::string where = {})
-      : std::runtime_error(reason), file(std::move(of)), place(std::move(where)) {}
+  bad_document(std::string of, const std::string& reason, file_place where = {})
+      : std::runtime_error(reason), file(std::move(of)), place(where) {}
 
   std::string file;
-  std::string place;  ///< ":LINE:COLUMN" where known
+  file_place place;
 };
 
 #endif

@@ -1,38 +1,81 @@
 #include "camera_findings.hh"
 
+#include <algorithm>
+#include <iterator>
 #include <map>
 #include <string>
 #include <string_view>
-#include <variant>
+#include <utility>
 #include <vector>
-#include <xercesc/sax/AttributeList.hpp>
-#include <xercesc/sax/Locator.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 
+#include "blanks.hh"
+#include "camera_walk.hh"
 #include "input_file.hh"
 #include "local_text.hh"
 #include "lost_characters.hh"
 #include "scan.hh"
+#include "shown_text.hh"
+#include "similar_names.hh"
 #include "terminal.hh"
+#include "zrt4_gige_descr.hh"
 
 using zrt4::detail::to_local;
 
 namespace {
 
-/// One pass over the elements of a document.
-class camera_pass : public xercesc::HandlerBase {
+constexpr std::string_view category = "Category";
+
+bool is_blank_text(std::string_view text) {
+  return trimmed(text).empty();
+}
+
+/// A text as it is shown where it became part of a record.
+std::string shown_text(std::string_view text) {
+  if (!is_blank_text(text)) return quoted(text);
+  return text.find('\n') != text.npos ? "a line break" : "a blank";
+}
+
+bool is_any_of(const char* const* names, std::size_t count, std::string_view name) {
+  return std::find(names, names + count, name) != names + count;
+}
+
+/// The name in a table that a person may have meant, or null.
+template <std::size_t Count>
+const char* similar_in(const char* const (&names)[Count], std::string_view written) {
+  const auto* const found = std::find_if(std::begin(names), std::end(names), [&](const char* each) {
+    return is_misspelt(written, each);
+  });
+  return found != std::end(names) ? *found : nullptr;
+}
+
+std::string_view behind_prefix(std::string_view name) {
+  return name.substr(name.rfind(':') + 1);
+}
+
+class camera_pass : public camera_walk {
  public:
   explicit camera_pass(finding_list& into) : found(into) {}
 
-  void setDocumentLocator(const xercesc::Locator* const given) override { locator = given; }
-  void startElement(const XMLCh* const name, xercesc::AttributeList& /*attributes*/) override {
-    open.push_back({to_local(name), {locator->getLineNumber(), locator->getColumnNumber()}});
-  }
-  void endElement(const XMLCh* const /*name*/) override { open.pop_back(); }
-  void characters(const XMLCh* const chars, const XMLSize_t length) override {
-    std::string lost = lost_character(open.back().name, chars, length);
-    if (!lost.empty()) found.add(rule::character_lost, open.back().place, std::move(lost));
-  }
+  /// What becomes clear only at the end.
+  void finish();
+
+ private:
+  /// An element with a name that is no feature.
+  struct other_element {
+    std::string element;
+    file_place place;
+    bool stands_as_feature;
+  };
+  struct offer {
+    std::string category;
+    file_place place;
+  };
+  struct occurrences {
+    std::size_t number = 0;
+    std::vector<file_place> places;
+  };
+
   void warning(const xercesc::SAXParseException& exception) override { error(exception); }
   void error(const xercesc::SAXParseException& exception) override {
     found.add(rule::damage, {exception.getLineNumber(), exception.getColumnNumber()},
@@ -40,39 +83,233 @@ class camera_pass : public xercesc::HandlerBase {
   }
   void fatalError(const xercesc::SAXParseException& exception) override { error(exception); }
 
- private:
-  struct element {
-    std::string name;
-    file_place place;
-  };
+  void feature_ended(const camera_feature& feature) override;
+  void element_began(camera_element& element, xercesc::AttributeList& attributes) override;
+  void element_ended(const camera_element& element) override;
+  void text_was_dropped(const camera_element& element, const std::string& text) override;
+  void characters_met(const camera_element& element, const XMLCh* text,
+                      std::size_t length) override;
+
+  void check_name(const camera_feature& feature);
+  void check_text(const camera_feature& feature, const camera_feature::text& text);
+  void check_own_text(const camera_feature& feature, const opened_text& text);
+  void check_attribute(const camera_element& element, const std::string& attribute);
+  bool check_spelling(const camera_element& element);
+  void find_unlisted();
 
   finding_list& found;
-  const xercesc::Locator* locator = nullptr;
-  std::vector<element> open;
+  std::map<std::string, occurrences> names;
+  std::map<std::string, offer> offered;
+  std::map<std::string, other_element> others;
+  bool has_categories = false;
 };
 
-std::string_view name_of(const row& feature) {
-  for (const row::field& field : feature.fields) {
-    if (field.name == "name") return std::get<std::string_view>(field.value);
+void camera_pass::feature_ended(const camera_feature& feature) {
+  check_name(feature);
+  for (const camera_feature::text& each : feature.texts) {
+    if (each.last != nullptr) check_text(feature, each);
   }
-  return {};
 }
 
-void find_duplicates(const row_list& features, finding_list& found) {
-  std::map<std::string_view, int> names;
-  for (const row& feature : features) ++names[name_of(feature)];
-  for (const auto& [name, number] : names) {
-    if (number == 1 || name.empty()) continue;
-    found.add(rule::duplicate_feature, {},
-              "feature '" + printable(name) + "' stands here " + std::to_string(number) + " times");
+void camera_pass::check_name(const camera_feature& feature) {
+  if (feature.has_name && is_mark_of_reader(feature.written_name)) {
+    found.add(rule::reserved_text, feature.place,
+              feature.element + " has the name " + quoted(feature.written_name) +
+                  ", with which the reader marks one that is missing: it is not kept");
+  } else if (feature.has_name && feature.written_name.empty()) {
+    found.add(rule::feature_without_name, feature.place,
+              feature.element + " has an empty Name: it is not listed");
+  } else if (!feature.has_name && is_mark_of_reader(feature.name)) {
+    found.add(rule::feature_without_name, feature.place,
+              feature.element + " without Name is not listed");
   }
+  if (!feature.named_by.empty()) {
+    found.add(rule::name_of_another, feature.place,
+              feature.element + " without a name of its own takes that of " + feature.named_by +
+                  in_line(feature.named_at));
+  }
+  if (feature.name.empty() || is_mark_of_reader(feature.name)) return;
+  if (trimmed(feature.name) != feature.name) {
+    found.add(rule::blanks_around_name, feature.place,
+              "the Name " + quoted(feature.name) + " begins or ends with a blank");
+  }
+  occurrences& of_name = names[feature.name];
+  if (of_name.number++ < finding_list::most_places) of_name.places.push_back(feature.place);
+}
+
+void camera_pass::check_text(const camera_feature& feature, const camera_feature::text& text) {
+  const opened_text& last = *text.last;
+  if (last.is_own) return check_own_text(feature, last);
+  // A text of something else that says the same does no harm.
+  if (text.own != nullptr && trimmed(text.own->read) == trimmed(last.read)) return;
+  found.add(rule::text_of_another, last.place,
+            last.element + " of " + last.parent + " becomes that of " + feature.shown() +
+                in_line(feature.place) + ", the feature that began last" +
+                (text.own != nullptr ? ", instead of its own" + in_line(text.own->place) : ""));
+}
+
+void camera_pass::check_own_text(const camera_feature& feature, const opened_text& text) {
+  using source = opened_text::source;
+  const std::string its = text.element + " of " + feature.shown();
+  if (text.replaces.line != 0) {
+    found.add(rule::repeated_element, text.place,
+              its + " stands here again and replaces the one before" + in_line(text.replaces));
+  }
+  if (text.filled_by == source::name_attribute) return;
+  const bool is_lost = !is_blank_text(text.written) && text.filled_by != source::itself;
+  if (is_lost && text.has_section) {
+    found.add(rule::section_text, text.place,
+              its + " is a CDATA section, which is not read" +
+                  (text.filled_by == source::none
+                       ? std::string(": it stays empty")
+                       : ": it becomes " + shown_text(text.read) + " behind it"));
+  } else if (text.filled_by == source::itself) {
+    if (is_mark_of_reader(text.read)) {
+      found.add(rule::reserved_text, text.place,
+                its + " is " + quoted(text.read) +
+                    ", with which the reader marks a text that is missing: it is not kept");
+    } else if (trimmed(text.read) != trimmed(text.written)) {
+      found.add(rule::interrupted_text, text.place,
+                its + " is interrupted: of " + quoted(trimmed(text.written)) + " only " +
+                    shown_text(text.read) + " is read");
+    }
+  } else if (text.filled_by == source::another_name) {
+    found.add(rule::text_of_another, text.place,
+              "the empty " + its + " takes the Name of " + text.filler);
+  } else if (text.filled_by == source::another_text && is_blank_text(text.read)) {
+    found.add(rule::empty_element, text.place,
+              "the empty " + its + " becomes " + shown_text(text.read) + " behind it");
+  } else if (text.filled_by == source::another_text) {
+    found.add(
+        rule::text_of_another, text.place,
+        "the empty " + its + " takes the next text, " + quoted(text.read) + " of " + text.filler);
+  }
+}
+
+void camera_pass::element_began(camera_element& element, xercesc::AttributeList& attributes) {
+  if (element.name == category) has_categories = true;
+  const auto& all = open_elements();
+  if (all.size() > 1) element.keeps_text = all[all.size() - 2].name == category;
+  if (element.feature != nullptr && element.is_in_feature) {
+    const auto around = std::find_if(all.rbegin() + 1, all.rend(),
+                                     [](const auto& each) { return each.feature != nullptr; });
+    found.add(rule::nested_record, element.place,
+              element.shown + " stands within " + around->shown + in_line(around->place) +
+                  ": what follows belongs to the inner one");
+  }
+  if (element.feature == nullptr && element.name != MoreTags[MORE_TAGS_PVRENAME]) return;
+  for (XMLSize_t i = 0; i < attributes.getLength(); ++i) {
+    check_attribute(element, to_local(attributes.getName(i)));
+  }
+}
+
+void camera_pass::check_attribute(const camera_element& element, const std::string& attribute) {
+  if (attribute == Attributes[ATTRIBUTE_NAME]) return;
+  if (const char* const meant = similar_in(Attributes, attribute)) {
+    found.add(rule::stray_attribute, element.place,
+              "the attribute " + quoted(attribute) + " of " + element.shown +
+                  " is not read; did you mean " + quoted(meant) + "?");
+  } else if (element.feature != nullptr &&
+             (is_any_of(MoreTags, MORE_TAGS_MAX, attribute) || similar_in(MoreTags, attribute))) {
+    found.add(rule::stray_attribute, element.place,
+              "the attribute " + quoted(attribute) + " of " + element.shown +
+                  " is not read: it would be an element within it");
+  }
+}
+
+// Elements that only group may have any name. One that holds features groups them.
+bool camera_pass::check_spelling(const camera_element& element) {
+  if (element.holds_feature || element.feature != nullptr || element.text != nullptr) return false;
+  const std::string_view name = behind_prefix(element.name);
+  const bool has_prefix = name != element.name;
+  const auto meant_in = [&](const auto& table) -> const char* {
+    if (has_prefix && is_any_of(table, std::size(table), name)) {
+      return *std::find(std::begin(table), std::end(table), name);
+    }
+    return similar_in(table, element.name);
+  };
+  if (const char* const meant = meant_in(FeatureTags)) {
+    found.add(rule::misspelt_element, element.place,
+              element.shown + " is not listed; did you mean " + quoted(meant) + "?");
+    return true;
+  }
+  const char* const meant = meant_in(MoreTags);
+  if (meant != nullptr && std::string_view(meant) != MoreTags[MORE_TAGS_EXTENSION]) {
+    found.add(rule::misspelt_element, element.place,
+              "no reader knows the element " + quoted(element.name) + "; did you mean " +
+                  quoted(meant) + "?");
+    return true;
+  }
+  if (element.is_in_feature && is_any_of(Attributes, ATTRIBUTE_MAX, element.name)) {
+    found.add(rule::misspelt_element, element.place,
+              "no reader knows the element " + quoted(element.name) +
+                  "; it is an attribute of the feature");
+    return true;
+  }
+  return false;
+}
+
+void camera_pass::element_ended(const camera_element& element) {
+  if (element.keeps_text && element.text == nullptr) {
+    const std::string name(trimmed(element.kept_text));
+    if (!name.empty()) offered.insert({name, {open_elements().back().shown, element.place}});
+  }
+  if (check_spelling(element)) return;
+  const bool is_other = element.feature == nullptr && element.text == nullptr &&
+                        element.name != category && !element.name_attribute.empty();
+  if (!is_other) return;
+  others.insert({element.name_attribute,
+                 {element.name, element.place, !element.is_in_feature && !element.holds_feature}});
+}
+
+void camera_pass::text_was_dropped(const camera_element& element, const std::string& text) {
+  if (element.feature == nullptr || is_blank_text(text)) return;
+  found.add(
+      rule::stray_text, element.place,
+      "the text " + quoted(trimmed(text)) + " directly within " + element.shown + " is not read");
+}
+
+void camera_pass::characters_met(const camera_element& element, const XMLCh* text,
+                                 std::size_t length) {
+  std::string lost = lost_character(element.name, text, length);
+  if (!lost.empty()) found.add(rule::character_lost, element.place, std::move(lost));
+}
+
+// Where categories say what a camera offers, all else is the means to it.
+void camera_pass::find_unlisted() {
+  for (const auto& [name, other] : others) {
+    const auto in = offered.find(name);
+    if (in != offered.end()) {
+      found.add(rule::unlisted_feature, other.place,
+                other.element + " " + quoted(name) + " is offered in " + in->second.category +
+                    in_line(in->second.place) + " but not listed: the reader knows no " +
+                    quoted(other.element));
+    } else if (!has_categories && other.stands_as_feature) {
+      found.add(rule::unlisted_feature, other.place,
+                other.element + " " + quoted(name) + " is not listed: the reader knows no " +
+                    quoted(other.element));
+    }
+  }
+}
+
+void camera_pass::finish() {
+  camera_walk::finish();
+  for (auto& [name, of_name] : names) {
+    if (of_name.number == 1) continue;
+    const file_place first = of_name.places.front();
+    std::string text = "feature " + quoted(name) + " stands here " +
+                       times_and_lines(of_name.places, of_name.number);
+    found.add(rule::duplicate_feature, first, std::move(text), std::move(of_name.places));
+  }
+  find_unlisted();
 }
 
 }  // namespace
 
-void find_in_camera(input_file& file, const loaded_document& document, finding_list& found) {
+void find_in_camera(input_file& file, finding_list& found) {
   camera_pass pass(found);
-  const std::string thrown = scan_document(file.path(), pass, xercesc::SAXParser::Val_Never, true);
+  const std::string thrown =
+      scan_document(file.path(), pass, xercesc::SAXParser::Val_Never, true, {}, &pass);
   if (!thrown.empty()) found.add(rule::damage, {}, thrown);
-  find_duplicates(document.rows, found);
+  pass.finish();
 }

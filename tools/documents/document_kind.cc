@@ -4,10 +4,12 @@
 #include <filesystem>
 
 #include "bad_document.hh"
+#include "byte_findings.hh"
 #include "file_error.hh"
 #include "input_file.hh"
 #include "json_reading.hh"
 #include "json_text.hh"
+#include "mapped_file.hh"
 #include "received_messages.hh"
 #include "scan.hh"
 #include "terminal.hh"
@@ -89,6 +91,14 @@ bool describes_a_camera(input_file& file) {
   return list.read_file(file.path()) == 0 && !list.empty();
 }
 
+// Where the bytes say it better than the scanner, which has not got to them.
+xml_error why_unreadable(input_file& file, const xml_error& by_scanner) {
+  finding_list found;
+  find_in_bytes(mapped_file(file.path()).content(), found);
+  const std::vector<finding> all = found.take();
+  return all.empty() ? by_scanner : xml_error{all.front().text, all.front().place};
+}
+
 // The reader of one dialect is that of the other.
 bool reads(document_kind kind, std::string_view root) {
   if (traits_of(kind).root.empty()) return true;
@@ -132,8 +142,8 @@ document_kind kind_of(input_file& file, std::optional<document_kind> expected) {
   }
   if (root.name.empty()) {
     if (std::filesystem::is_empty(file.path())) throw bad_document(file.name(), "is empty");
-    throw bad_document(file.name(), "not a readable XML document: " + root.first.text,
-                       root.first.place);
+    const xml_error reason = why_unreadable(file, root.first);
+    throw bad_document(file.name(), "not a readable XML document: " + reason.text, reason.place);
   }
   for (const kind_traits& each : kinds) {
     if (each.root == root.name) return each.kind;

@@ -7,7 +7,7 @@ bool operator<(file_place a, file_place b) {
   return std::tie(a.line, a.column) < std::tie(b.line, b.column);
 }
 
-finding_list::finding_list() : tallies(all_rules().count) {}
+finding_list::finding_list(std::size_t most) : most_of_a_rule(most), tallies(all_rules().count) {}
 
 bool finding_list::has_room(rule what, file_place place) {
   tally& of_rule = tallies[static_cast<std::size_t>(what)];
@@ -32,7 +32,8 @@ std::vector<finding> finding_list::take() {
                    of_rule.first_left_out,
                    std::to_string(of_rule.left_out) + " more of this kind from here on (" +
                        std::string(each.meaning) + ")",
-                   {}});
+                   {},
+                   of_rule.left_out});
   }
   std::stable_sort(all.begin(), all.end(),
                    [](const finding& a, const finding& b) { return a.place < b.place; });

@@ -1,7 +1,9 @@
 #include "findings.hh"
 
+#include "byte_findings.hh"
 #include "camera_findings.hh"
 #include "input_file.hh"
+#include "mapped_file.hh"
 #include "record_check.hh"
 
 namespace {
@@ -14,13 +16,15 @@ void find_in_records(input_file& file, const known_elements& known, finding_list
 
 }  // namespace
 
-std::vector<finding> findings_of(input_file& file, document_kind kind,
-                                 const loaded_document& document) {
-  finding_list found;
+std::vector<finding> findings_of(input_file& file, document_kind kind, std::size_t most) {
+  finding_list found(most);
   if (kind == document_kind::camera) {
-    find_in_camera(file, document, found);
+    find_in_camera(file, found);
   } else {
     find_in_records(file, traits_of(kind).elements, found);
   }
+  find_in_bytes(mapped_file(file.path()).content(), found);
+  const bool is_told = found.has(rule::invalid_bytes) || found.has(rule::encoding_conflict);
+  if (is_told) found.remove(rule::damage, is_about_bytes);
   return found.take();
 }

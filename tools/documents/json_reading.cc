@@ -131,6 +131,7 @@ class json_reader final : public nlohmann::json_sax<json> {
   std::vector<std::string> lost_texts;
 
   std::vector<std::string> told;
+  file_place first_told;
   std::size_t wrong_ones = 0;
 };
 
@@ -160,7 +161,9 @@ void json_reader::wrong(const std::string& text, std::string_view unknown_key) {
   if (!unknown_key.empty()) {
     where.append(where.empty() ? "" : ".").append(shortened(printable(unknown_key)));
   }
-  told.push_back(place.line_and_column() + ": " + (where.empty() ? text : where + ": " + text));
+  const file_place here = place.in_file();
+  if (told.empty()) first_told = here;
+  told.push_back(here.shown() + ": " + (where.empty() ? text : where + ": " + text));
 }
 
 void json_reader::lost(const std::string& text) {
@@ -171,13 +174,12 @@ std::vector<json_document> json_reader::result() {
   if (wrong_ones == 0 && documents.empty()) throw bad_document(file, "holds no document");
   if (wrong_ones == 0) return std::move(documents);
   // Each line is a message; the first and the last get their ends from whoever tells them.
-  const std::size_t end_of_place = told.front().find(": ");
-  std::string text = told.front().substr(end_of_place + 2);
+  std::string text = told.front().substr(told.front().find(": ") + 2);
   for (std::size_t i = 1; i < told.size(); ++i) text += "\nzrt4xml: " + file + told[i];
   if (wrong_ones > told.size()) {
     text += "\nzrt4xml: " + file + ": and " + std::to_string(wrong_ones - told.size()) + " more";
   }
-  throw bad_document(file, text, told.front().substr(0, end_of_place));
+  throw bad_document(file, text, first_told);
 }
 
 void json_reader::wrong_container(const std::string& found) {

@@ -40,12 +40,12 @@ bool json_place::skip_blanks() {
   return at != end;
 }
 
-std::string json_place::line_and_column() const {
+file_place json_place::in_file() const {
   const char* const last = at == begin ? at : at - 1;
   const char* line = last;
   while (line != begin && line[-1] != '\n') --line;
-  return ":" + std::to_string(std::count(begin, last, '\n') + 1) + ":" +
-         std::to_string(last - line + 1);
+  return {static_cast<std::uint64_t>(std::count(begin, last, '\n')) + 1,
+          static_cast<std::uint64_t>(last - line) + 1};
 }
 
 json_text::json_text(const input_file& file) : content(file.content()) {}

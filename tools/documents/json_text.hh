@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "file_place.hh"
+
 class input_file;
 
 /// Where the parser is in a text, so that what is wrong can be told with its place.
@@ -19,8 +21,8 @@ struct json_place {
 
   /// Whether there is more than blanks.
   bool skip_blanks();
-  /// ":LINE:COLUMN" of what was read last.
-  std::string line_and_column() const;
+  /// Of what was read last.
+  file_place in_file() const;
 };
 
 /// Walks with the place itself, because a parser keeps its iterators to itself.

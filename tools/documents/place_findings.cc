@@ -45,7 +45,7 @@ void record_check::note_unknown(const walked_element& element) {
   if (entry == unknown.end()) {
     const std::string similar = similar_name(element);
     const rule what = similar.empty() ? rule::unknown_element : rule::misspelt_element;
-    if (unknown.size() == finding_list::most_of_a_rule) return found.leave_out(what, element.place);
+    if (unknown.size() == found.most()) return found.leave_out(what, element.place);
     entry = unknown.emplace(element.name, unknown_name{what, similar, {}, 0}).first;
   }
   unknown_name& name = entry->second;

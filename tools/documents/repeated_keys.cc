@@ -9,7 +9,6 @@
 namespace {
 
 constexpr std::size_t first_slots = 16;
-constexpr std::size_t kept_places = 100;
 std::uint32_t narrowed(std::uint64_t number) {
   return static_cast<std::uint32_t>(std::min<std::uint64_t>(number, UINT32_MAX));
 }
@@ -44,7 +43,7 @@ bool repeated_keys::add_hash(std::uint64_t hash, file_place place, Shown shown) 
   const file_place first{known.line, known.column};
   if (known.times == 1) {
     known.times = 2;
-    if (repeats.size() < finding_list::most_of_a_rule) {
+    if (repeats.size() < found.most()) {
       known_repeats[hash] = repeats.size();
       repeats.push_back({shown(), {first}, 1});
     } else {
@@ -55,7 +54,7 @@ bool repeated_keys::add_hash(std::uint64_t hash, file_place place, Shown shown) 
   if (known_repeat == known_repeats.end()) return true;
   repeated& again = repeats[known_repeat->second];
   ++again.times;
-  if (again.places.size() < kept_places) again.places.push_back(place);
+  if (again.places.size() < finding_list::most_places) again.places.push_back(place);
   return true;
 }
 

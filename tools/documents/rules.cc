@@ -8,7 +8,16 @@ constexpr auto error = severity::error;
 constexpr auto warning = severity::warning;
 
 constexpr rule_traits rules[] = {
+    {rule::unreadable, "unreadable", error, "nothing of the document can be read"},
     {rule::damage, "damage", error, "the XML is damaged; what stands behind is not read"},
+    {rule::text_before_document, "text_before_document", error,
+     "something stands before the document begins"},
+    {rule::encoding_conflict, "encoding_conflict", error,
+     "the document is not in the encoding that it declares"},
+    {rule::invalid_bytes, "invalid_bytes", error,
+     "bytes are no characters in the document's encoding"},
+    {rule::wrong_encoding, "wrong_encoding", error,
+     "a text was written in another encoding than it is read in"},
 
     {rule::unknown_element, "unknown_element", warning, "no reader knows the element"},
     {rule::misspelt_element, "misspelt_element", error,
@@ -62,7 +71,19 @@ constexpr rule_traits rules[] = {
     {rule::blanks_around_text, "blanks_around_text", warning,
      "blanks or line ends belong to a text"},
 
-    {rule::beyond_grammar, "beyond_grammar", warning,
+    {rule::unlisted_feature, "unlisted_feature", error,
+     "a camera offers a feature of a kind that the reader does not know"},
+    {rule::feature_without_name, "feature_without_name", error,
+     "a feature has no name, and is not listed"},
+    {rule::name_of_another, "name_of_another", error,
+     "a feature takes the name of another element"},
+    {rule::text_of_another, "text_of_another", error,
+     "a feature takes the text of another element"},
+    {rule::section_text, "section_text", error, "a text is a CDATA section, which is not read"},
+    {rule::reserved_text, "reserved_text", error,
+     "a text is one with which the reader marks a missing one"},
+
+    {rule::beyond_grammar, "beyond_grammar", error,
      "with --strict: what the readers take, but the grammar of such documents does not"},
 };
 

@@ -12,7 +12,12 @@ enum class severity : unsigned char { warning, error };
 
 enum class rule : unsigned char {
   // The document.
+  unreadable,
   damage,
+  text_before_document,
+  encoding_conflict,
+  invalid_bytes,
+  wrong_encoding,
   // Elements and their places.
   unknown_element,
   misspelt_element,
@@ -54,6 +59,13 @@ enum class rule : unsigned char {
   character_lost,
   blanks_around_name,
   blanks_around_text,
+  // Cameras, where names and texts go to the feature that began last.
+  unlisted_feature,
+  feature_without_name,
+  name_of_another,
+  text_of_another,
+  section_text,
+  reserved_text,
   // What --strict tells besides.
   beyond_grammar,
 };

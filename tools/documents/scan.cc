@@ -25,8 +25,7 @@ class root_handler : public xercesc::HandlerBase {
   void note(const xercesc::SAXParseException& exception) {
     if (!root.first.text.empty()) return;
     root.first = {to_local(exception.getMessage()),
-                  ":" + std::to_string(exception.getLineNumber()) + ":" +
-                      std::to_string(exception.getColumnNumber())};
+                  {exception.getLineNumber(), exception.getColumnNumber()}};
   }
 };
 
@@ -52,16 +51,18 @@ class telling_parser : public xercesc::SAXParser {
 
 std::string scan_document(const char* path, xercesc::HandlerBase& handler,
                           xercesc::SAXParser::ValSchemes validation, bool whole,
-                          const std::function<void(const char* what)>& unhandled) {
+                          const std::function<void(const char* what)>& unhandled,
+                          xercesc::XMLDocumentHandler* more) {
   try {
     zrt4::detail::limited_scanner<telling_parser> scanner;
     scanner.unhandled = unhandled;
     scanner.setDocumentHandler(&handler);
     scanner.setErrorHandler(&handler);
+    if (more != nullptr) scanner.installAdvDocHandler(more);
     scanner.setValidationScheme(validation);
     xercesc::XMLPScanToken token;
-    bool more = scanner.parseFirst(path, token) && scanner.parseNext(token);
-    while (whole && more) more = scanner.parseNext(token);
+    bool goes_on = scanner.parseFirst(path, token) && scanner.parseNext(token);
+    while (whole && goes_on) goes_on = scanner.parseNext(token);
   } catch (const xercesc::XMLException& exception) {
     return to_local(exception.getMessage());
   }

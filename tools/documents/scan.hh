@@ -6,20 +6,25 @@
 
 #include <functional>
 #include <string>
+#include <xercesc/framework/XMLDocumentHandler.hpp>
 #include <xercesc/parsers/SAXParser.hpp>
 #include <xercesc/sax/HandlerBase.hpp>
 
+#include "file_place.hh"
+
 /// Runs the document past `handler`, within the library's limits on what it may declare; only what
 /// stands before the root's start tag when not `whole`. `unhandled` is told what has no place in a
-/// handler: "comment", "document type declaration". Returns what the XML library threw, or nothing.
+/// handler: "comment", "document type declaration"; `more` is told all that such a handler is told.
+/// Returns what the XML library threw, or nothing.
 std::string scan_document(const char* path, xercesc::HandlerBase& handler,
                           xercesc::SAXParser::ValSchemes validation, bool whole,
-                          const std::function<void(const char* what)>& unhandled = {});
+                          const std::function<void(const char* what)>& unhandled = {},
+                          xercesc::XMLDocumentHandler* more = nullptr);
 
 /// An XML error.
 struct xml_error {
   std::string text;
-  std::string place;  ///< ":LINE:COLUMN" where known
+  file_place place;
 };
 
 struct root_element {

@@ -45,20 +45,28 @@ unsigned changes_between(std::string_view a, std::string_view b) {
   return last[b.size()];
 }
 
-}  // namespace
-
-unsigned distance_of_names(std::string_view written, std::string_view known) {
+unsigned few_changes_between(std::string_view written, std::string_view known) {
   if (written.size() > longest || known.size() > longest || written.empty()) {
     return beyond_all_names;
   }
   const unsigned changes = changes_between(written, known);
   const std::size_t letters = std::min(written.size(), known.size());
-  if (changes <= most_changes &&
-      letters_of_a_change * changes <= std::max<std::size_t>(letters, 4)) {
-    return changes;
-  }
+  const bool are_few =
+      changes <= most_changes && letters_of_a_change * changes <= std::max<std::size_t>(letters, 4);
+  return are_few ? changes : beyond_all_names;
+}
+
+}  // namespace
+
+unsigned distance_of_names(std::string_view written, std::string_view known) {
+  const unsigned changes = few_changes_between(written, known);
+  if (changes != beyond_all_names) return changes;
   const bool is_shortened = written.size() >= shortest_stem && begins_with(known, written);
   const bool is_lengthened = known.size() > shortest_stem && begins_with(written, known);
   if (is_shortened || is_lengthened) return most_changes;
   return beyond_all_names;
+}
+
+bool is_misspelt(std::string_view written, std::string_view known) {
+  return written != known && few_changes_between(written, known) != beyond_all_names;
 }

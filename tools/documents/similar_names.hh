@@ -10,4 +10,7 @@
 unsigned distance_of_names(std::string_view written, std::string_view known);
 constexpr unsigned beyond_all_names = 100;
 
+/// Whether it is that few letters of the known name, which is not only shortened or made longer.
+bool is_misspelt(std::string_view written, std::string_view known);
+
 #endif

@@ -5,6 +5,7 @@
 #include "event_util.hh"
 #include "pages.hh"
 #include "record_types.hh"
+#include "rules.hh"
 #include "selection.hh"
 
 namespace {
@@ -38,11 +39,18 @@ std::string fields() {
          words({names.begin(), names.end()}).substr(std::strlen("_zrt4xml_words"));
 }
 
+std::string rules() {
+  std::vector<std::string> values = {"error", "none", "all"};
+  for (const rule_traits& each : all_rules()) values.emplace_back(each.name);
+  return words(values);
+}
+
 // What completes the value of an option; nothing when it is free text.
 std::string completion_of(const option_page& option) {
   if (!option.values.empty()) return words(option.values);
   if (option.value == "FILE") return "_zrt4xml_files";
   if (option.value == "EVENT") return event_types();
+  if (option.value == "RULE") return rules();
   if (option.value == "CHANNEL") return "_zrt4xml_channels";
   if (option.value == "CONDITION" || option.value == "FIELDS") return fields();
   return ":";
