@@ -4,8 +4,10 @@
 #include <nlohmann/json.hpp>
 
 #include "any_list.hh"
+#include "bad_document.hh"
 #include "input_file.hh"
 #include "json_reading.hh"
+#include "own_locale.hh"
 #include "random_documents.hh"
 #include "row_json.hh"
 #include "rows.hh"
@@ -137,4 +139,20 @@ TEST(JsonRoundTrip, EveryExample) {
     ++examples;
   }
   EXPECT_GE(examples, 11U);
+}
+
+TEST(JsonReading, CharactersThatTheCodePageLacksAreRefused) {
+  const test::own_locale ascii(LC_CTYPE, "C");
+  ASSERT_TRUE(ascii.set());
+  EXPECT_EQ(read_json("x", R"({"kind": "channels", "records": [{"property": "A", "units": "mm"}]})")
+                .size(),
+            1U);
+  try {
+    read_json("x", R"({"kind": "channels", "records": [{"property": "A", "units": "\u03a9"}]})");
+    ADD_FAILURE() << "it was read";
+  } catch (const bad_document& reason) {
+    EXPECT_STREQ(reason.what(),
+                 "records[0].units: the text holds U+03A9, which the code page of this locale "
+                 "lacks");
+  }
 }
