@@ -15,15 +15,33 @@
 /// function. A text ends at its first zero byte. A list is moved, not copied; what would dangle
 /// after the statement (an element or an iterator of a temporary list) does not compile. Any number
 /// of threads may read at once, each into a list of its own.
+///
+/// Channel descriptions and dictionaries are also written, as a text or to a file. `write_text`
+/// returns the document that the dump function makes: texts stand in it as they are in the records,
+/// neither escaped nor converted, under a declaration that says ISO-8859-1 (docs/writing.md tells
+/// what of them reads back). `write_file` writes that document and replaces a file as a whole or
+/// not at all. It returns 0, or else the system's number of the error (`ENOENT`, `ENOSPC`, ...) and
+/// the file is what it was, with nothing left beside it. Behind a link, the file that it names is
+/// replaced, with its mode; a file that must not be written stays; a device or a pipe takes what it
+/// can. Nothing is printed. `write_file_or_throw` throws the error as a `std::system_error`, whose
+/// code that is. What is thrown when memory runs out passes, before anything was written.
+
+#include <sys/stat.h>
 
 #include <algorithm>
+#include <atomic>
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <iterator>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 #include <xercesc/util/PlatformUtils.hpp>
@@ -113,6 +131,63 @@ class document_error : public std::runtime_error {
  private:
   std::shared_ptr<const read_report> met;  // an exception is copied without throwing
 };
+
+namespace detail {
+
+// What `write_file` is made of; not to be called by others. Each returns 0 or the error's number.
+
+inline int write_and_close(std::FILE* file, const std::string& content) {
+  const bool is_written = std::fwrite(content.data(), 1, content.size(), file) == content.size();
+  int reason = is_written ? 0 : errno;
+  if (std::fclose(file) != 0 && reason == 0) reason = errno;
+  return reason;
+}
+
+/// Creates a file beside `name` that nobody else has, and puts its name into `beside`.
+inline int create_beside(const std::string& name, std::string& beside, std::FILE*& file) {
+  static std::atomic<unsigned> number{0};
+  constexpr int most_attempts = 1000;
+  for (int attempt = 0; attempt < most_attempts; ++attempt) {
+    beside = name + "." + std::to_string(number++) + ".new";
+    file = std::fopen(beside.c_str(), "wxe");
+    if (file != nullptr) return 0;
+    if (errno != EEXIST) break;
+  }
+  return errno;
+}
+
+/// `mode` is that of the file which is there, null when there is none.
+inline int replace_regular_file(const std::string& name, const ::mode_t* mode,
+                                const std::string& content) {
+  std::string beside;
+  std::FILE* file = nullptr;
+  if (const int failure = create_beside(name, beside, file)) return failure;
+  int reason = mode != nullptr && ::chmod(beside.c_str(), *mode & 07777U) != 0 ? errno : 0;
+  const int not_written = write_and_close(file, content);
+  if (reason == 0) reason = not_written;
+  if (reason == 0 && std::rename(beside.c_str(), name.c_str()) != 0) reason = errno;
+  if (reason != 0) (void)std::remove(beside.c_str());
+  return reason;
+}
+
+inline int replace_file(const std::string& name, const std::string& content) {
+  struct ::stat old {};
+  if (::stat(name.c_str(), &old) != 0) return replace_regular_file(name, nullptr, content);
+  const bool is_regular = S_ISREG(old.st_mode);
+  std::FILE* const there = std::fopen(name.c_str(), is_regular ? "r+e" : "we");
+  if (there == nullptr) return errno;
+  if (!is_regular) return write_and_close(there, content);
+  (void)std::fclose(there);  // it may be written
+  const std::unique_ptr<char, void (*)(void*)> target(::realpath(name.c_str(), nullptr), std::free);
+  if (target == nullptr) return errno;
+  return replace_regular_file(target.get(), &old.st_mode, content);
+}
+
+inline void throw_unless_written(int reason, const std::string& name) {
+  if (reason != 0) throw std::system_error(reason, std::generic_category(), name);
+}
+
+}  // namespace detail
 
 /// Walks the records behind a vector of pointers.
 template <class Record, class Pointers>
@@ -220,6 +295,15 @@ class owned_list {
   }
 
  protected:
+  /// The first record that `is` wanted, null when there is none.
+  template <class Is>
+  Record* first(Is is) const {
+    const auto found = std::find_if(records.begin(), records.end(), [&](const Record* record) {
+      return record != nullptr && is(*record);
+    });
+    return found != records.end() ? *found : nullptr;
+  }
+
   pointers records;
 
  private:
@@ -249,6 +333,9 @@ enum class types { numbers, masks };
 /// merges (see `parse_descr_list_read`, `parse_descr_list_readf`).
 enum class duplicates { keep, merge };
 
+/// The dialects of channel descriptions, to write.
+enum class dialect { elements = ZRT4_FORMAT, variables = MORV_FORMAT };
+
 /// Channel descriptions, either dialect.
 class channel_list : public owned_list<chan_descr_2010, channel_list> {
  public:
@@ -265,7 +352,23 @@ class channel_list : public owned_list<chan_descr_2010, channel_list> {
                                  when == duplicates::merge);
   }
 
-  /// The first channel of that property, null when there is none.
+  /// The document in that dialect; each property once (see `dump_chan_desr`).
+  [[nodiscard]] std::string write_text(dialect as = dialect::elements) const {
+    std::string xml;
+    dump_chan_desr(const_cast<pointers*>(&records), nullptr, DUMP_XML_FILE, static_cast<int>(as),
+                   -1, &xml, nullptr);
+    return xml;
+  }
+  /// Writes it to a file (see above).
+  [[nodiscard]] int write_file(const std::string& name, dialect as = dialect::elements) const {
+    return detail::replace_file(name, write_text(as));
+  }
+  void write_file_or_throw(const std::string& name, dialect as = dialect::elements) const {
+    detail::throw_unless_written(write_file(name, as), name);
+  }
+
+  /// The first channel of that property, null when there is none. Each lookup walks the list: who
+  /// has many makes a `chan_selector`.
   chan_descr_2010* find(const std::string& property) & {
     return find_chan_entry(&records, property.c_str());
   }
@@ -274,8 +377,18 @@ class channel_list : public owned_list<chan_descr_2010, channel_list> {
   }
   const chan_descr_2010* find(const std::string& property) const&& = delete;
 
+  /// The first channel of that DAQ name, null when there is none.
+  chan_descr_2010* find_by_daq_name(const std::string& name) & { return first_named(name); }
+  const chan_descr_2010* find_by_daq_name(const std::string& name) const& {
+    return first_named(name);
+  }
+  const chan_descr_2010* find_by_daq_name(const std::string& name) const&& = delete;
+
  private:
   friend owned_list;
+  chan_descr_2010* first_named(const std::string& name) const {
+    return first([&](const chan_descr_2010& channel) { return name == channel.daq_name; });
+  }
   static void release_records(pointers& records) noexcept {
     try {
       clean_chan_desr_list(&records);
@@ -296,8 +409,16 @@ class event_list : public owned_list<zrt4_ev_entry, event_list> {
     return zrt4_parse_ev_list_read(const_cast<char*>(xml.c_str()), &records);
   }
 
+  /// The first event of that type, null when there is none.
+  zrt4_ev_entry* find(ZRT4_EVTYPE type) & { return first_of(type); }
+  const zrt4_ev_entry* find(ZRT4_EVTYPE type) const& { return first_of(type); }
+  const zrt4_ev_entry* find(ZRT4_EVTYPE type) const&& = delete;
+
  private:
   friend owned_list;
+  zrt4_ev_entry* first_of(ZRT4_EVTYPE type) const {
+    return first([&](const zrt4_ev_entry& entry) { return entry.evtype == type; });
+  }
   // The library's release leaves two things to whoever made them, which is this list: entries
   // without server-block vector, and empty channel vectors.
   static void release_records(pointers& records) noexcept {
@@ -317,18 +438,24 @@ class event_list : public owned_list<zrt4_ev_entry, event_list> {
   }
 };
 
-/// The reading functions of the two record widths of dictionaries.
+/// The functions of the two record widths of dictionaries: two that read, one that writes.
 template <class Entry>
 struct env_dictionary_readers;
 template <>
 struct env_dictionary_readers<zrt4_env_index_dictionary_entry> {
   static constexpr auto* file = parse_env_index_dict_readf;
   static constexpr auto* text = parse_env_index_dict_list_read;
+  static int dump(std::vector<zrt4_env_index_dictionary_entry*>* list, std::string* xml) {
+    return dump_env_index_dict(list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, xml);
+  }
 };
 template <>
 struct env_dictionary_readers<zrt4_env_index_dictionary_entry_2010> {
   static constexpr auto* file = parse_env_index_dict_readf_2010;
   static constexpr auto* text = parse_env_index_dict_list_read_2010;
+  static int dump(std::vector<zrt4_env_index_dictionary_entry_2010*>* list, std::string* xml) {
+    return dump_env_index_dict_2010(list, nullptr, ENV_INDX_DUMP_XML_STRING, -1, xml);
+  }
 };
 
 /// Environment index dictionaries; `Entry` is the record of one of the two widths.
@@ -345,8 +472,39 @@ class basic_env_dictionary : public owned_list<Entry, basic_env_dictionary<Entry
     return env_dictionary_readers<Entry>::text(const_cast<char*>(xml.c_str()), &this->records);
   }
 
+  /// The document (see `dump_env_index_dict`).
+  [[nodiscard]] std::string write_text() const {
+    std::string xml;
+    env_dictionary_readers<Entry>::dump(const_cast<typename base::pointers*>(&this->records), &xml);
+    return xml;
+  }
+  /// Writes it to a file (see above).
+  [[nodiscard]] int write_file(const std::string& name) const {
+    return detail::replace_file(name, write_text());
+  }
+  void write_file_or_throw(const std::string& name) const {
+    detail::throw_unless_written(write_file(name), name);
+  }
+
+  /// The first entry of that index, or of that property; null when there is none.
+  Entry* find(std::int32_t index) & { return first_of(index); }
+  const Entry* find(std::int32_t index) const& { return first_of(index); }
+  const Entry* find(std::int32_t index) const&& = delete;
+  Entry* find(const std::string& property) & { return first_of(property); }
+  const Entry* find(const std::string& property) const& { return first_of(property); }
+  const Entry* find(const std::string& property) const&& = delete;
+
  private:
   friend base;
+  Entry* first_of(std::int32_t index) const {
+    return this->first([&](const Entry& entry) { return entry.index == index; });
+  }
+  Entry* first_of(const std::string& property) const {
+    return this->first([&](const Entry& entry) {
+      const auto& name = entry.data.env_prop;
+      return property == std::string_view(name, ::strnlen(name, sizeof name));
+    });
+  }
   static void release_records(typename base::pointers& records) noexcept {
     const auto end = std::unique(records.begin(), records.end());
     std::for_each(records.begin(), end, [](Entry* entry) { std::free(entry); });
@@ -371,8 +529,16 @@ class camera_features : public owned_list<ZRT4GigEFeature, camera_features> {
     return failed ? 1 : 0;
   }
 
+  /// The first feature of that name, null when there is none.
+  ZRT4GigEFeature* find(const std::string& name) & { return first_named(name); }
+  const ZRT4GigEFeature* find(const std::string& name) const& { return first_named(name); }
+  const ZRT4GigEFeature* find(const std::string& name) const&& = delete;
+
  private:
   friend owned_list;
+  ZRT4GigEFeature* first_named(const std::string& name) const {
+    return first([&](const ZRT4GigEFeature& feature) { return feature.name == name; });
+  }
   static void release_records(pointers& records) noexcept { zrt4_clean_gige_descr(&records); }
 };
 
