@@ -1,5 +1,6 @@
 #include "parse_ev_list.hh"
 
+#include <cinttypes>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -11,6 +12,7 @@
 
 #include "diagnostics.hh"
 #include "event_fields.hh"
+#include "event_listing.hh"
 #include "event_number_text.hh"
 #include "event_util.hh"
 #include "name_table.hh"
@@ -192,15 +194,17 @@ int zrt4_parse_ev_list_readf(char* file, std::vector<zrt4_ev_entry*>* list) {
   return read_ev_list<zrt4::file_variant>(file, list, unusable_parser::kept);
 }
 
-void zrt4_print_ev_list(std::vector<zrt4_ev_entry*>* list) {
-  if (list == nullptr) return;
+void zrt4::detail::list_events(const std::vector<zrt4_ev_entry*>& list, shown_times times) {
+  const auto shown = [times](std::uint32_t time) {
+    return times == shown_times::as_read ? std::int64_t{time} : static_cast<std::int32_t>(time);
+  };
   int number = 0;
-  for (const zrt4_ev_entry* entry : *list) {
+  for (const zrt4_ev_entry* entry : list) {
     std::printf("Entry[%d]\n", number++);
     std::printf("EVENT TYPE:\t%s\n", event_name_itoa(static_cast<int>(entry->evtype)));
     std::printf("Trigger mask:\t0x%x (%u)\n", entry->tmask, entry->tmask);
-    std::printf("Min event time:\t%d sec %d usec\n", static_cast<int>(entry->min_ev_time.timeup),
-                static_cast<int>(entry->min_ev_time.timelow));
+    std::printf("Min event time:\t%" PRId64 " sec %" PRId64 " usec\n",
+                shown(entry->min_ev_time.timeup), shown(entry->min_ev_time.timelow));
     std::printf("Priority:\t0x%x (%u)\n", entry->priority, entry->priority);
     if (entry->sb_list == nullptr) {
       std::puts("No server block list -> Full event");
@@ -210,6 +214,11 @@ void zrt4_print_ev_list(std::vector<zrt4_ev_entry*>* list) {
     int block = 0;
     for (const zrt4_ev_sb_list* server_block : *entry->sb_list) print_block(block++, *server_block);
   }
+}
+
+void zrt4_print_ev_list(std::vector<zrt4_ev_entry*>* list) {
+  if (list == nullptr) return;
+  zrt4::detail::list_events(*list, zrt4::detail::shown_times::negative_beyond_31_bits);
 }
 
 void zrt4_clean_ev_list(std::vector<zrt4_ev_entry*>* list) {

@@ -1,3 +1,5 @@
+#include "channel_listing.hh"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -46,10 +48,25 @@ joined_names block_names(std::uint32_t mask) {
   return names;
 }
 
-void print_fields(const chan_descr_2010& channel) {
+/// Of channels that were read as masks.
+class mask_lines : public zrt4::detail::type_lines {
+ public:
+  void print_event_type(std::size_t /*position*/, const chan_descr_2010& channel) const override {
+    zrt4::detail::print_event_types(channel.ev_type);
+  }
+  void print_data_type(std::size_t /*position*/, const chan_descr_2010& channel) const override {
+    zrt4::detail::print_data_types(channel.dtype);
+  }
+};
+
+void print_fields(const chan_descr_2010& channel, std::size_t position,
+                  const zrt4::detail::type_lines& types) {
   std::printf(" stream   : %d \n", channel.stream);
-  std::printf(" ev type  : 0x%x %s\n", channel.ev_type, event_names(channel.ev_type).c_str());
-  std::printf(" data type: 0x%x %s\n", channel.dtype, block_names(channel.dtype).c_str());
+  std::fputs(" ev type  : ", stdout);
+  types.print_event_type(position, channel);
+  std::fputs("\n data type: ", stdout);
+  types.print_data_type(position, channel);
+  std::fputs("\n", stdout);
   std::printf("\tcount  :%d\n", channel.count);
   std::printf("\tdb_key :%d\n", channel.db_key);
   std::printf("\tprop   :%s\n", channel.prop_name);
@@ -106,15 +123,26 @@ void print_dims(const chan_descr_2010& channel) {
 
 }  // namespace
 
-void print_zrt4_chan_descr(std::vector<chan_descr_2010*>* list) {
-  if (list == nullptr) return;
+void zrt4::detail::print_event_types(std::uint32_t mask) {
+  std::printf("0x%x %s", mask, event_names(mask).c_str());
+}
+
+void zrt4::detail::print_data_types(std::uint32_t mask) {
+  std::printf("0x%x %s", mask, block_names(mask).c_str());
+}
+
+void zrt4::detail::list_channels(const std::vector<chan_descr_2010*>& list,
+                                 const type_lines& types) {
   std::puts("========================");
   std::puts("ZRT4 XML Channel Description (XCD)");
-  int number = 0;
-  for (const chan_descr_2010* channel : *list) {
-    std::printf("--------------[%d]-----------------\n", number++);
-    print_fields(*channel);
-    print_bits(*channel);
-    print_dims(*channel);
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    std::printf("--------------[%d]-----------------\n", static_cast<int>(i));
+    print_fields(*list[i], i, types);
+    print_bits(*list[i]);
+    print_dims(*list[i]);
   }
+}
+
+void print_zrt4_chan_descr(std::vector<chan_descr_2010*>* list) {
+  if (list != nullptr) zrt4::detail::list_channels(*list, mask_lines());
 }

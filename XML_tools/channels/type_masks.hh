@@ -27,12 +27,16 @@ inline std::uint32_t event_type_of(const char* text, bool shift) {
   return shift ? bit_mask(number) : static_cast<std::uint32_t>(number);
 }
 
-/// The same for a data type. Both families share the lower bits of a mask, so that 63, whose own
-/// bit is the one that marks its family, leaves nothing.
+/// The mask of a data type. Both families share the lower bits, so that 63, whose own bit is the
+/// one that marks its family, leaves nothing.
+constexpr std::uint32_t data_type_mask(std::int32_t number) {
+  return number <= 31 ? bit_mask(number) : upper_data_types + bit_mask(number - 32);
+}
+
+/// The data type that `text` tells: its number, or with `shift` its mask.
 inline std::uint32_t data_type_of(const char* text, bool shift) {
   const std::int32_t number = read_decimal(text);
-  if (!shift) return static_cast<std::uint32_t>(number);
-  return number <= 31 ? bit_mask(number) : upper_data_types + bit_mask(number - 32);
+  return shift ? data_type_mask(number) : static_cast<std::uint32_t>(number);
 }
 
 }  // namespace zrt4::detail
