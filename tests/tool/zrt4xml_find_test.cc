@@ -36,11 +36,14 @@ TEST(ToolFind, PrintsWhatTheSelectorAnswers) {
             "channel:       A.C\n"
             "property:      A/B/C\n"
             "event types:   0x2 NORMAL\n"
-            "data type:     0x80000200\n"
+            "data type:     0x80000200 1CHAN_2010\n"
             "slow:          no\n"
             "main linac:    no\n"
             "sub-channels:  0\n"
-            "selected for NORMAL: yes\n");
+            "stands in:     " +
+                file.path() +
+                ":1\n"
+                "selected for NORMAL: yes\n");
   EXPECT_EQ(result.err, "");
 }
 
@@ -56,7 +59,9 @@ TEST(ToolFind, NotSelectedOrNotFoundIsExitCodeOne) {
   const test::temporary_file file(channel());
   const run_result other_event = run("find --name A/B/C --event BOR " + file.path());
   EXPECT_EQ(other_event.code, 1);
-  EXPECT_THAT(other_event.out, testing::EndsWith("selected for BOR: no\n"));
+  EXPECT_THAT(other_event.out, testing::EndsWith("selected for BOR: no\n"
+                                                 "because:       no channel has event type "
+                                                 "BOR\n"));
   const run_result unknown = run("find --name nothing " + file.path());
   EXPECT_EQ(unknown.code, 1);
   EXPECT_EQ(unknown.out, "");
@@ -94,34 +99,43 @@ TEST(ToolFind, PrintsOneChannelWhereTheNameIsAnothersProperty) {
             "channel:       x\n"
             "property:      B\n"
             "event types:   0x2 NORMAL\n"
-            "data type:     0x80000200\n"
+            "data type:     0x80000200 1CHAN_2010\n"
             "slow:          no\n"
             "main linac:    no\n"
-            "sub-channels:  0\n");
+            "sub-channels:  0\n"
+            "stands in:     " +
+                file.path() + ":1\n" + "name also of:  a, property x, event types 0x40 IMAGE, " +
+                file.path() + ":1\n");
   EXPECT_EQ(result.err, "");
 }
 
-TEST(ToolFind, PrintsOneChannelWhereSeveralHaveTheDaqName) {
+TEST(ToolFind, PrintsTheFirstChannelWithAnEventTypeAndNamesTheOthers) {
   const test::temporary_file file(
-      document(described(0, "A", "n", "<DTYPE>13</DTYPE>") +
-               described(6, "C", "n", "<DTYPE>38</DTYPE><DIM>1</DIM><DIM>2</DIM>") +
+      document(described(0, "A", "n", "<DTYPE>13</DTYPE>") + "\n" +
+               described(6, "C", "n", "<DTYPE>38</DTYPE><DIM>1</DIM><DIM>2</DIM>") + "\n" +
                described(4, "B", "n", "<DTYPE>41</DTYPE>")));
   EXPECT_EQ(run("find --name n " + file.path()).out,
             "channel:       n\n"
             "property:      C\n"
             "event types:   0x40 IMAGE\n"
-            "data type:     0x80000040\n"
+            "data type:     0x80000040 BPM_2010\n"
             "slow:          no\n"
             "main linac:    no\n"
-            "sub-channels:  2\n");
+            "sub-channels:  2\n"
+            "stands in:     " +
+                file.path() + ":2\n" + "name also of:  n, property A, event types 0x0, " +
+                file.path() + ":1\n" + "name also of:  n, property B, event types 0x10 ENV, " +
+                file.path() + ":3\n");
   EXPECT_EQ(run("find --name B " + file.path()).out,
             "channel:       n\n"
             "property:      B\n"
             "event types:   0x10 ENV\n"
-            "data type:     0x80000200\n"
+            "data type:     0x80000200 1CHAN_2010\n"
             "slow:          yes\n"
             "main linac:    no\n"
-            "sub-channels:  1\n");
+            "sub-channels:  1\n"
+            "stands in:     " +
+                file.path() + ":3\n");
   EXPECT_EQ(run("find --name A " + file.path()).out, "");
 }
 
@@ -163,7 +177,7 @@ TEST(ToolFind, AgreesWithTheSelector) {
     EXPECT_THAT(result.out, testing::HasSubstr(types)) << channels << name;
     EXPECT_EQ(result.out.find("channel: ") != std::string::npos, *types != '\0');
     const bool is_selected = selector.find_channel(event, name.data());
-    EXPECT_THAT(result.out, testing::EndsWith(is_selected ? ": yes\n" : ": no\n"))
+    EXPECT_THAT(result.out, testing::HasSubstr(is_selected ? ": yes\n" : ": no\nbecause: "))
         << channels << name << event;
     EXPECT_EQ(result.code, is_selected && *types != '\0' ? 0 : 1) << channels << name << event;
   }
@@ -174,9 +188,10 @@ TEST(ToolFind, TypesOfADamagedFileDoNotSelect) {
   const test::temporary_file good(document(described(6, "A", "a")));
   const test::temporary_file damaged("<CHANDESCRIPTIONS>" + described(7, "B", "b"));
   const std::string question = "find --name b --event 7 ";
-  EXPECT_THAT(run(question + good.path() + " " + damaged.path()).out,
-              testing::EndsWith("event types:   0x80 WS\ndata type:     0x0\nslow:          no\n"
-                                "main linac:    no\nsub-channels:  0\nselected for WS: no\n"));
+  EXPECT_THAT(
+      run(question + good.path() + " " + damaged.path()).out,
+      testing::EndsWith("selected for WS: no\nbecause:       event type WS stands only in a "
+                        "document that was not read cleanly, and does not count\n"));
   EXPECT_THAT(run(question + damaged.path() + " " + good.path()).out,
               testing::EndsWith("selected for WS: yes\n"));
 }

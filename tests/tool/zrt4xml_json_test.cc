@@ -172,7 +172,7 @@ TEST(ToolJson, FindsAChannel) {
   const test::temporary_file file(channel());
   const run_result result = run("find --json --name A/B/C --event BOR " + file.path());
   EXPECT_EQ(result.code, 1);
-  EXPECT_EQ(result.out, R"({
+  EXPECT_THAT(result.out, testing::StartsWith(R"({
   "format_version": 1,
   "subcommand": "find",
   "name": "A/B/C",
@@ -186,15 +186,28 @@ TEST(ToolJson, FindsAChannel) {
     "data_type_mask": 2147484160,
     "slow": false,
     "main_linac": false,
-    "sub_channels": 0
+    "sub_channels": 0,
+    "event_type": 1,
+    "data_type": 41,
+    "data_type_names": [
+      "1CHAN_2010"
+    ],
+    "description": "",
+    "units": "",
+    "file": ")" + file.path() + R"(",
+    "line": 1,
+    "merged_with": []
   },
   "event": {
     "type": 2,
     "name": "BOR",
-    "selected": false
-  }
-}
-)");
+    "selected": false,
+    "remark": "no channel has event type BOR"
+  },
+  "reason": null,
+  "matches": [
+    {
+)"));
   EXPECT_TRUE(prints_valid_json("find --json --name A/B/C " + file.path()));
 }
 
@@ -203,7 +216,13 @@ TEST(ToolJson, ChannelNotFoundIsNull) {
   const run_result result = run("find --json --name nothing " + file.path());
   EXPECT_EQ(result.code, 1);
   EXPECT_EQ(result.err, "");
-  EXPECT_THAT(result.out, testing::HasSubstr("  \"channel\": null,\n  \"event\": null\n"));
+  EXPECT_THAT(result.out, testing::EndsWith("  \"channel\": null,\n"
+                                            "  \"event\": null,\n"
+                                            "  \"reason\": \"no channel has this DAQ name or "
+                                            "property\",\n"
+                                            "  \"matches\": [],\n"
+                                            "  \"unusable\": []\n"
+                                            "}\n"));
   EXPECT_TRUE(prints_valid_json("find --json --name nothing " + file.path()));
 }
 

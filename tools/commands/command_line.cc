@@ -15,6 +15,8 @@
 #include "set.hh"
 #include "show.hh"
 #include "stat.hh"
+#include "type_names.hh"
+#include "types.hh"
 
 namespace {
 
@@ -87,9 +89,14 @@ CLI::App* add_find(CLI::App& app, arguments& given) {
   command->add_option("FILE", given.files, "Channel descriptions; - is standard input")
       ->required()
       ->type_name("");
-  command->add_option("--name", given.name, "DAQ name or property of the channel")
+  command
+      ->add_option(
+          "--name", given.name,
+          "DAQ name or property of the channel, or a pattern ('BPM.*.X') for all that match")
       ->required()
       ->type_name("CHANNEL");
+  command->add_flag("-i,--ignore-case", given.ignore_case,
+                    "All channels with it in their names, in any case of letters");
   command->add_option("--event", given.event, "Is it selected for this event type, name or number?")
       ->type_name("EVENT")
       ->check([](const std::string& text) -> std::string {
@@ -97,14 +104,18 @@ CLI::App* add_find(CLI::App& app, arguments& given) {
       });
   add_json(command, given);
   command->footer(
-      "Exit code: 1 when the channel is not found or not selected.\n"
+      "Exit code: 1 when no channel is found, or one is not selected.\n"
       "Name the file first to have its channels completed by the shell.\n"
-      "Example:\n  zrt4xml find --name BPM.7.X --event NORMAL channels.xml");
+      "Example:\n"
+      "  zrt4xml find --name LINAC.DIAG/BPM/3.L1/X.TRAIN --event NORMAL channels.xml\n"
+      "  zrt4xml find --name 'BPM.*.X' channels.xml\n"
+      "  zrt4xml find -i --name otr1 channels.xml");
   return command;
 }
 
 exit_code run_find(const arguments& given) {
-  return find(given.files, given.name, event_type_of(given.event), given.format());
+  return find(given.files, {given.name, given.ignore_case, event_type_of(given.event)},
+              given.format());
 }
 
 CLI::Option* add_output(CLI::App* command, arguments& given) {
@@ -345,6 +356,24 @@ exit_code run_diff(const arguments& given) {
   return diff(given.file, given.other, given.format());
 }
 
+CLI::App* add_types(CLI::App& app, arguments& given) {
+  CLI::App* command =
+      app.add_subcommand("types", "Print the event types and data types: number, name and mask");
+  command
+      ->add_option("TYPE", given.types,
+                   "Only those of this number, name or pattern of names, in any case of letters")
+      ->type_name("");
+  add_json(command, given);
+  command->footer(
+      "Exit code: 1 when a TYPE is none.\n"
+      "Example:\n  zrt4xml types NORMAL 38 'bpm*'");
+  return command;
+}
+
+exit_code run_types(const arguments& given) {
+  return list_types(given.types, given.format());
+}
+
 std::string wrong_usage(const CLI::App* app, const CLI::Error& error) {
   const auto chosen = app->get_subcommands();
   const auto unknown = app->remaining();
@@ -435,6 +464,7 @@ command_line::command_line()
   add(add_merge(*app, given), run_merge);
   add(add_list(*app, given), run_list);
   add(add_set(*app, given), run_set);
+  add(add_types(*app, given), run_types);
 }
 
 command_line::~command_line() = default;

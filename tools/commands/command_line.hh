@@ -20,6 +20,7 @@ class App;
 /// What the subcommands were given.
 struct arguments {
   std::vector<std::string> files;
+  std::vector<std::string> types;
   std::string file;
   std::string other;
   std::string kind;
@@ -38,6 +39,7 @@ struct arguments {
   bool lists_rules = false;
   std::size_t jobs = 0;  ///< as many files at once as there are processor cores
   bool wide = false;
+  bool ignore_case = false;
   bool force = false;
   bool strict = false;
   bool dry_run = false;

@@ -1,19 +1,17 @@
 #include "find.hh"
 
 #include <algorithm>
-#include <charconv>
-#include <cstdint>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
-#include "descr_extractor.hh"
-#include "document_kind.hh"
+#include "channel_search.hh"
 #include "each_file.hh"
 #include "event_util.hh"
 #include "json_answer.hh"
-#include "reading.hh"
 #include "selector_rules.hh"
+#include "terminal.hh"
 #include "type_masks.hh"
+#include "type_names.hh"
 
 using zrt4::detail::has_bit;
 using zrt4::detail::is_main_linac;
@@ -21,37 +19,11 @@ using zrt4::detail::is_slow;
 
 namespace {
 
-/// The descriptions of all files, read and looked up as a selector does. A selector answers by name
-/// only, so that its answers about one name can come from several descriptions.
-struct loaded_channels {
-  zrt4::channel_list list;
-  std::uint32_t event_types = 0;  ///< mask; those of a file that failed do not count until the next
-};
-
 /// How a file was loaded.
 struct loading {
   std::string file;
   reading how;
 };
-
-loading load(loaded_channels& channels, input_file& file) {
-  refuse_json(file);
-  const document_kind kind = kind_of(file);
-  const bool variables = kind == document_kind::variables;
-  if (!is_channels(kind)) throw wrong_kind(file, kind, "channel descriptions");
-  descr_extractor reader;
-  // Only a text makes masks of the variable dialect's event types.
-  reader.set_mode(variables ? EXTR_FROM_XML : EXTR_FROM_FILE);
-  std::string text = variables ? file.content() : std::string();
-  std::vector<char*> source{variables ? text.data() : file.path()};
-  reading how = read_with_messages(file, [&] {
-    return reader.get_descriptions(&source, nullptr, channels.list.get(), true) ? 1 : 0;
-  });
-  if (how.errors == 0) {
-    for (const chan_descr_2010& channel : channels.list) channels.event_types |= channel.ev_type;
-  }
-  return {file.name(), std::move(how)};
-}
 
 exit_code report_loading(const loading& one) {
   report(one.how.messages);
@@ -60,117 +32,228 @@ exit_code report_loading(const loading& one) {
   return exit_not_fine;
 }
 
-struct answer {
-  const chan_descr_2010* channel;  ///< null when there is none
-  std::optional<int> event;        ///< as asked for
-  bool selected;                   ///< for it
+/// What is said of an event type, for one name.
+struct selection {
+  int event;
+  bool is_selected;
+  std::string remark;  ///< why it is not, or what is odd about it
 };
 
-std::vector<const char*> event_type_names(unsigned mask) {
-  std::vector<const char*> names;
-  for (int type = 0; type < zrt4::detail::event_type_count; ++type) {
-    if (has_bit(mask, type)) names.push_back(event_name_itoa(type));
+/// A channel, by its position.
+struct found_channel {
+  std::size_t position;
+  std::optional<selection> selected;
+};
+
+struct answer {
+  /// By one name: what a client gets. By a pattern, nothing.
+  std::optional<std::size_t> channel;
+  std::optional<selection> selected;   ///< for the one name
+  std::vector<found_channel> matches;  ///< all that have the name, or match the pattern
+  std::string reason;                  ///< why there is no channel
+  bool is_yes;
+};
+
+selection selection_of(const channel_search& channels, const std::string& name, int event,
+                       std::optional<std::size_t> position) {
+  if (name.empty()) {
+    return {event, false,
+            "looked up by DAQ name for " + std::string(event_name_itoa(event)) +
+                "; the channel has none"};
   }
-  return names;
+  if (!channels.selects(name, event)) {
+    return {event, false, channels.why_not_selected(name, event)};
+  }
+  return {event, true, position ? channels.odd_about_selection(*position, event) : ""};
+}
+
+answer answer_for(const channel_search& channels, const wanted_channel& wanted) {
+  const name_pattern names = wanted.names();
+  answer result{};
+  for (const std::size_t position : channels.matching(names)) {
+    found_channel match{position, {}};
+    if (wanted.event) {
+      match.selected = selection_of(channels, channels.name_for(position, *wanted.event),
+                                    *wanted.event, position);
+    }
+    result.matches.push_back(std::move(match));
+  }
+  if (names.is_one_name()) {
+    result.channel = channels.found_by(wanted.name);
+    if (wanted.event) {
+      result.selected = selection_of(channels, wanted.name, *wanted.event, result.channel);
+    }
+    if (!result.channel) result.reason = channels.why_not_found(wanted.name);
+    result.is_yes = result.channel && (!wanted.event || result.selected->is_selected);
+  } else {
+    if (result.matches.empty()) result.reason = "matches no channel's DAQ name or property";
+    result.is_yes = !result.matches.empty() &&
+                    std::all_of(result.matches.begin(), result.matches.end(), [](const auto& one) {
+                      return !one.selected || one.selected->is_selected;
+                    });
+  }
+  return result;
 }
 
 const char* yes_or_no(bool yes) {
   return yes ? "yes" : "no";
 }
 
-// The first with an event type that bears the name as DAQ name, or as property when one of its
-// event types is looked up by property.
-const chan_descr_2010* find_channel(const zrt4::channel_list& list, const std::string& name) {
-  const std::uint32_t by_property = zrt4::detail::types_found_by_property();
-  const auto found = std::find_if(list.begin(), list.end(), [&](const chan_descr_2010& each) {
-    if (each.ev_type == 0) return false;
-    return each.daq_name == name || ((each.ev_type & by_property) != 0 && each.prop_name == name);
-  });
-  return found != list.end() ? &*found : nullptr;
-}
-
-// Some description must have the event type, and one must bear the name as channels of that type
-// do.
-bool is_selected(const loaded_channels& channels, const std::string& name, int event) {
-  if (!has_bit(channels.event_types, event)) return false;
-  const bool by_daq_name = zrt4::detail::found_by_daq_name(event);
-  return std::any_of(channels.list.begin(), channels.list.end(), [&](const chan_descr_2010& each) {
-    return name == (by_daq_name ? each.daq_name : each.prop_name);
-  });
-}
-
 int sub_channels(const chan_descr_2010& channel) {
   return is_slow(channel.ev_type) ? 1 : static_cast<int>(channel.dims.size());
 }
 
-void print(const answer& found) {
-  if (const chan_descr_2010* channel = found.channel) {
-    std::printf("channel:       %s\n", channel->daq_name);
-    std::printf("property:      %s\n", channel->prop_name);
-    std::printf("event types:   0x%x", channel->ev_type);
-    for (const char* type : event_type_names(channel->ev_type)) std::printf(" %s", type);
-    std::printf("\ndata type:     0x%x\n", channel->dtype);
-    std::printf("slow:          %s\n", yes_or_no(is_slow(channel->ev_type)));
-    std::printf("main linac:    %s\n",
-                yes_or_no(is_main_linac(channel->daq_name, channel->ev_type)));
-    std::printf("sub-channels:  %d\n", sub_channels(*channel));
-  }
-  if (found.event) {
-    std::printf("selected for %s: %s\n", event_name_itoa(*found.event), yes_or_no(found.selected));
+void print_line(const char* title, const std::string& text) {
+  if (!text.empty()) std::printf("%-14s %s\n", title, text.c_str());
+}
+
+void print_channel(const channel_search& channels, std::size_t position) {
+  const chan_descr_2010& channel = channels.channel(position);
+  print_line("channel:", printable(channel.daq_name));
+  print_line("property:", printable(channel.prop_name));
+  print_line("description:", printable(channel.prop_desc));
+  print_line("units:", printable(channel.units));
+  print_line("event types:", channels.shown_event_types(position));
+  print_line("data type:", channels.shown_data_type(position));
+  print_line("slow:", yes_or_no(is_slow(channel.ev_type)));
+  print_line("main linac:", yes_or_no(is_main_linac(channel.daq_name, channel.ev_type)));
+  print_line("sub-channels:", std::to_string(sub_channels(channel)));
+  print_line("stands in:", channels.place_of(position).shown());
+  for (const place_of_channel& place : channels.merged_into(position)) {
+    print_line("merged with:", place.shown());
   }
 }
 
-json to_json(const answer& found, const std::string& name) {
+void print_selection(const std::optional<selection>& selected) {
+  if (!selected) return;
+  std::printf("selected for %s: %s\n", event_name_itoa(selected->event),
+              yes_or_no(selected->is_selected));
+  print_line(selected->is_selected ? "but:" : "because:", selected->remark);
+}
+
+// The others that have the name, of which a client knows nothing.
+void print_others(const channel_search& channels, const answer& found) {
+  for (const found_channel& other : found.matches) {
+    if (&channels.channel(other.position) == &channels.channel(*found.channel)) continue;
+    const chan_descr_2010& channel = channels.channel(other.position);
+    const std::string name = printable(channel.daq_name);
+    print_line("name also of:", (name.empty() ? "a channel without DAQ name" : name) +
+                                    ", property " + printable(channel.prop_name) +
+                                    ", event types " + channels.shown_event_types(other.position) +
+                                    ", " + channels.place_of(other.position).shown());
+  }
+}
+
+void print(const channel_search& channels, const answer& found, bool by_one_name) {
+  if (by_one_name) {
+    if (found.channel) print_channel(channels, *found.channel);
+    print_selection(found.selected);
+    if (found.channel) print_others(channels, found);
+    return;
+  }
+  bool is_first = true;
+  for (const found_channel& match : found.matches) {
+    if (!is_first) std::putchar('\n');
+    is_first = false;
+    print_channel(channels, match.position);
+    print_selection(match.selected);
+  }
+}
+
+json names_in(const std::string& joined) {
+  json names = json::array();
+  for (std::size_t begin = 0; begin < joined.size();) {
+    const std::size_t end = std::min(joined.find(':', begin), joined.size());
+    names.push_back(joined.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  return names;
+}
+
+json number_or_null(std::optional<std::int32_t> number) {
+  return number ? json(*number) : json(nullptr);
+}
+
+json to_json(const channel_search& channels, std::size_t position) {
+  const chan_descr_2010& channel = channels.channel(position);
+  const place_of_channel place = channels.place_of(position);
+  json merged = json::array();
+  for (const place_of_channel& other : channels.merged_into(position)) {
+    merged.push_back({{"file", to_utf8(other.file)}, {"line", other.line}});
+  }
+  return {{"name", to_utf8(channel.daq_name)},
+          {"property", to_utf8(channel.prop_name)},
+          {"event_type_mask", channel.ev_type},
+          {"event_type_names", names_in(names_of_event_types(channel.ev_type))},
+          {"data_type_mask", channel.dtype},
+          {"slow", is_slow(channel.ev_type)},
+          {"main_linac", is_main_linac(channel.daq_name, channel.ev_type)},
+          {"sub_channels", sub_channels(channel)},
+          {"event_type", number_or_null(channels.written_event_type(position))},
+          {"data_type", number_or_null(channels.written_data_type(position))},
+          {"data_type_names", names_in(names_of_data_types(channel.dtype))},
+          {"description", to_utf8(channel.prop_desc)},
+          {"units", to_utf8(channel.units)},
+          {"file", to_utf8(place.file)},
+          {"line", place.line},
+          {"merged_with", std::move(merged)}};
+}
+
+json to_json(const std::optional<selection>& selected) {
+  if (!selected) return nullptr;
+  json result = {{"type", selected->event},
+                 {"name", event_name_itoa(selected->event)},
+                 {"selected", selected->is_selected},
+                 {"remark", nullptr}};
+  if (!selected->remark.empty()) result["remark"] = to_utf8(selected->remark);
+  return result;
+}
+
+json to_json(const channel_search& channels, const answer& found, const std::string& name) {
   json result = json_head("find");
   result["name"] = to_utf8(name);
   result["channel"] = nullptr;
-  if (const chan_descr_2010* channel = found.channel) {
-    result["channel"] = {{"name", to_utf8(channel->daq_name)},
-                         {"property", to_utf8(channel->prop_name)},
-                         {"event_type_mask", channel->ev_type},
-                         {"event_type_names", event_type_names(channel->ev_type)},
-                         {"data_type_mask", channel->dtype},
-                         {"slow", is_slow(channel->ev_type)},
-                         {"main_linac", is_main_linac(channel->daq_name, channel->ev_type)},
-                         {"sub_channels", sub_channels(*channel)}};
-  }
-  result["event"] = nullptr;
-  if (found.event) {
-    result["event"] = {{"type", *found.event},
-                       {"name", event_name_itoa(*found.event)},
-                       {"selected", found.selected}};
+  if (found.channel) result["channel"] = to_json(channels, *found.channel);
+  result["event"] = to_json(found.selected);
+  result["reason"] = nullptr;
+  if (!found.reason.empty()) result["reason"] = to_utf8(found.reason);
+  json& matches = result["matches"] = json::array();
+  for (const found_channel& match : found.matches) {
+    json one = to_json(channels, match.position);
+    one["event"] = to_json(match.selected);
+    matches.push_back(std::move(one));
   }
   return result;
 }
 
 }  // namespace
 
-std::optional<int> event_type_of(const std::string& text) {
-  int number = 0;
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number);
-  constexpr auto types_end = static_cast<int>(ZRT4_EV_EVMAX);
-  if (error == std::errc() && stop == end && number >= 0 && number < types_end) return number;
-  for (int type = 0; type < types_end; ++type) {
-    if (text == event_name_itoa(type)) return type;
-  }
-  return {};
+name_pattern wanted_channel::names() const {
+  if (!ignore_case) return name_pattern(name);
+  return name_pattern(name, name_pattern::letters::any_case, name_pattern::place::anywhere);
 }
 
-exit_code find(const std::vector<std::string>& files, const std::string& name,
-               std::optional<int> event, answer_format format) {
-  loaded_channels channels;
+exit_code find(const std::vector<std::string>& files, const wanted_channel& wanted,
+               answer_format format) {
+  channel_search channels;
+  json unusable = json::array();
   // One after the other: a reader merges what it finds in the list already.
   const exit_code loaded = for_each_file(
-      files, 1, [&](input_file& file) { return load(channels, file); }, report_loading,
-      [](const unusable_file&) {});
-  const answer found{find_channel(channels.list, name), event,
-                     event && is_selected(channels, name, *event)};
-  if (found.channel == nullptr && format == answer_format::text && !channels.list.empty()) {
-    report(name, "no channel has this DAQ name or property");
+      files, 1,
+      [&](input_file& file) {
+        return loading{file.name(), channels.load(file)};
+      },
+      report_loading,
+      [&](const unusable_file& file) { unusable.push_back(json_of_unusable(file)); });
+  const answer found = answer_for(channels, wanted);
+  if (format == answer_format::text) {
+    if (channels.has_documents() && !found.reason.empty()) report(wanted.name, found.reason);
+    print(channels, found, wanted.names().is_one_name());
   }
-  if (format == answer_format::text) print(found);
-  if (format == answer_format::json) print_json(to_json(found, name));
-  const bool is_yes = found.channel != nullptr && (!event || found.selected);
-  return std::max(loaded, fine_if(is_yes));
+  if (format == answer_format::json) {
+    json result = to_json(channels, found, wanted.name);
+    result["unusable"] = std::move(unusable);
+    print_json(result);
+  }
+  return std::max(loaded, fine_if(found.is_yes));
 }
