@@ -19,6 +19,16 @@ std::string chan(const std::string& property, const std::string& more = "") {
   return "<CHANNEL><PROP>" + property + "</PROP>" + more + "</CHANNEL>";
 }
 
+/// What is shown of a channel that has no more than its property.
+const std::string bare_channel =
+    "    event_type: 0 HB\n"
+    "    data_type: 0 UNKNOWN\n"
+    "    stream: 0\n"
+    "    size: 1\n"
+    "    set_point: 0\n"
+    "    db_key: -1\n"
+    "    count: 0\n";
+
 /// "diff A B" of two documents, without the two lines of heading.
 run_result compared(const std::string& a, const std::string& b) {
   const test::temporary_file before(a);
@@ -59,8 +69,8 @@ TEST(ToolDiff, ChannelsByProperty) {
             "~ channel A\n"
             "    units: \"mm\" -> \"um\"\n"
             "    size: 1 -> 2\n"
-            "- channel B\n"
-            "+ channel C\n");
+            "- channel B\n" +
+                bare_channel + "+ channel C\n" + bare_channel);
   EXPECT_EQ(result.err, "");
 }
 
@@ -94,7 +104,8 @@ TEST(ToolDiff, SeveralRecordsOfOneKey) {
   const std::string two = chan("A", "<UNITS>2</UNITS>");
   const std::string three = chan("A", "<UNITS>3</UNITS>");
   EXPECT_EQ(compared(list(one + two), list(two + one)).out, "");
-  EXPECT_EQ(compared(list(one + one), list(one)).out, "- channel A\n");
+  EXPECT_THAT(compared(list(one + one), list(one)).out,
+              testing::StartsWith("- channel A\n    event_type: 0 HB\n"));
   EXPECT_EQ(compared(list(one + two), list(three + two)).out,
             "~ channel A\n    units: \"1\" -> \"3\"\n");
 }
@@ -112,7 +123,11 @@ TEST(ToolDiff, EventsByType) {
             "    ~ server block S\n"
             "        - channel A\n"
             "        + channel B\n"
-            "+ event 4 ENV\n");
+            "+ event 4 ENV\n"
+            "    trigger_mask: 0\n"
+            "    min_time_seconds: 0\n"
+            "    min_time_microseconds: 0\n"
+            "    priority: 0\n");
 }
 
 TEST(ToolDiff, DictionariesByIndex) {
@@ -125,7 +140,8 @@ TEST(ToolDiff, DictionariesByIndex) {
   };
   EXPECT_EQ(
       compared(document(entry("10", "0.1")), document(entry("9", "1") + entry("10", "0.25"))).out,
-      "+ entry 9\n~ entry 10\n    absolute_threshold: 0.1 -> 0.25\n");
+      "+ entry 9\n    property: \"P\"\n    absolute_threshold: 1\n    relative_threshold: 0\n"
+      "~ entry 10\n    absolute_threshold: 0.1 -> 0.25\n");
   EXPECT_EQ(compared(document(entry("1", "nan")), document(entry("1", "nan"))).out, "");
 }
 
@@ -143,13 +159,40 @@ TEST(ToolDiff, ControlCharactersAreShownEscaped) {
   EXPECT_EQ(result.out, "~ feature W\n    tool_tip: \"\" -> \"a\\x0ab\"\n");
 }
 
-TEST(ToolDiff, DialectsCanBeCompared) {
-  EXPECT_EQ(
-      compared(list("<CHANNEL><PROP>A/B/C</PROP><EVTYPE>1</EVTYPE><NAME>A.C</NAME></CHANNEL>"),
-               "<DAQvariables><DaqFloat><evType>1</evType><vindo>A/B/C</vindo>"
-               "<daqName>A.C</daqName></DaqFloat></DAQvariables>")
-          .code,
-      0);
+TEST(ToolDiff, RecordsThatOneSideHasAreShownWithAllTheyHold) {
+  const std::string whole =
+      chan("A",
+           "<EVTYPE>1</EVTYPE><DTYPE>38</DTYPE><NAME>a</NAME><DESC>two\nlines</DESC><SIZE>2</SIZE>"
+           "<BIT>3<BIT_NAME>on</BIT_NAME></BIT>"
+           "<DIM>0<DIM_UNITS>us</DIM_UNITS><STAT>1<STAT_NAME>rms</STAT_NAME></STAT></DIM>");
+  EXPECT_EQ(compared(list(""), list(whole)).out,
+            "+ channel A\n"
+            "    name: \"a\"\n"
+            "    event_type: 1 NORMAL\n"
+            "    data_type: 38 BPM_2010\n"
+            "    stream: 0\n"
+            "    description: \"two\\x0alines\"\n"
+            "    size: 2\n"
+            "    set_point: 0\n"
+            "    db_key: -1\n"
+            "    count: 0\n"
+            "    + bit 3\n"
+            "        name: \"on\"\n"
+            "    + dimension 0\n"
+            "        units: \"us\"\n"
+            "        + statistic 1\n"
+            "            name: \"rms\"\n");
+  EXPECT_EQ(compared("<BMR><EVENT><TYPE>1</TYPE><SBLOCK>S<CHLIST><CHAN>C</CHAN></CHLIST></SBLOCK>"
+                     "</EVENT></BMR>",
+                     "<BMR/>")
+                .out,
+            "- event 1 NORMAL\n"
+            "    trigger_mask: 0\n"
+            "    min_time_seconds: 0\n"
+            "    min_time_microseconds: 0\n"
+            "    priority: 0\n"
+            "    - server block S\n"
+            "        - channel C\n");
 }
 
 TEST(ToolDiff, DifferentKindsAreWrongUsage) {
@@ -194,14 +237,15 @@ TEST(ToolDiff, QuietSaysItByTheExitCode) {
 }
 
 TEST(ToolDiff, ColourOnlyOnATerminalThatMayHaveIt) {
-  const test::temporary_file a(list(chan("A")));
-  const test::temporary_file b(list(chan("B")));
+  const test::temporary_file a(list(chan("A", "<BIT>1</BIT>")));
+  const test::temporary_file b(list(chan("A", "<BIT>2</BIT>")));
   const std::string arguments = "diff " + a.path() + " " + b.path();
-  const std::string plain =
-      "--- " + a.path() + "\r\n+++ " + b.path() + "\r\n- channel A\r\n+ channel B\r\n";
+  const std::string plain = "--- " + a.path() + "\r\n+++ " + b.path() +
+                            "\r\n~ channel A\r\n    - bit 1\r\n    + bit 2\r\n";
   EXPECT_EQ(run_on_terminal(arguments),
             "\033[1m--- " + a.path() + "\033[0m\r\n\033[1m+++ " + b.path() +
-                "\033[0m\r\n\033[31m- channel A\033[0m\r\n\033[32m+ channel B\033[0m\r\n");
+                "\033[0m\r\n\033[33m~ channel A\033[0m\r\n    \033[31m- bit 1\033[0m\r\n"
+                "    \033[32m+ bit 2\033[0m\r\n");
   EXPECT_EQ(run_on_terminal(arguments, "NO_COLOR=1"), plain);
   EXPECT_EQ(run_on_terminal(arguments, "TERM=dumb"), plain);
   EXPECT_THAT(run(arguments).out, testing::Not(testing::HasSubstr("\033")));
@@ -247,7 +291,7 @@ TEST(ToolDiff, AsJson) {
   EXPECT_TRUE(prints_valid_json(arguments));
   EXPECT_TRUE(prints_valid_json("diff --json " + a.path() + " " + a.path()));
   EXPECT_THAT(run("diff --json " + a.path() + " " + a.path()).out,
-              testing::HasSubstr("\"equal\": true,\n  \"differences\": []\n"));
+              testing::HasSubstr("\"equal\": true,\n  \"differences\": [],\n"));
 }
 
 TEST(ToolDiff, WrongUsage) {
@@ -260,7 +304,7 @@ TEST(ToolDiff, WrongUsage) {
 
 TEST(ToolDiff, FullDeviceAndClosedPipe) {
   const std::string folder = ZRT4_SOURCE_DIR "/examples/channels/";
-  const std::string arguments = "diff " + folder + "channels.xml " + folder + "variables.xml";
+  const std::string arguments = "diff " + folder + "channels.xml " + folder + "linac.xml";
   EXPECT_EQ(run(arguments + " >/dev/full").code, 2);
   const run_result closed = run(arguments + " | head -n 1");
   EXPECT_EQ(closed.out, "--- " + folder + "channels.xml\n");
@@ -312,18 +356,15 @@ TEST(ToolDiff, ConvertToVariablesLosesWhatThatDialectLacks) {
   EXPECT_EQ(run("convert " + original + " --to variables -o " + converted.path()).code, 0);
   const run_result result = run("diff " + original + " " + converted.path());
   EXPECT_EQ(result.code, 1);
-  // Every bit is read twice, first without its name; neither descriptions nor statistics are
-  // written; data type, stream and server block have no reader.
+  // A bit's title is its description, which is read as its name.
   const auto documented = testing::MatchesRegex(
-      "(---|[+]{3}|~ channel) .*|    (data_type|stream|server_block|db_key|count): .*|"
-      "    ~ (bit|dimension) .*|        - statistic .*|    [+] bit .*|        (name|description): "
-      ".*");
+      "(---|[+]{3}|~ channel) .*|    ~ bit .*|        name: \".+\" -> \".+\"");
   std::istringstream lines(result.out);
   int count = 0;
   for (std::string line; std::getline(lines, line); ++count) {
     EXPECT_THAT(line, documented);
   }
-  EXPECT_GT(count, 1000);
+  EXPECT_GT(count, 500);
 }
 
 TEST(ToolMergeDryRun, PrintsWhatMergingWouldChange) {
@@ -339,7 +380,8 @@ TEST(ToolMergeDryRun, PrintsWhatMergingWouldChange) {
                             "~ channel A/B/C\n"
                             "    stream: 0 -> 4\n"
                             "    units: \"\" -> \"mm\"\n"
-                            "+ channel D\n");
+                            "+ channel D\n" +
+                            bare_channel);
   EXPECT_THAT(run("merge --force --dry-run - " + from.path() + " <" + base.path()).out,
               testing::HasSubstr("    name: \"A.C\" -> \"other\"\n"));
   EXPECT_EQ(base.content(), channel());
@@ -371,7 +413,9 @@ TEST(ToolMergeDryRun, AsJson) {
       ],
       "inside": []
     }
-  ]
+  ],
+  "not_compared": [],
+  "unusable": []
 }
 )");
   EXPECT_TRUE(prints_valid_json(arguments));

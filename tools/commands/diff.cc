@@ -1,36 +1,74 @@
 #include "diff.hh"
 
+#include <algorithm>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "dialect_rows.hh"
 #include "difference.hh"
 #include "document_kind.hh"
-#include "file_error.hh"
-#include "input_file.hh"
+#include "each_file.hh"
 #include "json_answer.hh"
-#include "progress.hh"
 #include "row_json.hh"
 #include "terminal.hh"
 
 namespace {
 
-std::string headline(const difference& each) {
-  std::string line(each.one_name);
-  const row::field& key = each.record->key();
+std::string headline(std::string_view one_name, const row& record) {
+  std::string line(one_name);
+  const row::field& key = record.key();
   if (const auto* name = std::get_if<std::string_view>(&key.value)) {
     return line + " " + printable(*name);
   }
   return line + " " + described(key);
 }
 
+/// How a kind of difference is shown.
+struct style {
+  const char* sign;
+  colour hue;
+};
+
+style style_of(difference::kind what) {
+  static constexpr style styles[] = {
+      {"+ ", colour::green}, {"- ", colour::red}, {"~ ", colour::yellow}};
+  return styles[static_cast<std::size_t>(what)];
+}
+
+void print_headline(std::string_view one_name, const row& record, const style& shown_as,
+                    const std::string& indent) {
+  std::printf("%s%s\n", indent.c_str(),
+              coloured(shown_as.hue, shown_as.sign + headline(one_name, record)).c_str());
+}
+
+bool is_empty(const cell& value) {
+  const auto* text = std::get_if<std::string_view>(&value);
+  return text != nullptr && text->empty();
+}
+
+// A record that only one side has, with all it holds but empty texts.
+void print_whole(std::string_view one_name, const row& record, const style& shown_as,
+                 const std::string& indent) {
+  print_headline(one_name, record, shown_as, indent);
+  const std::string inner = indent + "    ";
+  for (std::size_t i = 1; i < record.fields.size(); ++i) {
+    const row::field& field = record.fields[i];
+    if (is_empty(field.value)) continue;
+    std::printf("%s%s: %s\n", inner.c_str(), std::string(field.name).c_str(),
+                described(field).c_str());
+  }
+  for (const row_group& group : record.groups) {
+    for (const row& each : group.rows) print_whole(group.one_name, each, shown_as, inner);
+  }
+}
+
 void print(const difference& each, const std::string& indent) {
-  static constexpr struct {
-    const char* sign;
-    colour hue;
-  } styles[] = {{"+ ", colour::green}, {"- ", colour::red}, {"~ ", colour::yellow}};
-  const auto& style = styles[static_cast<std::size_t>(each.what)];
-  std::printf("%s%s\n", indent.c_str(), coloured(style.hue, style.sign + headline(each)).c_str());
+  const style shown_as = style_of(each.what);
+  if (each.what != difference::kind::changed) {
+    return print_whole(each.one_name, *each.record, shown_as, indent);
+  }
+  print_headline(each.one_name, *each.record, shown_as, indent);
   for (const difference::field& field : each.fields) {
     std::printf("%s    %s: %s -> %s\n", indent.c_str(), std::string(field.before->name).c_str(),
                 described(*field.before).c_str(), described(*field.after).c_str());
@@ -68,43 +106,98 @@ void print_head(json_printer& out, const compared& both, bool equal) {
   out.begin_array("differences");
 }
 
+/// What is printed behind the last difference.
+void print_end(json_printer& out, const std::vector<std::string>& not_compared,
+               const json& unusable) {
+  out.end();
+  json names = json::array();
+  for (const std::string& name : not_compared) names.push_back(name);
+  out.member("not_compared", names);
+  out.member("unusable", unusable);
+  out.end();
+}
+
+/// That there is nothing to compare, for programs.
+void print_no_comparison(const std::string& before, const std::string& after,
+                         const json& unusable) {
+  json result = json_head("diff");
+  result["before"] = to_utf8(shown_name(before));
+  result["after"] = to_utf8(shown_name(after));
+  result["equal"] = nullptr;
+  result["differences"] = json::array();
+  result["not_compared"] = json::array();
+  result["unusable"] = unusable;
+  print_json(result);
+}
+
 struct side {
   std::string name;
   document_kind kind;
   loaded_document document;
 };
 
-side load(const std::string& name) {
-  side result = with_progress(shown_name(name), [&] {
-    input_file file(name);
-    const document_kind kind = kind_of(file);
-    return side{file.name(), kind, traits_of(kind).load(file)};
-  });
-  report_reading(result.name, result.document.how, "what could be read is compared");
-  return result;
+side load(input_file& file) {
+  const document_kind kind = kind_of(file);
+  return {file.name(), kind, traits_of(kind).load(file)};
+}
+
+bool are_comparable(document_kind a, document_kind b) {
+  return a == b || (is_channels(a) && is_channels(b));
+}
+
+std::string joined(const std::vector<std::string>& names) {
+  std::string list;
+  for (const std::string& name : names) list += (list.empty() ? "" : ", ") + name;
+  return list;
+}
+
+// Of two dialects, only what both have is compared.
+compared comparison_of(const side& one, const side& other) {
+  compared both{"diff",
+                one.name,
+                other.name,
+                one.document.rows,
+                other.document.rows,
+                traits_of(one.kind).record_name};
+  if (one.kind == other.kind) return both;
+  both.before = {both.before, keep_what_variables_have};
+  both.after = {both.after, keep_what_variables_have};
+  both.not_compared = missing_in_variables();
+  const side& variables = one.kind == document_kind::variables ? one : other;
+  report(variables.name,
+         "not compared, since this dialect does not have them: " + joined(both.not_compared));
+  return both;
 }
 
 }  // namespace
 
 exit_code diff(const std::string& before, const std::string& after, answer_format format) {
-  side old_one = load(before);
-  side new_one = load(after);
-  const kind_traits& old_kind = traits_of(old_one.kind);
-  const kind_traits& new_kind = traits_of(new_one.kind);
-  const bool comparable =
-      old_one.kind == new_one.kind || (is_channels(old_one.kind) && is_channels(new_one.kind));
-  if (!comparable) {
-    throw file_error(new_one.name, "of another kind (" + std::string(new_kind.description) +
-                                       ") than " + old_one.name + " (" +
-                                       std::string(old_kind.description) + ")");
+  std::vector<side> sides;
+  json unusable = json::array();
+  exit_code worst = for_each_file(
+      {before, after}, 1, load,
+      [&](side&& one) {
+        const reading& how = one.document.how;
+        report_reading(one.name, how, "what could be read is compared");
+        const exit_code code = fine_if(how.errors == 0);
+        sides.push_back(std::move(one));
+        return code;
+      },
+      [&](const unusable_file& file) { unusable.push_back(json_of_unusable(file)); });
+  if (sides.size() == 2 && !are_comparable(sides[0].kind, sides[1].kind)) {
+    const std::string reason =
+        "of another kind (" + std::string(traits_of(sides[1].kind).description) + ") than " +
+        sides[0].name + " (" + std::string(traits_of(sides[0].kind).description) + ")";
+    unusable.push_back(json_of_unusable({sides[1].name, reason, true}));
+    report_always(sides[1].name, reason);
+    worst = exit_trouble;
   }
-  const bool different =
-      print_differences({"diff", old_one.name, new_one.name, old_one.document.rows,
-                         new_one.document.rows, old_kind.record_name},
-                        format);
-  const bool all_well =
-      !different && old_one.document.how.errors == 0 && new_one.document.how.errors == 0;
-  return fine_if(all_well);
+  if (!unusable.empty()) {
+    if (format == answer_format::json) print_no_comparison(before, after, unusable);
+    return worst;
+  }
+  const bool different = print_differences(comparison_of(sides[0], sides[1]), format);
+  return std::max(worst, fine_if(!different));
 }
 
 bool print_differences(const compared& both, answer_format format) {
@@ -126,8 +219,7 @@ bool print_differences(const compared& both, answer_format format) {
   for_each_difference(both.before, both.after, both.record_name, print_next);
   if (format == answer_format::json) {
     if (!different) print_head(out, both, true);
-    out.end();
-    out.end();
+    print_end(out, both.not_compared, json::array());
   }
   return different;
 }

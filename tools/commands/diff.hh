@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "answer_format.hh"
 #include "exit_code.hh"
@@ -19,7 +20,8 @@ struct compared {
   std::string after_name;
   row_list before;
   row_list after;
-  std::string_view record_name;  ///< of one record, for a person: "channel"
+  std::string_view record_name;                ///< of one record, for a person: "channel"
+  std::vector<std::string> not_compared = {};  ///< what of the records is left out, for programs
 };
 
 /// Prints the differences under the names of both sides; for a person nothing when there are none.

@@ -44,6 +44,7 @@ exit_code show(const std::vector<std::string>& files, std::optional<document_kin
         print_heading(one.file);
         report(one.document.how.messages);
         one.document.print();
+        if (!one.document.not_listed.empty()) report(one.file, one.document.not_listed);
         return report_result(one.file, one.document.how.errors);
       },
       [&](const unusable_file& file) {

@@ -5,10 +5,12 @@
 
 #include "bad_document.hh"
 #include "byte_findings.hh"
+#include "event_listing.hh"
 #include "file_error.hh"
 #include "input_file.hh"
 #include "json_reading.hh"
 #include "json_text.hh"
+#include "listed_channels.hh"
 #include "mapped_file.hh"
 #include "received_messages.hh"
 #include "scan.hh"
@@ -16,11 +18,11 @@
 
 namespace {
 
-template <class List, class Print, class... More>
-listed_document listed(input_file& file, Print print, More... more) {
+template <class List, class Print>
+listed_document listed(input_file& file, Print print) {
   const auto list = std::make_shared<List>();
-  reading how = read_into(*list, file, more...);
-  return {std::move(how), [list, print] { print(*list); }};
+  reading how = read_into(*list, file);
+  return {std::move(how), [list, print] { print(*list); }, {}};
 }
 
 template <class List, class... More>
@@ -31,14 +33,14 @@ loaded_document load(input_file& file, More... more) {
 }
 
 listed_document list_events(input_file& file) {
-  return listed<zrt4::event_list>(file, [](auto& list) { zrt4_print_ev_list(list.get()); });
+  return listed<zrt4::event_list>(file, [](auto& list) {
+    zrt4::detail::list_events(*list.get(), zrt4::detail::shown_times::as_read);
+  });
 }
 
 template <document_kind kind>
-listed_document list_channels(input_file& file) {
-  return listed<zrt4::channel_list>(
-      file, [](auto& list) { print_zrt4_chan_descr(list.get()); }, dialect_of(kind),
-      zrt4::types::masks);
+listed_document list_dialect(input_file& file) {
+  return list_channels(file, dialect_of(kind));
 }
 
 template <document_kind kind>
@@ -54,7 +56,16 @@ listed_document list_dictionary(input_file& file) {
 }
 
 listed_document list_camera(input_file& file) {
-  return listed<zrt4::camera_features>(file, [](auto& list) { zrt4_dump_gige_descr(list.get()); });
+  const auto list = std::make_shared<zrt4::camera_features>();
+  reading how = read_into(*list, file);
+  const auto nameless = std::count_if(list->begin(), list->end(),
+                                      [](const auto& feature) { return feature.name.empty(); });
+  std::string not_listed;
+  if (nameless != 0) {
+    not_listed = records_of(document_kind::camera, static_cast<std::size_t>(nameless)) +
+                 " without a name not listed; --json shows them";
+  }
+  return {std::move(how), [list] { zrt4_dump_gige_descr(list->get()); }, std::move(not_listed)};
 }
 
 constexpr auto events = document_kind::events;
@@ -67,9 +78,9 @@ constexpr kind_traits kinds[] = {
     {events, "events", "BMR", "event list", "event", "events", list_events, load<zrt4::event_list>,
      known_in_events},
     {channels, "channels", "CHANDESCRIPTIONS", "channel descriptions, element dialect", "channel",
-     "channels", list_channels<channels>, load_channels<channels>, known_in_channels},
+     "channels", list_dialect<channels>, load_channels<channels>, known_in_channels},
     {variables, "variables", "DAQvariables", "channel descriptions, variable dialect", "channel",
-     "channels", list_channels<variables>, load_channels<variables>, known_in_variables},
+     "channels", list_dialect<variables>, load_channels<variables>, known_in_variables},
     {dictionary, "dictionary", "ENVINDEXDICT", "environment index dictionary", "entry", "entries",
      list_dictionary, load<zrt4::env_dictionary_2010>, known_in_dictionary},
     {camera, "camera", "", "camera features", "feature", "features", list_camera,
@@ -99,13 +110,29 @@ xml_error why_unreadable(input_file& file, const xml_error& by_scanner) {
   return all.empty() ? by_scanner : xml_error{all.front().text, all.front().place};
 }
 
-// The reader of one dialect is that of the other.
-bool reads(document_kind kind, std::string_view root) {
-  if (traits_of(kind).root.empty()) return true;
-  return std::any_of(std::begin(kinds), std::end(kinds), [&](const kind_traits& each) {
-    return each.root == root &&
-           (each.kind == kind || (is_channels(each.kind) && is_channels(kind)));
+/// The kind that has this root element, if one has.
+const kind_traits* kind_with_root(std::string_view root) {
+  const auto found = std::find_if(std::begin(kinds), std::end(kinds), [&](const kind_traits& each) {
+    return !each.root.empty() && each.root == root;
   });
+  return found != std::end(kinds) ? found : nullptr;
+}
+
+// The reader of one dialect is that of the other.
+bool is_or_reads(document_kind kind, document_kind expected) {
+  return kind == expected || (is_channels(kind) && is_channels(expected));
+}
+
+[[noreturn]] void refuse_root(const input_file& file, const std::string& root,
+                              document_kind expected) {
+  const kind_traits& wanted = traits_of(expected);
+  const kind_traits* own = kind_with_root(root);
+  std::string reason = "its root element is '" + shortened(printable(root)) + "'";
+  if (own != nullptr) reason += " (" + std::string(own->description) + ")";
+  throw bad_document(file.name(),
+                     reason + ", not " +
+                         (wanted.root.empty() ? "that of " + std::string(wanted.description)
+                                              : "'" + std::string(wanted.root) + "'"));
 }
 
 std::string shown(const std::string& name) {
@@ -114,8 +141,7 @@ std::string shown(const std::string& name) {
 
 document_kind kind_in_json(input_file& file, std::optional<document_kind> expected) {
   const document_kind kind = kind_of_json(file);
-  const bool fits = !expected || *expected == kind || (is_channels(*expected) && is_channels(kind));
-  if (fits) return kind;
+  if (!expected || is_or_reads(kind, *expected)) return kind;
   throw bad_document(file.name(), "its kind is '" + std::string(traits_of(kind).name) + "', not '" +
                                       std::string(traits_of(*expected).name) + "'");
 }
@@ -133,21 +159,20 @@ const kind_traits& traits_of(document_kind kind) {
 document_kind kind_of(input_file& file, std::optional<document_kind> expected) {
   if (is_json(file)) return kind_in_json(file, expected);
   const root_element root = find_root_element(file.path());
+  const kind_traits* own = kind_with_root(root.name);
+  if (expected && root.name.empty()) return *expected;
   if (expected) {
-    if (!root.name.empty() && !reads(*expected, root.name)) {
-      throw bad_document(file.name(), "its root element is '" + shown(root.name) + "', not '" +
-                                          std::string(traits_of(*expected).root) + "'");
-    }
-    return *expected;
+    const bool is_fit =
+        own != nullptr ? is_or_reads(own->kind, *expected) : traits_of(*expected).root.empty();
+    if (!is_fit) refuse_root(file, root.name, *expected);
+    return own != nullptr ? own->kind : *expected;
   }
   if (root.name.empty()) {
     if (std::filesystem::is_empty(file.path())) throw bad_document(file.name(), "is empty");
     const xml_error reason = why_unreadable(file, root.first);
     throw bad_document(file.name(), "not a readable XML document: " + reason.text, reason.place);
   }
-  for (const kind_traits& each : kinds) {
-    if (each.root == root.name) return each.kind;
-  }
+  if (own != nullptr) return own->kind;
   if (describes_a_camera(file)) return camera;
   throw bad_document(file.name(), "unknown kind of document: its root element is '" +
                                       shown(root.name) + "'; known are " + known_kinds());

@@ -36,6 +36,7 @@ struct loaded_document {
 struct listed_document {
   reading how;
   std::function<void()> print;
+  std::string not_listed;  ///< what the listing leaves out; empty as a rule
 };
 
 /// All that the subcommands need of one kind. Documents are read in any thread.
@@ -54,8 +55,9 @@ struct kind_traits {
 const kind_traits& traits_of(document_kind kind);
 
 /// The kind of a document: `expected`, or else the one with its root element; a document with
-/// another root that describes camera features is a camera's. Throws `bad_document` when it is of
-/// no kind, or not of that expected.
+/// another root that describes camera features is a camera's. Of channel descriptions, the one that
+/// the root tells, whichever dialect is expected. Throws `bad_document` when it is of no kind, or
+/// not of that expected.
 document_kind kind_of(input_file& file, std::optional<document_kind> expected = {});
 
 /// Throws `file_error` when it is JSON, for whoever looks at the XML itself.

@@ -95,7 +95,8 @@ reading read_file(List& list, input_file& file) {
   return read_with_messages(file, [&] { return list.read_file(file.path()); });
 }
 
-// The readers of the variable dialect make two bits of each title, the first without its name.
+}  // namespace
+
 void drop_twins(zrt4::channel_list& list) {
   for (chan_descr_2010& channel : list) {
     std::vector<bit_descr*>& bits = channel.bits;
@@ -115,8 +116,6 @@ void drop_twins(zrt4::channel_list& list) {
     channel.nbits = static_cast<std::int32_t>(kept);
   }
 }
-
-}  // namespace
 
 reading read_with_messages(input_file& file, const std::function<int()>& read) {
   reading result;
@@ -141,15 +140,14 @@ reading read_into(zrt4::channel_list& list, input_file& file, int dialect, zrt4:
     if (wanted == zrt4::types::masks) make_masks(list);
     return result;
   }
-  reading how;
-  if (dialect == MORV_FORMAT && wanted == zrt4::types::masks) {
-    // Only the memory reader makes masks of this dialect's event types.
-    const std::string text = file.content();
-    how = read_with_messages(file, [&] { return list.read_text(text, wanted); });
-  } else {
-    how = read_with_messages(file, [&] { return list.read_file(file.path(), wanted); });
+  if (dialect != MORV_FORMAT) {
+    return read_with_messages(file, [&] { return list.read_file(file.path(), wanted); });
   }
-  if (dialect == MORV_FORMAT) drop_twins(list);
+  // The reader of files makes no masks of this dialect's event types, and joins the numbers of
+  // channels that it merges: 1 and 2 would become 3.
+  const std::string text = file.content();
+  reading how = read_with_messages(file, [&] { return list.read_text(text, wanted); });
+  drop_twins(list);
   return how;
 }
 

@@ -27,6 +27,10 @@ reading read_into(zrt4::event_list& list, input_file& file);
 /// readers make two, of which the first is nameless.
 reading read_into(zrt4::channel_list& list, input_file& file, int dialect, zrt4::types wanted);
 
+/// The readers of the variable dialect make two bits of each title, the first without its name:
+/// takes that out of the channels. `read_into` does.
+void drop_twins(zrt4::channel_list& list);
+
 reading read_into(zrt4::env_dictionary& list, input_file& file);
 reading read_into(zrt4::env_dictionary_2010& list, input_file& file);
 

@@ -80,10 +80,16 @@ class row_list {
   row_list() = default;
   row_list(const void* records, std::size_t size, row (*row_at)(const void*, std::size_t))
       : list(records), count(size), make(row_at) {}
+  /// The same rows, each of them changed by `adapt` when it is made.
+  row_list(const row_list& rows, void (*adapt)(row&)) : row_list(rows) { change = adapt; }
 
   std::size_t size() const { return count; }
   bool empty() const { return count == 0; }
-  row operator[](std::size_t at) const { return make(list, at); }
+  row operator[](std::size_t at) const {
+    row result = make(list, at);
+    if (change != nullptr) change(result);
+    return result;
+  }
   iterator begin() const { return {*this, 0}; }
   iterator end() const { return {*this, count}; }
 
@@ -91,6 +97,7 @@ class row_list {
   const void* list = nullptr;
   std::size_t count = 0;
   row (*make)(const void*, std::size_t) = nullptr;
+  void (*change)(row&) = nullptr;
 };
 
 row_list rows_of(const zrt4::event_list& list);

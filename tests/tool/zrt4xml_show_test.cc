@@ -1,0 +1,143 @@
+// `show`: numbers as the document has them, and --kind.
+
+#include "tool_support.hh"
+
+using test::channel;
+using test::one_event;
+using test::prints_valid_json;
+using test::run;
+using test::run_result;
+using test::variable;
+
+namespace {
+
+std::string described(const std::string& types) {
+  return "<CHANDESCRIPTIONS><CHANNEL>" + types + "<PROP>A</PROP></CHANNEL></CHANDESCRIPTIONS>";
+}
+
+/// The lines of event type and data type.
+std::string shown_types(const std::string& document) {
+  const test::temporary_file file(document);
+  const run_result result = run("show " + file.path() + " | grep type");
+  EXPECT_EQ(result.code, 0);
+  return result.out;
+}
+
+}  // namespace
+
+TEST(ToolShow, TypesWithANameAreMasksAsTheLibraryListsThem) {
+  EXPECT_EQ(shown_types(described("<EVTYPE>4</EVTYPE><DTYPE>38</DTYPE>")),
+            " ev type  : 0x10 ENV\n data type: 0x80000040 BPM_2010\n");
+  EXPECT_EQ(shown_types(described("<EVTYPE>31</EVTYPE><DTYPE>13</DTYPE>")),
+            " ev type  : 0x80000000 31\n data type: 0x2000 IMAGE\n");
+  EXPECT_EQ(shown_types(described("<EVTYPE> 0\n</EVTYPE><DTYPE>062</DTYPE>")),
+            " ev type  : 0x1 HB\n data type: 0xc0000000 7CHAN_2010\n");
+  EXPECT_EQ(shown_types(described("")), " ev type  : 0x0 \n data type: 0x0 \n");
+}
+
+// A mask has only 32 bits: 40 would be 8, MCP.
+TEST(ToolShow, NumbersWithoutANameAreShownAsTheyAreWritten) {
+  EXPECT_EQ(shown_types(described("<EVTYPE>40</EVTYPE><DTYPE>100</DTYPE>")),
+            " ev type  : 40 UNKNOWN\n data type: 100 UNKNOWN\n");
+  EXPECT_EQ(shown_types(described("<EVTYPE>32</EVTYPE><DTYPE>63</DTYPE>")),
+            " ev type  : 32 EVMAX\n data type: 63 MAX_2010\n");
+  EXPECT_EQ(shown_types(described("<EVTYPE>-1</EVTYPE><DTYPE>30</DTYPE>")),
+            " ev type  : -1 UNKNOWN\n data type: 30 UNKNOWN\n");
+  EXPECT_EQ(shown_types(described("<DTYPE>0</DTYPE>")),
+            " ev type  : 0x0 \n data type: 0 UNKNOWN\n");
+}
+
+TEST(ToolShow, NumbersThatAreReadAsOthersAreShownAsTheyAreWritten) {
+  EXPECT_EQ(shown_types(described("<EVTYPE>NORMAL</EVTYPE><DTYPE>4294967334</DTYPE>")),
+            " ev type  : 'NORMAL', read as 0 HB\n data type: '4294967334', read as 38 BPM_2010\n");
+  EXPECT_EQ(shown_types(described("<EVTYPE>1.5</EVTYPE><DTYPE>9999999999999999999</DTYPE>")),
+            " ev type  : '1.5', read as 1 NORMAL\n"
+            " data type: '9999999999999999999', read as -1 UNKNOWN\n");
+}
+
+TEST(ToolShow, BothDialectsAndFurtherPropertiesToo) {
+  EXPECT_EQ(shown_types("<DAQvariables><DaqFloat><evType>33</evType><vindo>A</vindo></DaqFloat>"
+                        "<DaqFloat><vindo>B</vindo><evType>2x</evType></DaqFloat></DAQvariables>"),
+            " ev type  : 33 UNKNOWN\n data type: 0x0 \n"
+            " ev type  : '2x', read as 2 BOR\n data type: 0x0 \n");
+  EXPECT_EQ(shown_types(described("<EVTYPE>50</EVTYPE><PROP>B</PROP><DTYPE>32</DTYPE>")),
+            " ev type  : 50 UNKNOWN\n data type: 32 UNKNOWN\n"
+            " ev type  : 50 UNKNOWN\n data type: 32 UNKNOWN\n");
+}
+
+// The second of a property is merged: what it says of the types counts where the first says
+// nothing.
+TEST(ToolShow, MergedVariablesAndJsonAgree) {
+  const test::temporary_file file(
+      "<DAQvariables><DaqFloat><evType>1</evType><vindo>A</vindo></DaqFloat>"
+      "<DaqFloat><evType>2</evType><vindo>A</vindo></DaqFloat></DAQvariables>");
+  EXPECT_THAT(run("show " + file.path()).out, testing::HasSubstr(" ev type  : 0x2 NORMAL\n"));
+  EXPECT_THAT(run("show --json " + file.path()).out,
+              testing::HasSubstr("\"event_type\": 1,\n          \"event_type_name\": \"NORMAL\""));
+}
+
+TEST(ToolShow, TimesBeyond31BitsAsInJson) {
+  const test::temporary_file file(
+      "<BMR><EVENT><TYPE>1</TYPE><MINTIMESEC>3000000000</MINTIMESEC>"
+      "<MINTIMEUSEC>4294967295</MINTIMEUSEC></EVENT></BMR>");
+  EXPECT_THAT(run("show " + file.path()).out,
+              testing::HasSubstr("Min event time:\t3000000000 sec 4294967295 usec\n"));
+  EXPECT_THAT(run("show --json " + file.path()).out,
+              testing::HasSubstr("\"min_time_seconds\": 3000000000"));
+}
+
+TEST(ToolShow, FeaturesThatAreNotListedAreCounted) {
+  const test::temporary_file one("<Camera><Integer Name='Width'/><Float/></Camera>");
+  const run_result result = run("show " + one.path());
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.out, "[0] Name:'Width' type:1 ToolTip:'' Description:''\n");
+  EXPECT_EQ(result.err, "zrt4xml: " + one.path() +
+                            ": 1 feature without a name not listed; --json shows them\n");
+  EXPECT_EQ(run("-q show " + one.path()).err, "");
+}
+
+TEST(ToolShow, KindOfAnotherRootIsRefusedForEveryKind) {
+  const test::temporary_file events(one_event);
+  const test::temporary_file channels(channel());
+  const struct {
+    const char* kind;
+    const std::string& path;
+    const char* told;
+  } cases[] = {
+      {"channels", events.path(), "its root element is 'BMR' (event list), not 'CHANDESCRIPTIONS'"},
+      {"variables", events.path(), "its root element is 'BMR' (event list), not 'DAQvariables'"},
+      {"dictionary", events.path(), "its root element is 'BMR' (event list), not 'ENVINDEXDICT'"},
+      {"camera", events.path(),
+       "its root element is 'BMR' (event list), not that of camera features"},
+      {"events", channels.path(),
+       "its root element is 'CHANDESCRIPTIONS' (channel descriptions, element dialect), not 'BMR'"},
+  };
+  for (const auto& each : cases) {
+    for (const std::string format : {"", "--json "}) {
+      const run_result result =
+          run("show " + format + "--kind " + std::string(each.kind) + " " + each.path);
+      EXPECT_EQ(result.code, 1) << each.kind;
+      EXPECT_EQ(result.err, "zrt4xml: " + each.path + ": " + each.told + "\n");
+    }
+  }
+  const test::temporary_file other("<Camera><Integer Name='Width'/></Camera>");
+  EXPECT_EQ(run("show --kind events " + other.path()).err,
+            "zrt4xml: " + other.path() + ": its root element is 'Camera', not 'BMR'\n");
+}
+
+TEST(ToolShow, KindOfACameraFitsEveryOtherRoot) {
+  const test::temporary_file file("<nothing/>");
+  EXPECT_EQ(run("show " + file.path()).code, 1);
+  const run_result result = run("show --kind camera " + file.path());
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.out + result.err, "");
+  EXPECT_EQ(run("show --kind nonsense " + file.path()).code, 2);
+}
+
+TEST(ToolShow, KindOfTheOtherDialectIsTheDialectOfTheRoot) {
+  const test::temporary_file file(variable);
+  EXPECT_EQ(run("show --kind channels " + file.path()).out, run("show " + file.path()).out);
+  EXPECT_THAT(run("show --json --kind channels " + file.path()).out,
+              testing::HasSubstr("\"kind\": \"variables\""));
+  EXPECT_TRUE(prints_valid_json("show --json --kind channels " + file.path()));
+}
