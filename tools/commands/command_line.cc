@@ -12,6 +12,7 @@
 #include "find.hh"
 #include "list.hh"
 #include "merge.hh"
+#include "page.hh"
 #include "set.hh"
 #include "show.hh"
 #include "stat.hh"
@@ -374,6 +375,35 @@ exit_code run_types(const arguments& given) {
   return list_types(given.types, given.format());
 }
 
+CLI::App* add_page(CLI::App& app, arguments& given) {
+  CLI::App* command = app.add_subcommand(
+      "page", "Write one HTML file in which the documents can be read, searched and filtered");
+  command->add_option("FILE", given.files, "Documents of any kind; - is standard input")
+      ->required()
+      ->type_name("");
+  add_output(command, given);
+  command->add_option("--title", given.title, "Title of the page; default: the name of the file")
+      ->type_name("TEXT");
+  command
+      ->add_option("--diff", given.other,
+                   "The one document as it was: the page also tells what changed since")
+      ->type_name("FILE");
+  add_jobs(command, given);
+  command->parse_complete_callback([&given] {
+    if (!given.other.empty() && given.files.size() != 1) {
+      throw CLI::ValidationError("--diff", "takes two documents: --diff OLD NEW");
+    }
+  });
+  command->footer(
+      "The file needs nothing but a browser: it asks for nothing outside.\n"
+      "Example:\n  zrt4xml page channels.xml events.xml -o channels.html");
+  return command;
+}
+
+exit_code run_page(const arguments& given) {
+  return page(given.files, given.other, given.title, given.output, given.files_at_once());
+}
+
 std::string wrong_usage(const CLI::App* app, const CLI::Error& error) {
   const auto chosen = app->get_subcommands();
   const auto unknown = app->remaining();
@@ -465,6 +495,7 @@ command_line::command_line()
   add(add_list(*app, given), run_list);
   add(add_set(*app, given), run_set);
   add(add_types(*app, given), run_types);
+  add(add_page(*app, given), run_page);
 }
 
 command_line::~command_line() = default;

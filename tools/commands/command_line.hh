@@ -37,6 +37,7 @@ struct arguments {
   std::size_t most_findings = 100;       ///< of each rule, told one by one
   bool only_findings = false;
   bool lists_rules = false;
+  std::string title;
   std::size_t jobs = 0;  ///< as many files at once as there are processor cores
   bool wide = false;
   bool ignore_case = false;
