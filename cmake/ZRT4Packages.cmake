@@ -6,7 +6,9 @@ set(library_package libzrt4xml${PROJECT_VERSION_MAJOR})
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME zrt4xml)
 set(CPACK_PACKAGE_VENDOR "ZRT4 DAQ")
-set(CPACK_PACKAGE_CONTACT "ZRT4 DAQ <root@localhost>")
+set(ZRT4_PACKAGE_CONTACT "ZRT4 DAQ <zrt4-daq@localhost>" CACHE STRING
+    "Whom the packages name as their maintainer")
+set(CPACK_PACKAGE_CONTACT "${ZRT4_PACKAGE_CONTACT}")
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
@@ -28,6 +30,9 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${library_package})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY >=)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
+  ${PROJECT_SOURCE_DIR}/cmake/debian/triggers ${PROJECT_BINARY_DIR}/debian/symbols)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
   "The shared libraries that programs load.")
 
@@ -55,5 +60,14 @@ set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA  # compiled sources come and go wi
   ${PROJECT_SOURCE_DIR}/cmake/python3-zrt4xml/prerm)
 set(CPACK_COMPONENT_PYTHON_DESCRIPTION
   "The package zrt4xml of Python: the same documents as lists, arrays and data frames.")
+
+# What else Debian wants of a package: cmake/debian/finish.cmake adds it.
+set(CPACK_ZRT4_DEBIAN ${PROJECT_SOURCE_DIR}/cmake/debian)
+set(CPACK_ZRT4_MADE ${PROJECT_BINARY_DIR}/debian)
+execute_process(COMMAND date -u -R -d ${ZRT4_VERSION_DATE}
+  OUTPUT_VARIABLE debian_date OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+configure_file(cmake/debian/changelog.in debian/changelog @ONLY)
+configure_file(cmake/debian/symbols.in debian/symbols.in @ONLY)
+set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian/finish.cmake)
 
 include(CPack)

@@ -9,13 +9,30 @@ need_debian_root() {
   unshare --mount true 2>/dev/null || cannot "No mounts are allowed here, which a Debian root needs"
 }
 
-# A root for one test, removed at its end: sets scratch and, in it, fresh.
+# The root for 32-bit x86, which is kept for the next time, with what stands in the work tree now as
+# /project, and what was built there before.
+project_in_i386_root() {
+  local fresh=$root/build/i386/root made=$root/build/i386/made
+  need_debian_root
+  if [ "$(cat "$made" 2>/dev/null)" != "$debian_release" ]; then
+    say "Making a 32-bit Debian root ..."
+    rm -rf --one-file-system "$fresh"
+    make_debian_root "$fresh" i386
+    echo "$debian_release" >"$made"
+  fi
+  mkdir -p "$fresh/project"
+  find "$fresh/project" -mindepth 1 -maxdepth 1 ! -name build -exec rm -rf {} +
+  copy_tree "$fresh/project"
+}
+
+# make_scratch_root [ARCHITECTURE]: a root for one test, removed at its end. Sets scratch and, in it,
+# fresh.
 make_scratch_root() {
   need_debian_root
   scratch=$(mktemp -d)
   fresh=$scratch/root
   trap 'rm -rf --one-file-system "$scratch"' EXIT
-  make_debian_root "$fresh"
+  make_debian_root "$fresh" "$@"
 }
 
 # make_debian_root DIR [ARCHITECTURE]

@@ -2,14 +2,31 @@
 # Makes the Debian packages and installs them into a fresh Debian root; there, builds a client by
 # CMake and by pkg-config, runs it and the tool, and removes the packages without a trace. Takes
 # its Debian from the archives that this machine is set up for. Needs to be root.
-#   package_test.sh SOURCE_DIR
-source_dir=$1
+#   package_test.sh SOURCE_DIR [ARCHITECTURE]
+source_dir=$1 architecture=${2:-$(dpkg --print-architecture)}
 source "$source_dir/scripts/lib.sh"
 source "$source_dir/scripts/debian_root.sh"
 
-make_scratch_root
-packages=$("$source_dir/scripts/package")
+need lintian
+make_scratch_root "$architecture"
+packages=$("$source_dir/scripts/package" --arch "$architecture")
 [ "$(wc -l <<<"$packages")" -eq 4 ] || { echo "not four packages: $packages"; exit 1; }
+
+echo "- lintian finds nothing that is not overridden with a reason"
+xargs -d '\n' lintian --fail-on error,warning --allow-root <<<"$packages" || exit 1
+
+echo "- every package tells its changes and its copyright, the library the version of each symbol"
+while read -r package; do
+  [ "$(dpkg-deb --field "$package" Architecture)" = "$architecture" ] || { echo "$package: for another machine"; exit 1; }
+  name=$(dpkg-deb --field "$package" Package)
+  for file in changelog.gz copyright; do
+    dpkg-deb --contents "$package" | grep -q " ./usr/share/doc/$name/$file$" || { echo "$name lacks $file"; exit 1; }
+  done
+done <<<"$packages"
+dpkg-deb --ctrl-tarfile "$(grep /libzrt4xml1_ <<<"$packages")" | tar -xO ./symbols >"$scratch/symbols"
+grep -q '^ _Z15event_name_itoai@ZRT4XML_1.0 1.0.0$' "$scratch/symbols" ||
+  { cat "$scratch/symbols"; exit 1; }
+if grep '^ ' "$scratch/symbols" | grep -v '@ZRT4XML_1.0 1.0.0$'; then echo "without a version"; exit 1; fi
 
 mkdir "$fresh/packages"
 xargs -d '\n' cp -t "$fresh/packages/" <<<"$packages"
@@ -19,7 +36,7 @@ in_fresh() { in_debian_root "$fresh" "$@"; }
 install() { in_fresh apt-get install -y -qq --no-install-recommends "$@" >>"$scratch/apt.log" 2>&1 ||
   { tail -n 30 "$scratch/apt.log"; exit 1; }; }
 made() { (cd "$fresh" && printf '/%s' packages/"$1"_*.deb); }
-install g++ cmake ninja-build pkg-config
+install g++ cmake ninja-build pkg-config dpkg-dev
 
 # Everything that stands in the root, without the package manager's own books and caches.
 content() {
@@ -33,7 +50,7 @@ echo "- the tool alone brings what it needs"
 install $(made libzrt4xml1) $(made zrt4xml)
 in_fresh zrt4xml show /packages/examples/event_lists/orbit_feedback.xml >"$scratch/shown"
 head -n 2 "$scratch/shown" | diff - <(printf 'Entry[0]\nEVENT TYPE:\tNORMAL\n')
-in_fresh sh -c 'test -s /usr/share/man/man1/zrt4xml.1'
+in_fresh sh -c 'gzip -t /usr/share/man/man1/zrt4xml.1.gz'
 in_fresh bash -c 'compopt() { :; }; source /usr/share/bash-completion/completions/zrt4xml
   COMP_WORDS=(zrt4xml find --event NOR) COMP_CWORD=3; _zrt4xml; [ "${COMPREPLY[*]}" = NORMAL ]'
 
@@ -54,6 +71,10 @@ in_fresh sh -euc 'cd /packages
   for header in /usr/include/zrt4xml/*.hh; do
     echo "#include \"${header##*/}\"" | g++ -std=c++17 -fsyntax-only $(pkg-config --cflags zrt4xml) -x c++ -
   done'
+
+echo "- a package of a client depends on the version that brought what it uses"
+in_fresh sh -euc 'mkdir -p /packages/debian && cd /packages && echo Source: client >debian/control
+  dpkg-shlibdeps -O by_pkg_config' | grep 'libzrt4xml1 (>= 1.0.0)'
 
 echo "- the library cannot be removed under the tool's feet"
 if in_fresh dpkg --remove libzrt4xml1 >/dev/null 2>&1; then echo "it was"; exit 1; fi
