@@ -109,7 +109,7 @@ class ev_list_reader {
     } else if (text != nullptr) {
       // Judged as the number it is: beyond 32 bits it must not become another one.
       const long number = std::strtol(text, nullptr, 10);
-      type_seen = number >= 0 && number <= ZRT4_EV_EVMAX;
+      type_seen = number >= 0 && number <= long{ZRT4_EV_EVMAX};
       if (type_seen) new_entry(static_cast<ZRT4_EVTYPE>(number));
     }
   }

@@ -77,7 +77,7 @@ void declaration_limits::add_name(const XMLCh* name) {
   add(length);
 }
 
-void declaration_limits::add(std::size_t units) {
+void declaration_limits::add(std::uint64_t units) {
   declared += units;
   if (declared > declared_length) refuse("the declarations are too long");
   tick();

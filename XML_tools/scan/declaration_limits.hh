@@ -84,10 +84,10 @@ class declaration_limits : public scan_budget {
   static constexpr const char* too_many_elements = "too many different elements";
 
   void add_name(const XMLCh* name);
-  void add(std::size_t units);
+  void add(std::uint64_t units);
   void add_model(const xercesc::ContentSpecNode& root, bool has_states);
 
-  std::size_t declared = 0;
+  std::uint64_t declared = 0;
   std::uint64_t states = 0;
   std::uint64_t longest_model = 0;
 };

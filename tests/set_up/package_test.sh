@@ -19,8 +19,9 @@ echo "- every package tells its changes and its copyright, the library the versi
 while read -r package; do
   [ "$(dpkg-deb --field "$package" Architecture)" = "$architecture" ] || { echo "$package: for another machine"; exit 1; }
   name=$(dpkg-deb --field "$package" Package)
+  dpkg-deb --contents "$package" >"$scratch/contents"
   for file in changelog.gz copyright; do
-    dpkg-deb --contents "$package" | grep -q " ./usr/share/doc/$name/$file$" || { echo "$name lacks $file"; exit 1; }
+    grep -q " ./usr/share/doc/$name/$file$" "$scratch/contents" || { echo "$name lacks $file"; exit 1; }
   done
 done <<<"$packages"
 dpkg-deb --ctrl-tarfile "$(grep /libzrt4xml1_ <<<"$packages")" | tar -xO ./symbols >"$scratch/symbols"

@@ -59,7 +59,7 @@ bool repeated_keys::add_hash(std::uint64_t hash, file_place place, Shown shown) 
 }
 
 repeated_keys::slot& repeated_keys::slot_of(std::uint64_t hash) {
-  std::size_t at = hash & (slots.size() - 1);
+  std::size_t at = static_cast<std::uint32_t>(hash) & (slots.size() - 1);
   while (slots[at].part == part && slots[at].hash != hash) at = (at + 1) & (slots.size() - 1);
   return slots[at];
 }
