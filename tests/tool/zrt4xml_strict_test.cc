@@ -42,7 +42,7 @@ TEST(StrictCheck, ExamplesDeviateNowhere) {
 }
 
 TEST(StrictCheck, WhatIsToldOfAPlaceIsNotToldAgain) {
-  const std::string unknown = checked("--strict", "<BMR>\n<FOO/>\n<FOO/>\n</BMR>");
+  const std::string unknown = checked("--strict", "<BMR>\n<FOO/>\n<FOO/>\n</BMR>", 0);
   EXPECT_THAT(unknown, Not(HasSubstr("2:7: 'FOO' is no element")));
   const std::string cut = checked("--strict", test::channel("<UNITS>sixteen letters!</UNITS>"));
   EXPECT_THAT(cut, Not(HasSubstr("UNITS has 16 characters")));
