@@ -42,10 +42,10 @@ const unsigned fuzz::ways = 1 + std::size(kinds);
 void fuzz::read(const std::string& input, unsigned way) {
   static const char* const locale = std::setlocale(LC_CTYPE, "C.UTF-8");
   if (locale == nullptr) broken("there is UTF-8");
-  const std::string text =
-      way == 0 ? input
-               : R"({"kind": ")" + std::string(traits_of(kinds[way - 1]).name) +
-                     R"(", "records": [)" + input + "]}";
+  const std::string text = way == 0
+                               ? input
+                               : R"({"kind": ")" + std::string(traits_of(kinds[way - 1]).name) +
+                                     R"(", "records": [)" + input + "]}";
   const auto once = shown(text);
   if (once && shown(*once) != once) broken("what was read is shown as it was shown");
 }
