@@ -233,6 +233,16 @@ TEST(ToolCheck, TextsCutInEventListsAndDictionaries) {
                                  "'EXPERIMENT.HALL"));
 }
 
+TEST(ToolCheck, LongNamesOfADictionary) {
+  const std::string long_names = " " ZRT4_SOURCE_DIR "/examples/dictionaries/long_names.xml";
+  EXPECT_EQ(run("check" + long_names).code, 1);
+  EXPECT_EQ(run("check --wide" + long_names).code, 0);
+  EXPECT_THAT(checked("<ENVINDEXDICT><CHANNEL><INDEX>1</INDEX><PROP>" + std::string(256, 'x') +
+                      "</PROP></CHANNEL></ENVINDEXDICT>")
+                  .out,
+              testing::HasSubstr("PROP has 256 bytes; the record keeps 79: 'xxx"));
+}
+
 TEST(ToolCheck, TextIsMeasuredInBytesOfTheCodePage) {
   const std::string micros = "\xc2\xb5\xc2\xb5\xc2\xb5\xc2\xb5\xc2\xb5\xc2\xb5\xc2\xb5";
   EXPECT_EQ(checked(channel_with("<UNITS>" + micros + "</UNITS>")).code, 0);

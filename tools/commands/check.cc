@@ -35,7 +35,7 @@ checked_document check_document(input_file& file, const check_wishes& wishes) {
       result.records = document.rows.size();
       result.errors = document.how.errors;
     }
-    result.found = findings_of(file, *result.kind, wishes.most);
+    result.found = findings_of(file, *result.kind, wishes.most, wishes.wide);
     if (wishes.strict) add_strict_findings(file, *result.kind, result.found);
     return result;
   } catch (const bad_document& reason) {

@@ -16,6 +16,7 @@ struct check_wishes {
   finding_format format = finding_format::text;
   rule_choice rules;
   std::size_t most = 0;        ///< findings of each rule that are told one by one
+  bool wide = false;           ///< dictionaries: names of up to 255 bytes are not cut
   bool strict = false;         ///< also where a document deviates from the grammar of its kind
   bool only_findings = false;  ///< nothing about documents without any
   std::size_t jobs = 1;        ///< files that are read at once

@@ -302,6 +302,7 @@ CLI::App* add_check(CLI::App& app, arguments& given) {
       ->type_name("N")
       ->check(CLI::PositiveNumber);
   command->add_flag("--rules", given.lists_rules, "Print all rules instead");
+  command->add_flag("--wide", given.wide, "Dictionaries: property names of up to 255 characters");
   command->add_flag("--strict", given.strict,
                     "Also tell what the grammar of such a document does not allow");
   add_jobs(command, given);
@@ -436,6 +437,7 @@ check_wishes arguments::checking() const {
   if (quiet && wishes.format == finding_format::text) wishes.format = finding_format::nothing;
   for (const std::string& value : rule_values) wishes.rules.take(value);
   wishes.most = most_findings;
+  wishes.wide = wide;
   wishes.strict = strict;
   wishes.only_findings = only_findings;
   wishes.jobs = files_at_once();

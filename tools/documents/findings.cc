@@ -16,12 +16,14 @@ void find_in_records(input_file& file, const known_elements& known, finding_list
 
 }  // namespace
 
-std::vector<finding> findings_of(input_file& file, document_kind kind, std::size_t most) {
+std::vector<finding> findings_of(input_file& file, document_kind kind, std::size_t most,
+                                 bool wide) {
+  const bool is_wide = wide && kind == document_kind::dictionary;
   finding_list found(most);
   if (kind == document_kind::camera) {
     find_in_camera(file, found);
   } else {
-    find_in_records(file, traits_of(kind).elements, found);
+    find_in_records(file, is_wide ? known_in_wide_dictionary : traits_of(kind).elements, found);
   }
   find_in_bytes(mapped_file(file.path()).content(), found);
   const bool is_told = found.has(rule::invalid_bytes) || found.has(rule::encoding_conflict);
