@@ -17,6 +17,9 @@ namespace {
 // badly.
 constexpr std::size_t records_of_piece = 512;
 
+// Of each rule so many; a page that tells all of them is of no more use.
+constexpr std::size_t findings_of_a_rule = 1000;
+
 std::string_view name_of(severity weight) {
   return weight == severity::error ? "error" : "warning";
 }
@@ -279,7 +282,7 @@ page_document read_for_page(input_file& file) {
     document.places = places_of(document.loaded.rows, std::move(scanned.places));
     document.source = pack_source(scanned.text, document.places);
   });
-  document.findings = findings_of(file, kind, document.loaded);
+  document.findings = findings_of(file, kind, findings_of_a_rule);
   source.get();
   return document;
 }
