@@ -59,7 +59,7 @@ set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA  # compiled sources come and go wi
   ${PROJECT_SOURCE_DIR}/cmake/python3-zrt4xml/postinst
   ${PROJECT_SOURCE_DIR}/cmake/python3-zrt4xml/prerm)
 set(CPACK_COMPONENT_PYTHON_DESCRIPTION
-  "The package zrt4xml of Python: the same documents as lists, arrays and data frames.")
+  "The package of Python: the same documents as lists, arrays and data frames.")
 
 # What else Debian wants of a package: cmake/debian/finish.cmake adds it.
 set(CPACK_ZRT4_DEBIAN ${PROJECT_SOURCE_DIR}/cmake/debian)
