@@ -34,3 +34,15 @@ install(FILES ${PROJECT_BINARY_DIR}/zrt4xml.pc DESTINATION ${CMAKE_INSTALL_LIBDI
 if(ZRT4_TOOL)
   install(TARGETS zrt4xml RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
 endif()
+
+# What a person reads: the pages and the documents of examples/ beside the headers, and the schema of
+# the JSON beside the tool that prints it.
+set(ZRT4_INSTALL_DOCDIR ${CMAKE_INSTALL_DATADIR}/doc/libzrt4xml-dev)
+install(FILES README.md DESTINATION ${ZRT4_INSTALL_DOCDIR} COMPONENT development)
+install(DIRECTORY docs DESTINATION ${ZRT4_INSTALL_DOCDIR} COMPONENT development
+        FILES_MATCHING PATTERN "*.md")
+install(DIRECTORY examples DESTINATION ${ZRT4_INSTALL_DOCDIR} COMPONENT development)
+if(ZRT4_TOOL)
+  install(FILES docs/zrt4xml.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/zrt4xml
+          COMPONENT tool)
+endif()

@@ -34,6 +34,13 @@ diff "$scratch/expected.txt" "$scratch/by_pkg_config.txt"
 
 "$prefix/bin/zrt4xml" show "$list" >/dev/null
 
+docs=$prefix/share/doc/libzrt4xml-dev
+for page in README.md docs/callers.md docs/tool.md docs/types.md examples/client/CMakeLists.txt; do
+  cmp "$source/$page" "$docs/$page"
+done
+"$prefix/bin/zrt4xml" stat "$docs/examples/channels/channels.xml" >/dev/null
+cmp "$source/docs/zrt4xml.schema.json" "$prefix/share/zrt4xml/zrt4xml.schema.json"
+
 cflags=$(pkg-config --cflags zrt4xml)
 for header in "$prefix"/include/zrt4xml/*.hh; do
   name=$(basename "$header")
