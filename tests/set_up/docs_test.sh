@@ -130,5 +130,10 @@ for block in "$scratch"/blocks/*; do
     *) wrong "$where" "a block in an unknown language '$language'" ;;
   esac
 done
+# What --help shows of find is found.
+zrt4xml find --help | sed -n 's/^  \(zrt4xml find .*\)/\1/p' >examples.sh
+[ "$(wc -l <examples.sh)" -ge 3 ] || wrong "find --help" "has no examples"
+run_commands examples.sh >log 2>&1 || wrong "find --help" "an example finds nothing" log
+
 [ "$count" -gt 10 ] || { echo "found only $count blocks"; exit 1; }
 [ "$failures" -eq 0 ] && echo "$count blocks are true"
