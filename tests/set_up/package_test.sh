@@ -38,6 +38,7 @@ install() { in_fresh apt-get install -y -qq --no-install-recommends "$@" >>"$scr
   { tail -n 30 "$scratch/apt.log"; exit 1; }; }
 made() { (cd "$fresh" && printf '/%s' packages/"$1"_*.deb); }
 install g++ cmake ninja-build pkg-config dpkg-dev
+install python3-numpy  # stays behind otherwise, because other packages suggest it
 
 # Everything that stands in the root, without the package manager's own books and caches.
 content() {
