@@ -147,7 +147,7 @@ def test_a_broken_document_is_kept():
 
 
 def test_documents_of_another_kind():
-    with pytest.raises(zrt4xml.DocumentError, match="'BMR', not 'CHANDESCRIPTIONS'"):
+    with pytest.raises(zrt4xml.DocumentError, match="'BMR' .*not 'CHANDESCRIPTIONS'"):
         zrt4xml.read_channels(EVENT)
     with pytest.raises(zrt4xml.DocumentError, match="unknown kind of document") as raised:
         zrt4xml.read("<html/>")
