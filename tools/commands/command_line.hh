@@ -43,6 +43,8 @@ struct arguments {
   bool ignore_case = false;
   bool force = false;
   bool strict = false;
+  bool overwrite = false;
+  bool lossy = false;
   bool dry_run = false;
   bool as_json = false;
   bool as_csv = false;

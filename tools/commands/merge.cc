@@ -1,5 +1,8 @@
 #include "merge.hh"
 
+#include <memory>
+#include <utility>
+
 #include "diff.hh"
 #include "document_kind.hh"
 #include "file_error.hh"
@@ -10,58 +13,81 @@
 
 namespace {
 
-// Returns whether it was read cleanly. The first file read chooses what `same` means.
-bool read(zrt4::channel_list& list, input_file& file, document_form& to) {
-  const document_kind kind = kind_of(file);
-  if (!is_channels(kind)) throw wrong_kind(file, kind, "channel descriptions");
-  const int dialect = dialect_of(kind);
-  if (to == document_form::same) to = form_of(dialect);
-  const reading how = read_into(list, file, dialect, types_for(to));
+/// What was read of some files, and whether something of it does not arrive.
+struct merged {
+  sources from;
+  zrt4::channel_list list;
+  bool is_lossy = false;
+};
+
+sources::document open(const std::string& name) {
+  auto file = std::make_unique<input_file>(name);
+  const document_kind kind = kind_of(*file);
+  if (!is_channels(kind)) throw wrong_kind(*file, kind, "channel descriptions");
+  return {std::move(file), kind};
+}
+
+void read(merged& into, zrt4::channel_list& list, const sources::document& document,
+          document_form to) {
+  input_file& file = *document.file;
+  const reading how = with_progress(
+      file.name(), [&] { return read_into(list, file, dialect_of(document.kind), types_for(to)); });
   report_reading(file.name(), how, "what could be read is merged");
-  return how.errors == 0;
+  into.from.read_cleanly = into.from.read_cleanly && how.errors == 0;
+  const bool is_lossy = with_progress(
+      file.name(), [&] { return report_unread(document, to); }, "checking");
+  into.is_lossy = into.is_lossy || is_lossy;
 }
 
-bool read(zrt4::channel_list& list, const std::string& name, document_form& to) {
-  return with_progress(shown_name(name), [&] {
-    input_file file(name);
-    return read(list, file, to);
-  });
-}
-
-bool add_all_but_first(zrt4::channel_list& base, const std::vector<std::string>& files, bool force,
-                       document_form to) {
-  bool read_cleanly = true;
-  for (std::size_t i = 1; i < files.size(); ++i) {
-    zrt4::channel_list from;
-    read_cleanly = read(from, files[i], to) && read_cleanly;
-    merge_into(base, from, force);
+// The first file chooses what `same` means.
+merged merge_all(const std::vector<std::string>& files, bool force, document_form& to) {
+  merged all;
+  for (const std::string& name : files) {
+    const sources::document& document = all.from.documents.emplace_back(
+        with_progress(shown_name(name), [&] { return open(name); }));
+    if (to == document_form::same) to = form_of(dialect_of(document.kind));
+    if (all.from.documents.size() == 1) {
+      read(all, all.list, document, to);
+    } else {
+      zrt4::channel_list from;
+      read(all, from, document, to);
+      merge_into(all.list, from, force);
+    }
   }
-  return read_cleanly;
+  return all;
+}
+
+composition compose_merged(merged& all, document_form to) {
+  const std::string& name = all.from.documents.front().file->name();
+  composition made = with_progress(
+      name, [&] { return compose(all.list, to); }, "merging into");
+  const bool is_lossy = with_progress(
+      name, [&] { return report_losses(all.from, made, to); }, "checking");
+  all.is_lossy = all.is_lossy || is_lossy;
+  return made;
 }
 
 }  // namespace
 
 exit_code merge(const std::vector<std::string>& files, bool force, document_form to,
-                const std::string& output) {
-  zrt4::channel_list base;
-  const bool first = read(base, files.front(), to);
-  const bool others = add_all_but_first(base, files, force, to);
-  return fine_if(write_list(base, first && others, shown_name(files.front()), to, output));
+                const target& where) {
+  check_output(where.name, where.if_protected);
+  merged all = merge_all(files, force, to);
+  const composition made = compose_merged(all, to);
+  return fine_if(write(made.content, all.from, all.is_lossy, where));
 }
 
-exit_code merge_dry_run(const std::vector<std::string>& files, bool force, answer_format format) {
-  document_form to = document_form::same;
+exit_code merge_dry_run(const std::vector<std::string>& files, bool force, document_form to,
+                        bool lossy, answer_format format) {
+  if (is_table(to)) throw file_error("--dry-run", "no table is compared; xml and variables are");
+  merged all = merge_all(files, force, to);
+  const composition made = compose_merged(all, to);
+  const sources::document& first = all.from.documents.front();
+  all.list.clear();  // what arrives was read anew
   zrt4::channel_list before;
-  zrt4::channel_list after;
-  const bool first = with_progress(shown_name(files.front()), [&] {
-    input_file base(files.front());
-    const bool read_cleanly = read(before, base, to);
-    read_into(after, base, dialect_of(kind_of(base)), types_for(to));
-    return read_cleanly;
-  });
-  const bool others = add_all_but_first(after, files, force, to);
+  with_progress(first.file->name(),
+                [&] { read_into(before, *first.file, dialect_of(first.kind), types_for(to)); });
   print_differences(
-      {"merge", shown_name(files.front()), "merged", rows_of(before), rows_of(after), "channel"},
-      format);
-  return fine_if(first && others);
+      {"merge", first.file->name(), "merged", rows_of(before), made.arriving, "channel"}, format);
+  return fine_if(all.from.read_cleanly && (lossy || !all.is_lossy));
 }

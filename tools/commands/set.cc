@@ -133,37 +133,50 @@ row_list rows_in(const any_list& list) {
   return std::visit([](const auto& held) { return rows_of(held); }, list);
 }
 
+/// A document that was changed, in the form in which it is written.
+struct changed_document {
+  sources from;
+  document changed;
+  composition made;
+  bool is_lossy = false;
+};
+
+std::unique_ptr<changed_document> changed(const std::string& name,
+                                          const std::vector<std::string>& where,
+                                          const std::vector<std::string>& assignments) {
+  auto opened = with_progress(shown_name(name), [&] { return std::make_unique<input_file>(name); });
+  auto result = std::make_unique<changed_document>();  // to which what is made of it refers
+  document& of = result->changed;
+  of = with_progress(opened->name(), [&] { return read(*opened); });
+  report_reading(of);
+  result->from.read_cleanly = of.how.errors == 0;
+  result->from.documents.push_back({std::move(opened), of.kind});
+  const bool is_dictionary = of.kind == document_kind::dictionary;
+  const document_form to = is_dictionary ? document_form::xml : form_of(dialect_of(of.kind));
+  change(of, where, assignments);
+  const bool is_unread = report_unread(result->from.documents.front(), to, true);
+  result->made = is_dictionary ? compose(std::get<zrt4::env_dictionary_2010>(of.list), to)
+                               : compose(std::get<zrt4::channel_list>(of.list), to);
+  result->is_lossy = report_losses(result->from, result->made, to) || is_unread;
+  return result;
+}
+
 }  // namespace
 
 exit_code set(const std::string& file, const std::vector<std::string>& where,
-              const std::vector<std::string>& assignments, const std::string& output) {
-  document changed = with_progress(shown_name(file), [&] {
-    input_file opened(file);
-    return read(opened);
-  });
-  report_reading(changed);
-  change(changed, where, assignments);
-  const bool is_dictionary = changed.kind == document_kind::dictionary;
-  const document_form to = is_dictionary ? document_form::xml : form_of(dialect_of(changed.kind));
-  const bool read_cleanly = changed.how.errors == 0;
-  if (is_dictionary) {
-    return fine_if(write_list(std::get<zrt4::env_dictionary_2010>(changed.list), read_cleanly,
-                              changed.file, to, output));
-  }
-  return fine_if(write_list(std::get<zrt4::channel_list>(changed.list), read_cleanly, changed.file,
-                            to, output));
+              const std::vector<std::string>& assignments, const target& where_to) {
+  check_output(where_to.name, where_to.if_protected);
+  const auto made = changed(file, where, assignments);
+  return fine_if(write(made->made.content, made->from, made->is_lossy, where_to));
 }
 
 exit_code set_dry_run(const std::string& file, const std::vector<std::string>& where,
-                      const std::vector<std::string>& assignments, answer_format format) {
-  const auto opened =
-      with_progress(shown_name(file), [&] { return std::make_unique<input_file>(file); });
-  const document before = with_progress(opened->name(), [&] { return read(*opened); });
-  document changed = with_progress(opened->name(), [&] { return read(*opened); });
-  report_reading(changed);
-  change(changed, where, assignments);
-  print_differences({"set", changed.file, "set", rows_in(before.list), rows_in(changed.list),
-                     traits_of(changed.kind).record_name},
+                      const std::vector<std::string>& assignments, bool lossy,
+                      answer_format format) {
+  const auto made = changed(file, where, assignments);
+  const document before = read(*made->from.documents.front().file);
+  print_differences({"set", before.file, "set", rows_in(before.list), made->made.arriving,
+                     traits_of(before.kind).record_name},
                     format);
-  return fine_if(changed.how.errors == 0);
+  return fine_if(made->from.read_cleanly && (lossy || !made->is_lossy));
 }

@@ -3,13 +3,24 @@
 
 // The library's lists, written in the form that the command line names.
 
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "document_kind.hh"
+#include "output_file.hh"
+#include "rows.hh"
 #include "zrt4xml.hh"
+
+class input_file;
 
 /// What `--to` accepts; `same` is the form of the document that was read.
 enum class document_form { same, xml, variables, text, short_text, csv };
+
+constexpr bool is_table(document_form form) {
+  return form == document_form::text || form == document_form::short_text;
+}
 
 /// The form of channel descriptions in `dialect`, ZRT4_FORMAT or MORV_FORMAT.
 document_form form_of(int dialect);
@@ -17,10 +28,22 @@ document_form form_of(int dialect);
 /// How types have to be read for a list to be written in this form.
 zrt4::types types_for(document_form form);
 
-/// A list in some form.
+/// A list in a form.
+struct composition {
+  row_list sent;
+  row_list arriving;                     ///< as readers find it
+  std::shared_ptr<const void> records;   ///< what both refer to, beside the list
+  std::function<std::string()> content;  ///< to be asked once
+};
+
+composition compose(zrt4::channel_list& list, document_form form);
+/// `form` is xml or text.
+composition compose(zrt4::env_dictionary& list, document_form form);
+composition compose(zrt4::env_dictionary_2010& list, document_form form);
+
+/// A list in some form, for whoever has no document that it was read from.
 struct written {
-  bool at_all = true;               ///< else there is no content: it could not be read back
-  std::vector<std::string> losses;  ///< what would not read back, for a person
+  std::vector<std::string> losses;  ///< what does not arrive, for a person
   std::string content;
 };
 written written_form(zrt4::channel_list& list, document_form form);
@@ -28,16 +51,33 @@ written written_form(zrt4::channel_list& list, document_form form);
 written written_form(zrt4::env_dictionary& list, document_form form);
 written written_form(zrt4::env_dictionary_2010& list, document_form form);
 
-/// Each writes the list that was read from `file` to `output` and reports what is lost. A file is
-/// replaced only when all went well, standard output takes what there is; an XML document that
-/// could not be read back is not written at all. Returns whether all went well, `read_cleanly`
-/// included.
-bool write_list(zrt4::channel_list& list, bool read_cleanly, const std::string& file,
-                document_form form, const std::string& output);
-/// `form` is xml or text.
-bool write_list(zrt4::env_dictionary& list, bool read_cleanly, const std::string& file,
-                document_form form, const std::string& output);
-bool write_list(zrt4::env_dictionary_2010& list, bool read_cleanly, const std::string& file,
-                document_form form, const std::string& output);
+/// The documents from which a list was read, and whether all of them were read cleanly.
+struct sources {
+  struct document {
+    std::unique_ptr<input_file> file;
+    document_kind kind;
+  };
+  std::vector<document> documents;
+  bool read_cleanly = true;
+};
+
+/// Reports what of a document is not read, and so is lost; returns whether anything is.
+bool report_unread(const sources::document& from, document_form form, bool wide = false);
+
+/// Reports what of the records does not arrive, with its place in the sources; returns whether
+/// anything is lost.
+bool report_losses(const sources& from, const composition& made, document_form form);
+
+struct target {
+  std::string name;
+  write_protected if_protected = write_protected::is_refused;
+  bool lossy = false;  ///< what is lost is meant to be
+};
+
+/// Writes what was made of the sources, which is only asked for when it is written. A file is
+/// replaced only when all went well, standard output takes what there is. Returns whether all went
+/// well.
+bool write(const std::function<std::string()>& content, const sources& from, bool is_lossy,
+           const target& to);
 
 #endif

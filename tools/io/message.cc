@@ -1,5 +1,6 @@
 #include "message.hh"
 
+#include <atomic>
 #include <cstdio>
 
 #include "terminal.hh"
@@ -7,6 +8,11 @@
 namespace {
 
 bool quiet = false;
+std::atomic<bool> line_is_open{false};
+
+void wipe_open_line() {
+  if (line_is_open) std::fputs("\r\033[K", stderr);
+}
 
 }  // namespace
 
@@ -17,6 +23,7 @@ std::string message_line(const std::string& file, const std::string& text) {
 void report(const std::vector<std::string>& lines) {
   if (quiet || lines.empty()) return;
   std::fflush(stdout);
+  wipe_open_line();
   for (const std::string& line : lines) std::fputs(line.c_str(), stderr);
 }
 
@@ -26,6 +33,7 @@ void report(const std::string& file, const std::string& text) {
 
 void report_always(const std::string& file, const std::string& text) {
   std::fflush(stdout);
+  wipe_open_line();
   std::fputs(message_line(file, text).c_str(), stderr);
 }
 
@@ -41,4 +49,8 @@ void be_quiet() {
 
 bool is_quiet() {
   return quiet;
+}
+
+void mark_open_line(bool is_open) {
+  line_is_open = is_open;
 }

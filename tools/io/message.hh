@@ -27,4 +27,7 @@ void report_errors(const std::string& file, int errors, const std::string& rest)
 void be_quiet();
 bool is_quiet();
 
+/// Whether a line that is not ended stands on the terminal; a message wipes it off first.
+void mark_open_line(bool is_open);
+
 #endif

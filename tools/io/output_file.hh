@@ -18,6 +18,6 @@ void check_output(const std::string& name, write_protected file);
 /// Behind a link, the file that it names is replaced or made. A device, a pipe and a descriptor of
 /// this process ("/dev/stdout") are written as they stand. Throws `file_error`.
 void write_output(const std::string& name, const std::string& content,
-                  write_protected file = write_protected::is_replaced);
+                  write_protected file = write_protected::is_refused);
 
 #endif

@@ -57,6 +57,7 @@ void progress::show(const std::string& what, const std::string& file) {
   const auto is_over = [this] { return at_end; };
   std::unique_lock lock(guard);
   if (ended.wait_for(lock, patience, is_over)) return;
+  mark_open_line(true);
   do {
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - begin;
     const int reached = per_cent(file);
@@ -64,6 +65,7 @@ void progress::show(const std::string& what, const std::string& file) {
     dprintf(STDERR_FILENO, "\r\033[Kzrt4xml: %s %s ...%s %.1f s", what.c_str(),
             printable(file).c_str(), share.c_str(), elapsed.count());
   } while (!ended.wait_for(lock, refreshed_every, is_over));
+  mark_open_line(false);
   dprintf(STDERR_FILENO, "\r\033[K");
 }
 
