@@ -66,6 +66,12 @@ def dropped_call(tokens, index):
     return None
 
 
+def value_of(number):
+    """Of a literal in C++, where a zero in front means octal."""
+    digits = number.rstrip("uUlL").replace("'", "")
+    return int(digits, 8) if re.fullmatch("0[0-7]+", digits) else int(digits, 0)
+
+
 def changes(text):
     """(start, end, replacement) of every change to one source."""
     tokens = tokens_of(text)
@@ -79,7 +85,7 @@ def changes(text):
         elif token.kind == "op" and token.text in UNARY and not spaced:
             yield token.start, token.end, UNARY[token.text]
         elif token.kind == "number" and re.fullmatch(r"(0[xX][\da-fA-F']+|[\d']+)[uUlL]*", token.text):
-            yield token.start, token.end, f"{int(token.text.rstrip('uUlL').replace(chr(39), ''), 0) + 1}"
+            yield token.start, token.end, f"{value_of(token.text) + 1}"
         elif token.text in WORDS:
             yield token.start, token.end, WORDS[token.text]
         elif token.text in ("if", "while") and tokens[i + 1].text == "(":
