@@ -1,6 +1,7 @@
 // Random documents and records through every form and back: what is read then is what was written,
 // or a loss is told of each record that differs.
 
+#include <algorithm>
 #include <clocale>
 #include <map>
 #include <nlohmann/json.hpp>
@@ -66,9 +67,13 @@ void write_and_read(List& list, document_form form, seen& counts, How... how) {
   List arrived;
   EXPECT_EQ(read_into(arrived, file, how...).errors, 0) << content;
   const auto read = records_in(rows_of(arrived));
-  std::set<std::string> differing = missing(sent, read);
-  differing.merge(missing(read, sent));
-  EXPECT_EQ(differing, told(losses)) << content;
+  const std::set<std::string> lost = missing(sent, read);
+  const std::set<std::string> told_of = told(losses);
+  std::set<std::string> differing = missing(read, sent);  // as something else, or under another key
+  differing.insert(lost.begin(), lost.end());
+  EXPECT_TRUE(std::includes(told_of.begin(), told_of.end(), lost.begin(), lost.end())) << content;
+  EXPECT_TRUE(std::includes(differing.begin(), differing.end(), told_of.begin(), told_of.end()))
+      << content;
   EXPECT_EQ(losses.empty(), sent == read) << content;
   ++(losses.empty() ? counts.whole : counts.lossy);
 }
@@ -188,7 +193,7 @@ class random_records {
   std::mt19937 random;
 };
 
-constexpr unsigned rounds = 500;
+constexpr unsigned rounds = 1000;
 
 }  // namespace
 

@@ -214,10 +214,11 @@ TEST(ToolLosses, ADryRunShowsWhatWouldBeWritten) {
   EXPECT_EQ(dry.code, 1);
   EXPECT_EQ(dry.out, "--- " + base.path() +
                          "\n+++ merged\n~ channel A\n    units: \"\" -> \"mm\"\n" +
-                         "    + bit 1\n");
+                         "    + bit 1\n        name: \"off\"\n");
   EXPECT_THAT(dry.err, testing::HasSubstr("data_type 9 SINGLE does not arrive"));
   const test::temporary_file written("");
   EXPECT_EQ(run(arguments + " --lossy -o " + written.path()).code, 0);
   EXPECT_THAT(run("diff " + base.path() + " " + written.path()).out,
-              testing::EndsWith("~ channel A\n    units: \"\" -> \"mm\"\n    + bit 1\n"));
+              testing::EndsWith(
+                  "~ channel A\n    units: \"\" -> \"mm\"\n    + bit 1\n        name: \"off\"\n"));
 }
