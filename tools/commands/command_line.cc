@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <thread>
 
+#include "bits.hh"
 #include "check.hh"
 #include "convert.hh"
 #include "diff.hh"
@@ -72,13 +73,30 @@ CLI::App* add_show(CLI::App& app, arguments& given) {
   command->add_option("--kind", given.kind, "Take every file as a document of this kind")
       ->type_name("KIND")
       ->check(CLI::IsMember(kind_names()));
+  CLI::Option* bits =
+      command
+          ->add_option("--bits", given.name,
+                       "Draw the word of the channel with this DAQ name or property, with its bits")
+          ->type_name("CHANNEL")
+          ->excludes("--kind");
+  command
+      ->add_option("--value", given.word,
+                   "With --bits: which bits this value has, such as 43, 0x2B or 0b101011")
+      ->type_name("NUMBER")
+      ->needs(bits)
+      ->check([](const std::string& text) -> std::string {
+        return word_of(text) ? "" : "no number of 32 bits: " + text;
+      });
   add_jobs(command, given);
-  add_json(command, given);
-  command->footer("Known: " + known_kinds() + ".\nExample:\n  zrt4xml show events.xml");
+  add_json(command, given)->excludes(bits);
+  command->footer("Known: " + known_kinds() +
+                  ".\nExample:\n  zrt4xml show events.xml\n"
+                  "  zrt4xml show channels.xml --bits RF.A1.STATUS --value 0x2B");
   return command;
 }
 
 exit_code run_show(const arguments& given) {
+  if (!given.name.empty()) return show_bits(given.files, given.name, word_of(given.word));
   const auto kind = kind_named(given.kind);
   return given.as_json ? show_json(given.files, kind, given.files_at_once())
                        : show(given.files, kind, given.files_at_once());

@@ -38,6 +38,7 @@ struct arguments {
   bool only_findings = false;
   bool lists_rules = false;
   std::string title;
+  std::string word;
   std::size_t jobs = 0;  ///< as many files at once as there are processor cores
   bool wide = false;
   bool ignore_case = false;
