@@ -76,8 +76,9 @@ TEST(ToolQuiet, StillTellsWhatMakesTheExitCodeTwo) {
 }
 
 TEST(ToolPipe, ClosedPipeIsQuietWhateverTheParentIgnores) {
-  for (const char* const subcommand : {"show", "show --json", "check", "stat --json",
-                                       "check --json", "convert --to xml", "convert --to text"}) {
+  for (const char* const subcommand :
+       {"show", "show --json", "check", "stat --json", "check --json", "convert --to xml",
+        "convert -q --to text"}) {
     const run_result result =
         run(std::string(subcommand) + " " ZRT4_SOURCE_DIR "/examples/channels/linac.xml | true",
             "trap '' PIPE; ");
@@ -92,7 +93,7 @@ TEST(ToolPipe, EverySubcommandReadsStandardInput) {
         "diff - " ZRT4_SOURCE_DIR "/examples/channels/channels.xml",
         "diff " ZRT4_SOURCE_DIR "/examples/channels/channels.xml -", "convert - --to xml",
         "merge - " ZRT4_SOURCE_DIR "/examples/channels/variables.xml",
-        "merge " ZRT4_SOURCE_DIR "/examples/channels/variables.xml -"}) {
+        "merge --to xml " ZRT4_SOURCE_DIR "/examples/channels/variables.xml -"}) {
     const run_result result = run(arguments + " <" + channels);
     EXPECT_EQ(result.code, 0) << arguments;
     EXPECT_EQ(result.err, "") << arguments;
