@@ -34,8 +34,8 @@ std::string binary(std::uint32_t value) {
 
 // Where a bit stands in its line: its last character.
 std::size_t column_of(int top, int bit) {
-  const int before = top - bit;
-  return static_cast<std::size_t>(before * width_of_bit + 2 + before / bits_of_byte * 2);
+  const auto before = static_cast<std::size_t>(top - bit);
+  return before * width_of_bit + 2 + before / bits_of_byte * 2;
 }
 
 std::string title_of(const bit_descr& bit) {

@@ -8,7 +8,7 @@
 
 /// `zrt4xml convert`: reads channel descriptions or a dictionary and writes them in another form.
 /// `wide` selects the 256-character record of a dictionary.
-exit_code convert(const std::string& file, document_form to, bool wide, const target& where);
+exit_code convert(const std::string& name, document_form to, bool wide, const target& where);
 
 /// The same into lines of comma-separated values, from documents of any kind. `rows` names what has
 /// a line each, as `--rows`.

@@ -13,7 +13,6 @@
 #include "type_masks.hh"
 #include "type_names.hh"
 
-using zrt4::detail::has_bit;
 using zrt4::detail::is_main_linac;
 using zrt4::detail::is_slow;
 

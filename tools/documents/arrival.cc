@@ -77,7 +77,8 @@ class collector {
         take_field(field, each.one_name, name, kind);
       for (const difference& inner : each.inside) {
         const std::string one(inner.one_name);
-        take(inner, name + ", " + one + " " + key_of(inner), kind + one + " ");
+        take(inner, std::string(name).append(", ").append(one).append(" ").append(key_of(inner)),
+             std::string(kind).append(one).append(" "));
       }
     }
   }

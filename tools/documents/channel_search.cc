@@ -180,7 +180,7 @@ std::string channel_search::why_not_found(const std::string& name) const {
     return "looked up by DAQ name for " + names_of_event_types(each.ev_type) +
            "; it is the property of " + quoted(each.daq_name) + " (" + place_of(i).shown() + ")";
   }
-  const std::string nobody = "no channel has this DAQ name or property";
+  std::string nobody = "no channel has this DAQ name or property";
   const auto others = matching(name_pattern(name, name_pattern::letters::any_case));
   if (!others.empty()) return nobody + "; one has it in other letters, as find -i shows";
   const std::size_t longer =
