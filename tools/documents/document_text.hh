@@ -16,7 +16,7 @@ std::string why_unwritable(std::string_view text);
 /// that lacks: then UTF-8.
 class document_text {
  public:
-  explicit document_text(const char* root);
+  explicit document_text(const char* of);
 
   void begin(std::string_view element);  ///< with a line end behind it, as each of the following
   void begin(std::string_view element, std::int32_t number);
@@ -27,10 +27,10 @@ class document_text {
   void leaf(std::string_view element, std::uint32_t number);
   /// In so many digits that it is the same when it is read.
   void leaf(std::string_view element, float number);
-  void leaf(std::string_view element, const char* text);
+  void leaf(std::string_view element, const char* held);
   /// A leaf with an attribute.
   void leaf(std::string_view element, std::string_view attribute, std::int32_t number,
-            const char* text);
+            const char* held);
   void date();
 
   /// The whole document; nothing is left here.

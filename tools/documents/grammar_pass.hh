@@ -21,7 +21,7 @@ class grammar_pass : public xercesc::HandlerBase {
   grammar_pass(const document_grammar& to, teller use) : grammar(to), tell(std::move(use)) {}
 
   void setDocumentLocator(const xercesc::Locator* const given) override { locator = given; }
-  void startElement(const XMLCh* const name, xercesc::AttributeList& attributes) override;
+  void startElement(const XMLCh* const given, xercesc::AttributeList& attributes) override;
   void endElement(const XMLCh* const name) override;
   void characters(const XMLCh* const chars, const XMLSize_t length) override;
   // XML errors are for others to tell.

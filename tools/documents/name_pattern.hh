@@ -10,7 +10,7 @@ class name_pattern {
   enum class letters { exact, any_case };
   enum class place { whole, anywhere };
 
-  explicit name_pattern(const std::string& text, letters which = letters::exact,
+  explicit name_pattern(const std::string& given, letters which = letters::exact,
                         place where = place::whole);
 
   /// Whether it stands for one name only.

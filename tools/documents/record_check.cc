@@ -237,7 +237,12 @@ void record_check::finish() {
         all.what == rule::misspelt_element ? "; did you mean " + all.advice + "?" : "";
     const std::string times = all.times == 1 ? "1 time" : times_and_lines(all.places, all.times);
     found.add(all.what, all.places.front(),
-              "no reader knows the element " + quoted(name) + " (" + times + ")" + advice,
+              std::string("no reader knows the element ")
+                  .append(quoted(name))
+                  .append(" (")
+                  .append(times)
+                  .append(")")
+                  .append(advice),
               all.places);
   }
 }

@@ -72,8 +72,8 @@ enum class rule : unsigned char {
 
 struct rule_traits {
   rule which;
-  std::string_view name;  ///< as in JSON
   severity weight;
+  std::string_view name;     ///< as in JSON
   std::string_view meaning;  ///< in one line
 };
 

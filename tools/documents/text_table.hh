@@ -19,9 +19,9 @@ bool has_column(document_form form, std::string_view owner, std::string_view fie
 /// column, each on its lines. Refers to the list, whose types are masks.
 class text_table {
  public:
-  text_table(const zrt4::channel_list& list, document_form form);
-  text_table(const zrt4::env_dictionary& list, document_form form);
-  text_table(const zrt4::env_dictionary_2010& list, document_form form);
+  text_table(const zrt4::channel_list& list, document_form of);
+  text_table(const zrt4::env_dictionary& list, document_form of);
+  text_table(const zrt4::env_dictionary_2010& list, document_form of);
   text_table(const text_table&) = delete;
   text_table& operator=(const text_table&) = delete;
 

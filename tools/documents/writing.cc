@@ -69,6 +69,7 @@ std::vector<told_loss> told_of(const std::vector<loss>& all, tallies& alike) {
 
 void find_places(std::vector<told_loss>& told, const sources& from) {
   std::vector<std::string> properties;
+  properties.reserve(told.size());
   for (const told_loss& each : told) properties.push_back(each.lost->property);
   for (std::size_t i = 0; i < from.documents.size(); ++i) {
     const sources::document& document = from.documents[i];

@@ -115,7 +115,9 @@ class compact_writer {
     out += "xsd:" + one.name;
     if (one.parameters.empty()) return;
     out += " {";
-    for (const auto& [name, value] : one.parameters) out += " " + name + " = \"" + value + "\"";
+    for (const auto& [name, value] : one.parameters) {
+      out.append(" ").append(name).append(" = \"").append(value).append("\"");
+    }
     out += " }";
   }
 

@@ -76,7 +76,7 @@ class schema_writer {
     } else {
       out.open("xs:complexType", {{"name", content.name}});
     }
-    if (content.groups.empty()) {
+    if (content.text != nullptr && content.groups.empty()) {
       out.open("xs:simpleContent");
       out.open("xs:extension", {{"base", content.text->name}});
       if (content.attribute) write(*content.attribute);
