@@ -29,9 +29,6 @@ place place_of(Value& value) {
   return &value;
 }
 
-template <class Value>
-constexpr bool is_number = std::is_integral_v<Value> || std::is_enum_v<Value>;
-
 /// What holds for every field with values of this type.
 template <class Value>
 field field_of(std::string_view name, std::string_view row) {
