@@ -24,6 +24,7 @@ inline check_result check_of(const std::string& document) {
   const temporary_file file(document);
   input_file input(file.path());
   const document_kind kind = kind_of(input);
+  const kept_leak of_the_readers;
   const loaded_document loaded = traits_of(kind).load(input);
   return {loaded.how.errors, loaded.rows.size(), findings_of(input, kind, 1000)};
 }

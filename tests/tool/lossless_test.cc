@@ -198,6 +198,7 @@ constexpr unsigned rounds = 1000;
 }  // namespace
 
 TEST_F(Lossless, RandomChannelsInBothDialects) {
+  const test::kept_leak of_the_readers;
   seen elements;
   seen variables;
   for (unsigned seed = 0; seed < rounds; ++seed) {
@@ -214,6 +215,7 @@ TEST_F(Lossless, RandomChannelsInBothDialects) {
 }
 
 TEST_F(Lossless, RandomDictionariesOfBothWidths) {
+  const test::kept_leak of_the_readers;
   seen counts;
   for (unsigned seed = 0; seed < rounds; ++seed) {
     SCOPED_TRACE(seed);
@@ -228,6 +230,7 @@ TEST_F(Lossless, RandomDictionariesOfBothWidths) {
 }
 
 TEST_F(Lossless, RandomDocumentsInBothDialects) {
+  const test::kept_leak of_the_readers;
   seen counts;
   test::random_documents documents(1);
   for (unsigned i = 0; i < 2 * rounds; ++i) {
@@ -247,6 +250,7 @@ TEST_F(Lossless, RandomDocumentsInBothDialects) {
 }
 
 TEST_F(Lossless, TheVariableDialectIsStableFromTheFirstConversionOn) {
+  const test::kept_leak of_the_readers;
   for (unsigned seed = 0; seed < rounds / 4; ++seed) {
     zrt4::channel_list list = random_records(seed).channels();
     std::string before = compose(list, document_form::variables).content();
@@ -262,6 +266,7 @@ TEST_F(Lossless, TheVariableDialectIsStableFromTheFirstConversionOn) {
 }
 
 TEST_F(Lossless, TablesHaveTheirLinesWhateverTheTextsHold) {
+  const test::kept_leak of_the_readers;
   for (unsigned seed = 0; seed < rounds; ++seed) {
     SCOPED_TRACE(seed);
     zrt4::channel_list list = random_records(seed).channels();
