@@ -51,7 +51,8 @@ class text_cursor {
     }
     if (wanted_column < column) return text.size();
     if (is_ascii) {
-      byte = std::min<std::size_t>(byte + (wanted_column - column), text.size());
+      byte += static_cast<std::size_t>(
+          std::min<std::uint64_t>(wanted_column - column, text.size() - byte));
       column = wanted_column;
     }
     while (column < wanted_column && byte < text.size()) pass_character();
