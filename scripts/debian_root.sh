@@ -9,9 +9,11 @@ need_debian_root() {
   unshare --mount true 2>/dev/null || cannot "No mounts are allowed here, which a Debian root needs"
 }
 
-# The root for 32-bit x86, which is kept for the next time, with what stands in the work tree now as
-# /project, and what was built there before.
-project_in_i386_root() {
+# in_i386_root COMMAND...: in the root for 32-bit x86, which is kept for the next time, with what
+# stands in the work tree now as /project, and what was built there before. One command at a time.
+in_i386_root() { locked i386 with_project_in_i386_root "$@"; }
+
+with_project_in_i386_root() {
   local fresh=$root/build/i386/root made=$root/build/i386/made
   need_debian_root
   if [ "$(cat "$made" 2>/dev/null)" != "$debian_release" ]; then
@@ -23,6 +25,7 @@ project_in_i386_root() {
   mkdir -p "$fresh/project"
   find "$fresh/project" -mindepth 1 -maxdepth 1 ! -name build -exec rm -rf {} +
   copy_tree "$fresh/project"
+  in_debian_root "$fresh" "$@"
 }
 
 # make_scratch_root [ARCHITECTURE]: a root for one test, removed at its end. Sets scratch and, in it,
