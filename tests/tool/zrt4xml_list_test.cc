@@ -67,6 +67,18 @@ TEST(ToolList, NumbersAndRanges) {
             "index\n0\n");
 }
 
+TEST(ToolList, ThresholdsThatAreNoNumbers) {
+  const test::temporary_file file(
+      "<ENVINDEXDICT>"
+      "<CHANNEL><INDEX>1</INDEX><PROP>A</PROP><DABS>nan</DABS></CHANNEL>"
+      "<CHANNEL><INDEX>2</INDEX><PROP>B</PROP><DABS>inf</DABS></CHANNEL>"
+      "<CHANNEL><INDEX>3</INDEX><PROP>C</PROP><DABS>1</DABS></CHANNEL></ENVINDEXDICT>");
+  const std::string list = "list " + file.path() + " --columns index --where absolute_threshold";
+  EXPECT_EQ(run(list + "=nan").out, "index\n1\n");
+  EXPECT_EQ(run(list + ":nan").out, "index\n1\n");
+  EXPECT_EQ(run(list + ":0..").out, "index\n2\n3\n");
+}
+
 TEST(ToolList, AllConditionsCount) {
   EXPECT_EQ(fitting("--where subsystem=RF --where event_type=NORMAL"), "RF.A1.STATUS\n");
 }
@@ -158,10 +170,32 @@ TEST(ToolList, FieldsThatThereAreNot) {
               testing::HasSubstr("there is no field \"location\"; there are index, property, "));
 }
 
+// A field that the files lack is told of each; nothing of a table is printed.
+TEST(ToolList, SeveralFilesWithoutTheField) {
+  const std::string variables = ZRT4_SOURCE_DIR "/examples/channels/variables.xml";
+  EXPECT_EQ(refusal(channels + " " + variables + " --where unit=mm"),
+            "zrt4xml: " + channels + ": there is no field \"unit\"; did you mean 'units'?\n" +
+                "zrt4xml: " + variables + ": there is no field \"unit\"; did you mean 'units'?\n");
+  EXPECT_THAT(refusal(channels + " " + variables + " --columns name,unit"),
+              testing::HasSubstr(variables + ": there is no field \"unit\""));
+}
+
+TEST(ToolList, FilesThatHaveTheFieldAreListedAllTheSame) {
+  const run_result result = run("list " + channels + " " + dictionary + " --where index=1");
+  EXPECT_EQ(result.code, 2);
+  EXPECT_THAT(result.err, testing::StartsWith("zrt4xml: " + channels + ": there is no field"));
+  EXPECT_THAT(result.out, testing::HasSubstr(dictionary + "\t1\tGUN.VACUUM"));
+}
+
+TEST(ToolList, BlanksBehindTheCommasOfColumns) {
+  EXPECT_EQ(run("list " + channels + " --columns 'name, units' --where size:2048..2049").out,
+            run("list " + channels + " --columns name,units --where size:2048..2049").out);
+}
+
 TEST(ToolList, ConditionsThatAreNone) {
   EXPECT_THAT(refusal(channels + " --where units"),
-              testing::HasSubstr("\"units\" is no condition: FIELD=TEXT, FIELD~REGEX or "
-                                 "FIELD:NUMBER is expected\n"));
+              "zrt4xml: --where: \"units\" is no condition: FIELD=TEXT, FIELD~REGEX or "
+              "FIELD:NUMBER is expected\n");
   EXPECT_THAT(refusal(channels + " --where units:3"),
               testing::HasSubstr("\"units\" is a text: look for it with = or ~\n"));
   EXPECT_THAT(refusal(channels + " --where stream:x"),
@@ -170,7 +204,15 @@ TEST(ToolList, ConditionsThatAreNone) {
               testing::HasSubstr("a number or a range such as 2..5, 2.. or ..5 is expected"));
   EXPECT_THAT(refusal(channels + " --where event_type=NORMALLY"),
               testing::HasSubstr("\"event_type\" is a number, and \"NORMALLY\" is neither one nor "
-                                 "the name of one\n"));
+                                 "the name of one; did you mean 'NORMAL'?\n"));
+  EXPECT_EQ(refusal(channels + " --where stream:5..2"),
+            "zrt4xml: --where: \"stream:5..2\": no number is in this range\n");
+  EXPECT_THAT(refusal(channels + " --where 'stream: 5'"),
+              testing::HasSubstr("a number or a range such as 2..5, 2.. or ..5 is expected"));
+  EXPECT_THAT(refusal(channels + " --where stream:nan"),
+              testing::HasSubstr("\"stream\" is always a number\n"));
+  EXPECT_THAT(refusal(channels + " --where stream:nan..5"),
+              testing::HasSubstr("no number is in this range\n"));
 }
 
 TEST(ToolList, PatternsThatWouldTakeTheMachineAreRefused) {

@@ -51,6 +51,11 @@ TEST(ToolSet, ThresholdsOfADictionary) {
   EXPECT_THAT(refusal(dictionary + " --where index:1 absolute_threshold=2,5"),
               testing::HasSubstr("absolute_threshold: a number such as 0.05 is expected here, not "
                                  "\"2,5\"\n"));
+  EXPECT_THAT(run("set " + dictionary + " --lossy --where index:1 absolute_threshold=inf").out,
+              testing::HasSubstr("<DABS>inf</DABS>"));
+  EXPECT_THAT(refusal(dictionary + " --where index:1 absolute_threshold=1e39"),
+              testing::HasSubstr("absolute_threshold: a number of at most 3.4028235e+38 is "
+                                 "expected here, not \"1e39\"\n"));
 }
 
 TEST(ToolSet, LongNamesOfADictionaryStayWhole) {
@@ -70,6 +75,37 @@ TEST(ToolSet, DryRunPrintsTheDifference) {
   EXPECT_TRUE(test::prints_valid_json("set " + channels + " --all units=K --dry-run --json"));
 }
 
+TEST(ToolSet, WhatWouldBeLostIsToldAndNotWritten) {
+  const test::temporary_file file(
+      test::channel("<!-- by hand -->\n<COLOUR>red</COLOUR><UNITS>mm</UNITS>"));
+  const std::string change = file.path() + " --all units=cm";
+  const std::string comment = ": a comment does not arrive\n";
+  const std::string element = "no reader knows the element 'COLOUR'";
+  EXPECT_THAT(refusal(change, 1),
+              testing::AllOf(testing::HasSubstr(comment), testing::HasSubstr(element),
+                             testing::HasSubstr("not written, because something would be lost; "
+                                                "--lossy writes it all the same\n")));
+  for (const std::string dry : {"", " --dry-run"}) {
+    EXPECT_EQ(run("set " + change + dry).code, 1);
+    const run_result meant = run("set --lossy " + change + dry);
+    EXPECT_EQ(meant.code, 0);
+    EXPECT_THAT(meant.err,
+                testing::AllOf(testing::HasSubstr(comment), testing::HasSubstr(element)));
+  }
+  const test::temporary_file changed("as it was");
+  ASSERT_EQ(run("set --lossy " + change + " -o " + changed.path()).code, 0);
+  EXPECT_THAT(changed.content(), testing::HasSubstr("<UNITS>cm</UNITS>"));
+}
+
+TEST(ToolSet, SignsOfTheShellAndOfXmlAreTexts) {
+  const test::temporary_file file(test::channel());
+  const std::string text = R"(a=b; $(id) `id` "q" <b> & > | * ? \ ]])";
+  ASSERT_EQ(run("set " + file.path() + " --all 'description=" + text + "' -o " + file.path()).code,
+            0);
+  EXPECT_EQ(run("list --columns name " + file.path() + " --where 'description=" + text + "'").out,
+            "name\nA.C\n");
+}
+
 TEST(ToolSet, TextsAtTheLimit) {
   EXPECT_EQ(refusal(channels + " --all units=" + std::string(16, 'x')),
             "zrt4xml: " + channels +
@@ -87,10 +123,13 @@ TEST(ToolSet, NumbersAtTheLimit) {
   EXPECT_THAT(run("set " + channels + " --all stream=0x1F").out,
               testing::HasSubstr("<STREAM>31</STREAM>"));
   EXPECT_THAT(refusal(channels + " --all stream=1.5"),
-              testing::HasSubstr("stream: a whole number is expected here, not \"1.5\"\n"));
+              testing::HasSubstr("stream: a whole number from -2147483648 to 2147483647 is "
+                                 "expected here, not \"1.5\"\n"));
+  EXPECT_THAT(refusal(channels + " --all stream=99999999999999999999"),
+              testing::HasSubstr("to 2147483647 is expected here, not \"99999999999999999999\""));
   EXPECT_THAT(refusal(channels + " --all data_type=BPM_20100"),
               testing::HasSubstr("data_type: a number or a name is expected here, not "
-                                 "\"BPM_20100\"\n"));
+                                 "\"BPM_20100\"; did you mean 'BPM_2010'?\n"));
 }
 
 TEST(ToolSet, KeysThatWouldStandTwice) {

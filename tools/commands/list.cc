@@ -2,7 +2,8 @@
 
 #include <functional>
 #include <nlohmann/json.hpp>
-#include <optional>
+#include <string_view>
+#include <utility>
 
 #include "any_list.hh"
 #include "csv_writing.hh"
@@ -68,23 +69,32 @@ class listing {
   std::vector<std::vector<std::string>> rows;
 
  private:
-  // Which columns there are is known with the first file.
+  // Which columns there are is known with the first file that has what is named.
   void begin(const listed_file& one, const record_type& type) {
-    if (first) {
-      if (type_of_rows == &type) return;
+    if (type_of_rows == &type) return;
+    if (type_of_rows != nullptr) {
       throw file_error(one.file, "of another kind (" +
                                      std::string(traits_of(one.kind).description) +
                                      ") than the files before: list them apart, or with --json");
     }
-    first = one.file;
-    type_of_rows = &type;
     try {
       for (condition& each : where) each.bind(type);
-      if (wanted.empty()) wanted = own_columns(type);
-      for (const std::string& name : wanted) paths.emplace_back(type, name);
+      std::vector<field_path> found;
+      for (const std::string& name : wanted.empty() ? own_columns(type) : wanted) {
+        found.emplace_back(type, without_blanks_around(name));
+      }
+      paths = std::move(found);
     } catch (const wrong_selection& reason) {
       throw file_error(one.file, reason.what());
     }
+    type_of_rows = &type;
+  }
+
+  // "name, units" is how people write a list.
+  static std::string_view without_blanks_around(std::string_view name) {
+    const std::size_t begin = name.find_first_not_of(' ');
+    if (begin == name.npos) return {};
+    return name.substr(begin, name.find_last_not_of(' ') - begin + 1);
   }
 
   // Those of the records themselves, and how many they have inside.
@@ -98,8 +108,7 @@ class listing {
   const bool several;
   std::vector<condition> where;
   std::vector<std::string> wanted;
-  std::optional<std::string> first;
-  const record_type* type_of_rows = nullptr;
+  const record_type* type_of_rows = nullptr;  ///< null before the first file that fits
   std::vector<field_path> paths;
 };
 

@@ -95,13 +95,12 @@ void refuse_duplicates(const document& of, const held_records& records,
   }
 }
 
-void change(document& of, const std::vector<std::string>& where,
+void change(document& of, std::vector<condition>& conditions,
             const std::vector<std::string>& assignments) {
   const held_records records = records_of(of.list);
   std::vector<std::size_t> changed;
   bool sets_key = false;
   try {
-    std::vector<condition> conditions = conditions_of(where);
     for (condition& each : conditions) each.bind(records.type());
     std::deque<assignment> all;
     for (const std::string& text : assignments) {
@@ -144,6 +143,7 @@ struct changed_document {
 std::unique_ptr<changed_document> changed(const std::string& name,
                                           const std::vector<std::string>& where,
                                           const std::vector<std::string>& assignments) {
+  std::vector<condition> conditions = conditions_of(where);
   auto opened = with_progress(shown_name(name), [&] { return std::make_unique<input_file>(name); });
   auto result = std::make_unique<changed_document>();  // to which what is made of it refers
   document& of = result->changed;
@@ -153,7 +153,7 @@ std::unique_ptr<changed_document> changed(const std::string& name,
   result->from.documents.push_back({std::move(opened), of.kind});
   const bool is_dictionary = of.kind == document_kind::dictionary;
   const document_form to = is_dictionary ? document_form::xml : form_of(dialect_of(of.kind));
-  change(of, where, assignments);
+  change(of, conditions, assignments);
   const bool is_unread = report_unread(result->from.documents.front(), to, true);
   result->made = is_dictionary ? compose(std::get<zrt4::env_dictionary_2010>(of.list), to)
                                : compose(std::get<zrt4::channel_list>(of.list), to);

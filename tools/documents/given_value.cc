@@ -6,6 +6,7 @@
 #include <limits>
 #include <system_error>
 
+#include "nearest.hh"
 #include "terminal.hh"
 
 namespace {
@@ -16,17 +17,21 @@ fitted_value not_fitting(const std::string& expected, const std::string& found) 
   return {{}, expected + " is expected here, not " + found};
 }
 
+constexpr const char* largest_threshold = "a number of at most 3.4028235e+38";
+
 fitted_value too_long(const record_field& field, std::string_view text) {
   return not_fitting("a text of at most " + std::to_string(field.room) + " bytes",
                      "one of " + std::to_string(text.size()) + ", " + in_quotes(text));
 }
 
+std::string whole_number_of(const record_field& field) {
+  return "a whole number from " + std::to_string(field.least) + " to " + std::to_string(field.most);
+}
+
 fitted_value fitted_number(const record_field& field, const given_value& value) {
   const auto number = value.whole_number();
   if (number && *number >= field.least && *number <= field.most) return {*number, {}};
-  return not_fitting(
-      "a whole number from " + std::to_string(field.least) + " to " + std::to_string(field.most),
-      value.shown());
+  return not_fitting(whole_number_of(field), value.shown());
 }
 
 fitted_value fitted_threshold(const given_value& value) {
@@ -44,7 +49,7 @@ fitted_value fitted_threshold(const given_value& value) {
     if (read.ec != std::errc()) number = static_cast<float>(value.fraction);
   }
   if (std::isfinite(number)) return {threshold{number}, {}};
-  return not_fitting("a number of at most 3.4028235e+38, or null,", value.shown());
+  return not_fitting(std::string(largest_threshold) + ", or null,", value.shown());
 }
 
 fitted_value fitted_characters(const record_field& field, std::string_view text, bool& was_cut) {
@@ -140,13 +145,16 @@ fitted_value fitted_text(const record_field& field, std::string_view text) {
     const float number = std::strtof(digits.c_str(), &end);
     const bool is_number = !digits.empty() && end == digits.c_str() + digits.size() &&
                            digits.find_first_of(" \t\n\v\f\r") == digits.npos;
-    if (is_number) return {threshold{number}, {}};
-    return not_fitting("a number such as 0.05", in_quotes(text));
+    if (!is_number) return not_fitting("a number such as 0.05", in_quotes(text));
+    // "inf" is spelled so, and not what more digits than there is room for become.
+    const bool is_too_large = std::isinf(number) && text.find_first_of("0123456789") != text.npos;
+    return is_too_large ? not_fitting(largest_threshold, in_quotes(text))
+                        : fitted_value{threshold{number}, {}};
   }
   std::int64_t named = 0;
   if (number_named(field, text, named)) return {named, {}};
   const auto number = number_in(text);
   if (number) return fitted(field, given_value::of_integer(*number), was_cut);
-  return not_fitting(field.names != nullptr ? "a number or a name" : "a whole number",
-                     in_quotes(text));
+  return not_fitting(field.names != nullptr ? "a number or a name" : whole_number_of(field),
+                     in_quotes(text) + did_you_mean(text, names_in(field)));
 }

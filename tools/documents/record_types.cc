@@ -383,6 +383,19 @@ constexpr record_group entries =
 constexpr record_group features =
     group<listed<zrt4::camera_features>>("records", "feature", feature);
 
+// Whether `is_it` is true of one of the numbers that have a name, and that name.
+template <class Condition>
+bool any_name(const record_field& field, Condition is_it) {
+  // All of them are below this, the number of data types.
+  constexpr std::int64_t beyond = ZRT4_BLOCK_MAX_2010 + 1;
+  if (field.names == nullptr) return false;
+  for (std::int64_t number = 0; number <= field.most && number < beyond; ++number) {
+    const std::string_view known = field.names(static_cast<int>(number));
+    if (known != "UNKNOWN" && is_it(number, known)) return true;
+  }
+  return false;
+}
+
 std::uint32_t bits_of(threshold value) {
   std::uint32_t bits = 0;
   std::memcpy(&bits, &value.value, sizeof bits);
@@ -421,16 +434,19 @@ const record_group& records_in(const zrt4::camera_features& /*list*/) {
 }
 
 bool number_named(const record_field& field, std::string_view name, std::int64_t& found) {
-  // All that have a name are below this, the number of data types.
-  constexpr std::int64_t beyond = ZRT4_BLOCK_MAX_2010 + 1;
-  if (field.names == nullptr) return false;
-  for (std::int64_t number = 0; number <= field.most && number < beyond; ++number) {
-    const std::string_view known = field.names(static_cast<int>(number));
-    const bool is_it = known.size() == name.size() && known != "UNKNOWN" &&
-                       strncasecmp(known.data(), name.data(), name.size()) == 0;
-    if (!is_it) continue;
-    found = number;
-    return true;
-  }
-  return false;
+  return any_name(field, [&](std::int64_t number, std::string_view known) {
+    const bool is_it =
+        known.size() == name.size() && strncasecmp(known.data(), name.data(), name.size()) == 0;
+    if (is_it) found = number;
+    return is_it;
+  });
+}
+
+std::vector<std::string_view> names_in(const record_field& field) {
+  std::vector<std::string_view> names;
+  any_name(field, [&](std::int64_t /*number*/, std::string_view known) {
+    names.push_back(known);
+    return false;
+  });
+  return names;
 }

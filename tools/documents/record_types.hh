@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 #include "zrt4xml.hh"
 
@@ -80,5 +81,8 @@ const record_group& records_in(const zrt4::camera_features& list);
 /// The number of a field that is called so, in any case; nothing when none is. `found` is as it was
 /// then.
 bool number_named(const record_field& field, std::string_view name, std::int64_t& found);
+
+/// All names that numbers of the field have; none when they have none.
+std::vector<std::string_view> names_in(const record_field& field);
 
 #endif

@@ -3,12 +3,14 @@
 #include <regex.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <utility>
 
+#include "file_error.hh"
 #include "given_value.hh"
 #include "nearest.hh"
 
@@ -38,7 +40,8 @@ double number_of(const cell& value) {
 bool read_number(const std::string& text, double& number) {
   char* end = nullptr;
   number = std::strtod(text.c_str(), &end);
-  return !text.empty() && end == text.c_str() + text.size();
+  const bool has_blanks = text.find_first_of(" \t\n\v\f\r") != text.npos;
+  return !text.empty() && !has_blanks && end == text.c_str() + text.size();
 }
 
 // Groups within groups that are repeated often would take the matcher more than there is.
@@ -223,6 +226,10 @@ condition::condition(const std::string& text) {
                           ": a number or a range such as 2..5, 2.. or ..5 is expected behind the "
                           "colon");
   }
+  // What is no number may be looked for, but is in no range.
+  if (dots != wanted.npos && !(numbers.least <= numbers.most)) {
+    throw wrong_selection(in_quotes(text) + ": no number is in this range");
+  }
 }
 
 condition::condition(condition&&) noexcept = default;
@@ -233,7 +240,16 @@ void condition::bind(const record_type& type) {
   if (how == ':' && !path->is_number()) {
     throw wrong_selection(in_quotes(field_name) + " is a text: look for it with = or ~");
   }
-  if (how != '=' || !path->is_number()) return;
+  if (!path->is_number()) return;
+  if (how == '=') numbers = number_wanted();
+  const bool may_be_none =
+      path->field() != nullptr && path->field()->holds == value_kind::threshold;
+  if (std::isnan(numbers.least) && !may_be_none) {
+    throw wrong_selection(in_quotes(field_name) + " is always a number");
+  }
+}
+
+condition::range condition::number_wanted() const {
   double number = 0;
   std::int64_t named = 0;
   const bool has_names = path->field() != nullptr && path->field()->names != nullptr;
@@ -241,9 +257,11 @@ void condition::bind(const record_type& type) {
     number = static_cast<double>(named);
   } else if (!read_number(wanted, number)) {
     throw wrong_selection(in_quotes(field_name) + " is a number, and " + in_quotes(wanted) +
-                          (has_names ? " is neither one nor the name of one" : " is none"));
+                          (has_names ? " is neither one nor the name of one" +
+                                           did_you_mean(wanted, names_in(*path->field()))
+                                     : " is none"));
   }
-  numbers = {number, number};
+  return {number, number};
 }
 
 bool condition::fits_value(const cell& value) const {
@@ -252,6 +270,7 @@ bool condition::fits_value(const cell& value) const {
   }
   if (how != '~') {
     const double number = number_of(value);
+    if (std::isnan(numbers.least)) return std::isnan(number);
     return number >= numbers.least && number <= numbers.most;
   }
   if (regex->is_in(number_text(value))) return true;
@@ -270,7 +289,13 @@ bool condition::fits(const void* record) const {
 std::vector<condition> conditions_of(const std::vector<std::string>& texts) {
   std::vector<condition> conditions;
   conditions.reserve(texts.size());
-  for (const std::string& text : texts) conditions.emplace_back(text);
+  for (const std::string& text : texts) {
+    try {
+      conditions.emplace_back(text);
+    } catch (const wrong_selection& reason) {
+      throw file_error("--where", reason.what());
+    }
+  }
   return conditions;
 }
 

@@ -75,6 +75,7 @@ class condition {
     double least, most;
   };
 
+  range number_wanted() const;
   bool fits_value(const cell& value) const;
 
   std::string field_name;
@@ -85,7 +86,7 @@ class condition {
   std::unique_ptr<field_path> path;
 };
 
-/// Throws `wrong_selection`.
+/// Throws a `file_error` about `--where`: no file is wrong yet.
 std::vector<condition> conditions_of(const std::vector<std::string>& texts);
 
 /// Whether the record fits all of them.
