@@ -41,6 +41,11 @@ TEST(ToolCsv, ALineForEachBitOrDimension) {
                           "dimensions.statistics.units\r\nLINAC.DIAG/BPM/3.L1/X.TRAIN,0,0,mean,"));
 }
 
+TEST(ToolCsv, RowsByTheirPath) {
+  const std::string convert = "convert --lossy " + channels + " --to csv --rows ";
+  EXPECT_EQ(run(convert + "dimensions.statistics").out, run(convert + "statistics").out);
+}
+
 TEST(ToolCsv, EventsAndCamerasToo) {
   EXPECT_EQ(run("convert " ZRT4_SOURCE_DIR
                 "/examples/event_lists/orbit_feedback.xml --to csv --rows channels")
@@ -57,8 +62,9 @@ TEST(ToolCsv, TellsWhatHasNoPlace) {
   const test::temporary_file untouched("as it was");
   const run_result result = run("convert " + channels + " --to csv -o " + untouched.path());
   EXPECT_EQ(result.code, 1);
-  EXPECT_THAT(result.err, testing::HasSubstr("has no place for 6 bits\n"));
-  EXPECT_THAT(result.err, testing::HasSubstr("has no place for 5 dimensions\n"));
+  EXPECT_THAT(result.err,
+              testing::HasSubstr("has no place for 6 bits: --rows bits has a line for each\n"));
+  EXPECT_THAT(result.err, testing::HasSubstr("has no place for 5 dimensions: --rows "));
   EXPECT_EQ(untouched.content(), "as it was");
 }
 
@@ -66,7 +72,10 @@ TEST(ToolCsv, RowsThatThereAreNot) {
   const run_result result = run("convert " + channels + " --to csv --rows bit");
   EXPECT_EQ(result.code, 2);
   EXPECT_EQ(result.err, "zrt4xml: " + channels +
-                            ": there are no \"bit\" in it to have a line each; there are channels, "
-                            "bits, dimensions, statistics\n");
+                            ": there are no \"bit\" in it to have a line each; did you mean "
+                            "'bits'?\n");
+  EXPECT_THAT(run("convert " + channels + " --to csv --rows all").err,
+              testing::EndsWith("; there are channels, bits, dimensions, statistics\n"));
+  EXPECT_EQ(run("convert " + channels + " --to csv --rows bits.statistics").code, 2);
   EXPECT_EQ(run("convert " + channels + " --to xml --rows bits").code, 2);
 }

@@ -87,8 +87,13 @@ std::vector<std::string> group_names(const record_type& type) {
 
 bool csv_table::find(const record_type& type, std::string_view name, path& found) {
   for (std::size_t i = 0; i < type.group_count; ++i) {
+    const std::string_view own = type.groups[i].name;
     found.push_back(&type.groups[i]);
-    if (type.groups[i].name == name || find(*type.groups[i].type, name, found)) return true;
+    if (own == name || find(*type.groups[i].type, name, found)) return true;
+    // Also with the names of those around it, as fields are named elsewhere.
+    const bool is_within =
+        name.size() > own.size() && name[own.size()] == '.' && name.substr(0, own.size()) == own;
+    if (is_within && find(*type.groups[i].type, name.substr(own.size() + 1), found)) return true;
     found.pop_back();
   }
   return false;
@@ -101,8 +106,9 @@ csv_table::csv_table(any_list& list, std::string_view rows, std::string_view rec
   names.emplace(names.begin(), records_name);
   std::string all;
   for (const std::string& each : names) all += (all.empty() ? "" : ", ") + each;
-  throw wrong_selection("there are no " + in_quotes(rows) +
-                        " in it to have a line each; there are " + all);
+  const std::string near = did_you_mean(rows, {names.begin(), names.end()});
+  throw wrong_selection("there are no " + in_quotes(rows) + " in it to have a line each" +
+                        (near.empty() ? "; there are " + all : near));
 }
 
 void csv_table::add_lines(std::string& into, std::vector<std::string>& keys,
@@ -147,7 +153,8 @@ std::vector<std::string> csv_table::losses() const {
     const bool has_lines = !inwards.empty() && inwards.back() == each.group;
     if (each.records == 0 || has_lines) continue;
     result.push_back(std::to_string(each.records) + " " +
-                     std::string(each.records == 1 ? each.group->one_name : each.group->name));
+                     std::string(each.records == 1 ? each.group->one_name : each.group->name) +
+                     ": --rows " + std::string(each.group->name) + " has a line for each");
   }
   return result;
 }
