@@ -263,7 +263,8 @@ TEST(ToolJsonReading, NamesMustAgreeWithTheirNumbers) {
             "records[0].event_type: the key \"event_type_name\" says otherwise than 4: leave one "
             "of them out");
   EXPECT_EQ(refusal_of_channel(R"("event_type_name": "NORMALLY")"),
-            "records[0].event_type_name: there is no such name: \"NORMALLY\"");
+            "records[0].event_type_name: there is no such name: \"NORMALLY\"; did you mean "
+            "'NORMAL'?");
 }
 
 TEST(ToolJsonReading, KindsThatThereAreNot) {
@@ -304,6 +305,20 @@ TEST(ToolJsonReading, DamagedJson) {
   EXPECT_THAT(refusal(channels_of(R"({"property": "A"})") + "x"),
               testing::HasSubstr("not valid JSON"));
   EXPECT_THAT(refusal("[]"), " holds no document\n");
+}
+
+TEST(ToolJsonReading, NumbersThatJsonDoesNotHave) {
+  for (const std::string number : {"NaN", "Infinity", "-Infinity"}) {
+    EXPECT_EQ(refusal_of_channel("\"size\": " + number),
+              "records[0].size: not valid JSON: it has no NaN and no Infinity");
+    EXPECT_THAT(
+        refusal(R"({"kind": "dictionary", "records": [{"index": 1, "absolute_threshold": )" +
+                number),
+        testing::HasSubstr("no Infinity; the key \"absolute_threshold_name\" may say nan, -nan, "
+                           "inf or -inf instead\n"));
+  }
+  EXPECT_EQ(refusal_of_channel(R"("size": 1e400)"),
+            "records[0].size: the number 1e400 is larger than any that is read");
 }
 
 TEST(ToolJsonReading, ByteOrderMarkAndBlanksBefore) {

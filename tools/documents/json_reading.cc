@@ -111,6 +111,7 @@ class json_reader final : public nlohmann::json_sax<json> {
     wrong(expected + " is expected here, not " + found);
   }
   void wrong_container(const std::string& found);
+  std::string hint_for_no_number() const;
   void lost(const std::string& text);
 
   const std::string& file;
@@ -366,8 +367,17 @@ void json_reader::end_document(const level& ended) {
   lost_texts.clear();
 }
 
-bool json_reader::parse_error(std::size_t /*position*/, const std::string& /*token*/,
+bool json_reader::parse_error(std::size_t /*position*/, const std::string& token,
                               const nlohmann::detail::exception& reason) {
+  constexpr int number_overflow = 406;
+  if (reason.id == number_overflow) {
+    wrong("the number " + shortened(token) + " is larger than any that is read");
+    return false;
+  }
+  if (place.begins_no_number()) {
+    wrong("not valid JSON: it has no NaN and no Infinity" + hint_for_no_number());
+    return false;
+  }
   std::string_view text = reason.what();
   // "[json.exception.parse_error.101] parse error at line 1, column 2: syntax error ..."
   const std::size_t id = text.find("] ");
@@ -378,6 +388,19 @@ bool json_reader::parse_error(std::size_t /*position*/, const std::string& /*tok
   text = text.substr(0, text.find("; last read"));  // which may be long
   wrong("not valid JSON: " + printable(text));
   return false;
+}
+
+// How a threshold is told that is none.
+std::string json_reader::hint_for_no_number() const {
+  if (levels.empty() || levels.back().is != level::kind::record) return {};
+  const level& here = levels.back();
+  if (skipped != 0 || here.at >= here.keys->size()) return {};
+  const known_key& key = (*here.keys)[here.at];
+  if (key.role != key_role::field) return {};
+  const record_field& field = here.type->fields[key.position];
+  if (field.holds != value_kind::threshold) return {};
+  return "; the key " + in_quotes(std::string(field.name) + "_name") +
+         " may say nan, -nan, inf or -inf instead";
 }
 
 bool json_reader::string(std::string& value) {
@@ -512,7 +535,8 @@ void json_reader::take_name(const level& of, std::size_t position, const given_v
   } else if (value.text != "UNKNOWN") {
     std::int64_t number = 0;
     if (!number_named(field, value.text, number)) {
-      return wrong("there is no such name: " + in_quotes(value.text));
+      return wrong("there is no such name: " + in_quotes(value.text) +
+                   did_you_mean(value.text, names_in(field)));
     }
     of.type->set(of.record, position, number);
   }

@@ -48,6 +48,12 @@ file_place json_place::in_file() const {
           static_cast<std::uint64_t>(last - line) + 1};
 }
 
+bool json_place::begins_no_number() const {
+  if (at == begin) return false;
+  const std::string_view rest(at - 1, static_cast<std::size_t>(end - at) + 1);
+  return rest.substr(0, 3) == "NaN" || rest.substr(0, 8) == "Infinity";
+}
+
 json_text::json_text(const input_file& file) : content(file.content()) {}
 json_text::json_text(std::string text) : content(std::move(text)) {}
 

@@ -23,6 +23,8 @@ struct json_place {
   bool skip_blanks();
   /// Of what was read last.
   file_place in_file() const;
+  /// Whether what was read last begins a number as some programs write one that is none.
+  bool begins_no_number() const;
 };
 
 /// Walks with the place itself, because a parser keeps its iterators to itself.
