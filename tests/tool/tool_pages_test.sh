@@ -94,6 +94,13 @@ same "fields inside a record" "$(printf '%s\n' bits.description bits.name bits.n
   "$(completed zrt4xml list x --where bits.)"
 same "fields behind a comma" name,stream "$(completed zrt4xml list x --columns name,str)"
 same "fields to set" set_point "$(completed zrt4xml set x set_)"
+same "fields that cannot be set" "" "$(completed zrt4xml set x bits)"
+same "names of types in a condition" NORMAL "$(completed zrt4xml list x --where event_type = NOR)"
+same "all names of types" "$(printf '%s\n' BPM_2010 BPM_S_2010 BPM_Z_2010)" \
+  "$(completed zrt4xml set x --where units = mm data_type = | grep '^BPM_.*2010')"
+same "texts to compare with" "" "$(completed zrt4xml set x --where units = m)"
+same "what has a line each" "$(printf '%s\n' server_blocks statistics)" \
+  "$(completed zrt4xml convert x --rows s)"
 same "the file before them" "<files>" "$(completed zrt4xml set '')"
 
 same "channel names" "$(printf '%s\n' BPM.3.L1.X LINAC.DIAG/BPM/3.L1/X.TRAIN)" \

@@ -1,7 +1,11 @@
 #include <cstring>
+#include <map>
 #include <set>
+#include <string_view>
 #include <utility>
 
+#include "csv_writing.hh"
+#include "document_kind.hh"
 #include "event_util.hh"
 #include "pages.hh"
 #include "record_types.hh"
@@ -25,18 +29,68 @@ std::string event_types() {
   return words(names);
 }
 
-// The fields of all kinds of records.
-std::string fields() {
-  std::set<std::string> names;
-  const auto add = [&](const record_group& records) {
-    for (std::string& name : field_names(*records.type)) names.insert(std::move(name));
-  };
-  add(records_in(zrt4::channel_list()));
-  add(records_in(zrt4::env_dictionary_2010()));
-  add(records_in(zrt4::event_list()));
-  add(records_in(zrt4::camera_features()));
+std::string fields(const std::set<std::string>& names) {
   return "_zrt4xml_fields" +
          words({names.begin(), names.end()}).substr(std::strlen("_zrt4xml_words"));
+}
+
+std::vector<const record_group*> writable_records() {
+  return {&records_in(zrt4::channel_list()), &records_in(zrt4::env_dictionary_2010())};
+}
+std::vector<const record_group*> all_records() {
+  std::vector<const record_group*> all = writable_records();
+  all.push_back(&records_in(zrt4::event_list()));
+  all.push_back(&records_in(zrt4::camera_features()));
+  return all;
+}
+
+std::string all_fields() {
+  std::set<std::string> names;
+  for (const record_group* each : all_records()) {
+    for (std::string& name : field_names(*each->type)) names.insert(std::move(name));
+  }
+  return fields(names);
+}
+
+// Those of the records themselves, which can be set.
+std::string settable_fields() {
+  std::set<std::string> names;
+  for (const record_group* each : writable_records()) {
+    const record_type& type = *each->type;
+    for (std::size_t i = 0; i < type.field_count; ++i) names.emplace(type.fields[i].name);
+  }
+  return fields(names);
+}
+
+// For each field whose numbers have names, these.
+std::string names_of_fields() {
+  std::map<std::string_view, std::set<std::string>> names;
+  for (const record_group* each : all_records()) {
+    const record_type& type = *each->type;
+    for (std::size_t i = 0; i < type.field_count; ++i) {
+      for (const std::string_view name : names_in(type.fields[i])) {
+        names[type.fields[i].name].emplace(name);
+      }
+    }
+  }
+  std::string rows;
+  for (const auto& [field, all] : names) {
+    rows.append("    '").append(field).append("') ");
+    rows += words({all.begin(), all.end()}) + " ;;\n";
+  }
+  return rows;
+}
+
+// What may have a line of its own.
+std::string kinds_of_records() {
+  std::set<std::string> names;
+  for (const record_group* each : all_records()) {
+    for (std::string& name : group_names(*each->type)) names.insert(std::move(name));
+  }
+  for (const std::string& kind : kind_names()) {
+    names.emplace(traits_of(*kind_named(kind)).records_name);
+  }
+  return words({names.begin(), names.end()});
 }
 
 std::string rules() {
@@ -52,7 +106,8 @@ std::string completion_of(const option_page& option) {
   if (option.value == "EVENT") return event_types();
   if (option.value == "RULE") return rules();
   if (option.value == "CHANNEL") return "_zrt4xml_channels";
-  if (option.value == "CONDITION" || option.value == "FIELDS") return fields();
+  if (option.value == "CONDITION" || option.value == "FIELDS") return all_fields();
+  if (option.value == "RECORDS") return kinds_of_records();
   return ":";
 }
 
@@ -97,6 +152,8 @@ std::string completion_tables(const CLI::App& app) {
     }
   }
   return function("_zrt4xml_commands", "  " + words(commands) + "\n") +
+         function("_zrt4xml_settable", "  " + settable_fields() + "\n") +
+         function("_zrt4xml_names", choice(names_of_fields())) +
          function("_zrt4xml_options", choice(options)) +
          function("_zrt4xml_value", choice(values + "    *) return 1 ;;\n") + "  return 0\n");
 }

@@ -12,7 +12,8 @@ _zrt4xml_words() {
   done
 }
 
-# Fields, behind those that a comma ends; what they are compared with or set to is typed.
+# Fields, behind those that a comma ends; what they are compared with or set to is typed, but for
+# names of types.
 _zrt4xml_fields() {
   local field before=""
   [[ $cur == *,* ]] && before=${cur%,*},
@@ -81,15 +82,15 @@ _zrt4xml_typed() {
 }
 
 _zrt4xml() {
-  local words at cur before command="" option i
+  local words at cur before command="" option i is_value=""
   COMPREPLY=()
   _zrt4xml_typed
   cur=${words[at]} before=$((at - 1))
-  # "--event=NORMAL" comes as three words.
+  # "--event=NORMAL" comes as three words, as does the condition "units=mm".
   if [[ $cur == "=" ]]; then
-    cur=""
+    cur="" is_value=yes
   elif [[ ${words[before]} == "=" ]]; then
-    before=$((before - 1))
+    before=$((before - 1)) is_value=yes
   fi
   option=${words[before]}
   for ((i = 1; i < at; ++i)); do
@@ -100,12 +101,14 @@ _zrt4xml() {
 
   if _zrt4xml_value "$command $option"; then
     return
+  elif [[ -n $is_value ]]; then
+    _zrt4xml_names "$option"
   elif [[ $cur == -* ]]; then
     _zrt4xml_options "$command"
   elif [[ -z $command ]]; then
     _zrt4xml_commands
   elif [[ $command == set && $at -gt $((i + 1)) ]]; then
-    _zrt4xml_value "set --where"  # behind the file, too, fields are named
+    _zrt4xml_settable
   else
     _zrt4xml_files
   fi
