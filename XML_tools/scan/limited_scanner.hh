@@ -111,7 +111,7 @@ class limited_scanner : private declaration_limits, public Parser {
              const xercesc::XMLErrorReporter::ErrTypes type, const XMLCh* const text,
              const XMLCh* const system_id, const XMLCh* const public_id, const XMLFileLoc line,
              const XMLFileLoc column) override {
-    if (!ends_scan(type, code)) count_message(xercesc::XMLString::stringLen(text));
+    if (!ends_scan(domain, type, code)) count_message(xercesc::XMLString::stringLen(text));
     during_report(
         [&] { Parser::error(code, domain, type, text, system_id, public_id, line, column); });
   }
@@ -210,11 +210,14 @@ class limited_scanner : private declaration_limits, public Parser {
     scanner().setCalculateSrcOfs(!has_size);
   }
 
-  // The scan of a document ends with such an error: there is nothing to refuse any more.
-  static bool ends_scan(xercesc::XMLErrorReporter::ErrTypes type, unsigned code) {
+  // The scan of a document ends with such an error: there is nothing to refuse any more. The
+  // validator numbers its errors by itself.
+  static bool ends_scan(const XMLCh* domain, xercesc::XMLErrorReporter::ErrTypes type,
+                        unsigned code) {
     using xercesc::XMLErrs;
-    return type == xercesc::XMLErrorReporter::ErrType_Fatal ||
-           code == XMLErrs::XMLException_Warning || code == XMLErrs::XMLException_Error;
+    if (type == xercesc::XMLErrorReporter::ErrType_Fatal) return true;
+    return xercesc::XMLString::equals(domain, xercesc::XMLUni::fgXMLErrDomain) &&
+           (code == XMLErrs::XMLException_Warning || code == XMLErrs::XMLException_Error);
   }
 
   void look_at_scanner() override {
