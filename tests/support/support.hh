@@ -28,6 +28,13 @@
 
 namespace test {
 
+/// With sanitizers, which take a multiple of the time, a tenth of many random cases.
+#ifdef ZRT4_LEAK_CHECKED
+constexpr int random_share = 10;
+#else
+constexpr int random_share = 1;
+#endif
+
 /// While it lives, what is allocated may leak: for the leaks that the library keeps deliberately
 /// and a test cannot reach.
 class kept_leak {

@@ -1,6 +1,7 @@
 // Texts of which a reader gets only a part, or more than is meant.
 
 #include "finding_support.hh"
+#include "own_locale.hh"
 #include "zrt4xml.hh"
 
 using test::channel_with;
@@ -11,6 +12,7 @@ using test::lines;
 namespace {
 
 class CheckTexts : public testing::Test {
+  const test::own_locale in_utf8{LC_CTYPE, "C.UTF-8"};
   const zrt4::xml_session session;
 };
 

@@ -73,7 +73,7 @@ std::string written(zrt4::env_dictionary_2010& list) {
 }
 
 // Enough of each format to meet every oddity; they take some seconds.
-constexpr int random_ones = 2500;
+constexpr int random_ones = 2500 / test::random_share;
 
 void expect_round_trips(test::random_documents::format format, document_kind kind,
                         const std::function<void(both&)>& expect_same) {

@@ -193,7 +193,7 @@ class random_records {
   std::mt19937 random;
 };
 
-constexpr unsigned rounds = 1000;
+constexpr unsigned rounds = 1000 / test::random_share;
 
 }  // namespace
 

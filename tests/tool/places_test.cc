@@ -17,6 +17,7 @@ found_places places_in(const std::string& document) {
   const test::temporary_file on_disk(document);
   input_file file(on_disk.path());
   const document_kind kind = kind_of(file);
+  const test::kept_leak of_the_readers;
   const loaded_document loaded = traits_of(kind).load(file);
   const std::string text = utf8_text(file);
   found_places found;
