@@ -15,9 +15,9 @@
 /// to be quiet. It is wiped off at the end.
 class progress {
  public:
-  /// `doing` is "reading", say. Without `total`, how far it is is asked of the system, which knows
+  /// `doing` is "reading", say. Without `whole`, how far it is is asked of the system, which knows
   /// that of the input files that bear this name (see `read_share`).
-  progress(std::string_view doing, const std::string& file, std::uint64_t total = 0);
+  progress(std::string_view doing, const std::string& file, std::uint64_t whole = 0);
   progress(const progress&) = delete;
   progress& operator=(const progress&) = delete;
   ~progress();
