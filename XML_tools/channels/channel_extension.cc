@@ -1,29 +1,22 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <type_traits>
 #include <variant>
 
 #include "channel_fields.hh"
 #include "channel_records.hh"
 #include "held_exception.hh"
+#include "known_values.hh"
 #include "parse_chan_descr.hh"
 
 using zrt4::detail::append_copies;
 using zrt4::detail::append_copy;
 using zrt4::detail::channel_field;
+using zrt4::detail::copy_value;
 using zrt4::detail::field_role;
-using zrt4::detail::set_text;
+using zrt4::detail::is_known;
 
 namespace {
-
-template <class Number>
-bool is_known(Number number, field_role role) {
-  if constexpr (std::is_signed_v<Number>) {
-    if (role == field_role::database_key) return number > 0;
-  }
-  return number != 0;
-}
 
 void extend_field(const channel_field<chan_descr_2010>& field, chan_descr_2010& in,
                   const chan_descr_2010& from, bool force) {
@@ -31,11 +24,7 @@ void extend_field(const channel_field<chan_descr_2010>& field, chan_descr_2010& 
       [&](auto member) {
         auto& to = in.*member;
         const auto& value = from.*member;
-        if constexpr (std::is_array_v<std::remove_reference_t<decltype(to)>>) {
-          if (force ? *value != '\0' : *to == '\0') set_text(to, value);
-        } else {
-          if (force ? is_known(value, field.role) : !is_known(to, field.role)) to = value;
-        }
+        if (force ? is_known(value, field.role) : !is_known(to, field.role)) copy_value(to, value);
       },
       field.member);
 }
