@@ -30,6 +30,18 @@ const char* code_of(colour wanted) {
   return "1";
 }
 
+// Terminals obey these, too.
+bool is_control(wchar_t code) {
+  return code >= 0x80 && code < 0xa0;
+}
+
+void append_escaped(std::string& to, char c) {
+  char escaped[sizeof "\\x00"];
+  std::snprintf(escaped, sizeof escaped, "\\x%02x",
+                static_cast<unsigned>(static_cast<unsigned char>(c)));
+  to += escaped;
+}
+
 }  // namespace
 
 bool output_is_terminal() {
@@ -43,15 +55,28 @@ std::string coloured(colour wanted, const std::string& text) {
 
 std::string printable(std::string_view text) {
   std::string shown;
-  for (const char c : text) {
-    const auto unit = static_cast<unsigned char>(c);
-    if (unit >= 0x20 && unit != 0x7f) {
-      shown += c;
-    } else {
-      char escaped[sizeof "\\x00"];
-      std::snprintf(escaped, sizeof escaped, "\\x%02x", static_cast<unsigned>(unit));
-      shown += escaped;
+  shown.reserve(text.size());
+  std::mbstate_t state{};
+  while (!text.empty()) {
+    const auto unit = static_cast<unsigned char>(text[0]);
+    std::size_t size = 1;
+    bool is_shown = unit >= 0x20 && unit < 0x7f;
+    if (unit >= 0x80) {
+      wchar_t code = 0;
+      size = std::mbrtowc(&code, text.data(), text.size(), &state);
+      const bool is_character = size != 0 && size <= text.size();
+      is_shown = is_character && !is_control(code);
+      if (!is_character) {
+        state = {};
+        size = 1;
+      }
     }
+    if (is_shown) {
+      shown += text.substr(0, size);
+    } else {
+      for (const char c : text.substr(0, size)) append_escaped(shown, c);
+    }
+    text.remove_prefix(size);
   }
   return shown;
 }
