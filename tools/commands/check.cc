@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "any_list.hh"
 #include "byte_findings.hh"
 #include "check_output.hh"
 #include "each_file.hh"
@@ -31,9 +32,9 @@ checked_document check_document(input_file& file, const check_wishes& wishes) {
     result.file = file.name();
     result.kind = kind_of(file);
     {  // the records are gone before the document is walked through
-      const loaded_document document = traits_of(*result.kind).load(file);
-      result.records = document.rows.size();
-      result.errors = document.how.errors;
+      any_list list = list_for(*result.kind);
+      result.errors = read_into(list, file, *result.kind).errors;
+      result.records = records_of(list).size();
     }
     result.found = findings_of(file, *result.kind, wishes.most, wishes.wide);
     if (wishes.strict) add_strict_findings(file, *result.kind, result.found);
@@ -74,7 +75,7 @@ exit_code check(const std::vector<std::string>& files, const check_wishes& wishe
         return fine_if(count.errors == 0 && is_explained);
       },
       [&](const unusable_file& file) {
-        output->tell_unusable(file.name, file.reason);
+        output->tell_unusable(file);
         ++summary.unusable;
       });
   output->end(summary);

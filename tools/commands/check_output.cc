@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "each_file.hh"
 #include "json_answer.hh"
 #include "terminal.hh"
 
@@ -49,7 +50,7 @@ class text_output : public check_output {
     }
   }
 
-  void tell_unusable(const std::string& /*file*/, const std::string& /*reason*/) override {}
+  void tell_unusable(const unusable_file& /*file*/) override {}
 
   void end(const check_summary& summary) override {
     if (summary.documents + summary.unusable < 2) return;
@@ -78,49 +79,46 @@ class text_output : public check_output {
   const check_wishes& wishes;
 };
 
-// FILE:LINE:COLUMN: error: text [rule]
-class gcc_output : public check_output {
+/// A line for each finding, and for each file that cannot be used.
+class line_output : public check_output {
  public:
-  explicit gcc_output(const check_wishes& of) : wishes(of) {}
+  explicit line_output(const check_wishes& of) : wishes(of) {}
 
   void tell(const checked_document& document, const finding_count& /*count*/) override {
     for (const finding& each : document.found) {
-      print(document.file, each.place, *wishes.rules.weight_of(each.what), each.text, each.what);
+      print(document.file, each.place, name_of(*wishes.rules.weight_of(each.what)), each.text,
+            each.what);
     }
   }
 
-  void tell_unusable(const std::string& file, const std::string& reason) override {
-    print(file, {}, severity::error, reason, rule::unreadable);
+  void tell_unusable(const unusable_file& file) override {
+    print(file.name, {}, name_of(severity::error), file.reason, rule::unreadable);
   }
 
  private:
-  // An editor goes nowhere without a place.
-  static void print(const std::string& file, file_place place, severity weight,
-                    const std::string& text, rule what) {
-    if (place.line == 0) place = {1, 1};
-    std::printf("%s%s: %s: %s [%s]\n", file.c_str(), place.shown().c_str(), name_of(weight).data(),
-                text.c_str(), traits_of(what).name.data());
-  }
+  virtual void print(const std::string& file, file_place place, std::string_view weight,
+                     const std::string& text, rule what) = 0;
 
   const check_wishes& wishes;
 };
 
+// FILE:LINE:COLUMN: error: text [rule]
+class gcc_output : public line_output {
+  using line_output::line_output;
+
+  // An editor goes nowhere without a place.
+  void print(const std::string& file, file_place place, std::string_view weight,
+             const std::string& text, rule what) override {
+    if (place.line == 0) place = {1, 1};
+    std::printf("%s%s: %s: %s [%s]\n", file.c_str(), place.shown().c_str(), weight.data(),
+                text.c_str(), traits_of(what).name.data());
+  }
+};
+
 // ::error file=FILE,line=LINE,col=COLUMN,title=rule::text
-class github_output : public check_output {
- public:
-  explicit github_output(const check_wishes& of) : wishes(of) {}
+class github_output : public line_output {
+  using line_output::line_output;
 
-  void tell(const checked_document& document, const finding_count& /*count*/) override {
-    for (const finding& each : document.found) {
-      print(document.file, each.place, *wishes.rules.weight_of(each.what), each.text, each.what);
-    }
-  }
-
-  void tell_unusable(const std::string& file, const std::string& reason) override {
-    print(file, {}, severity::error, reason, rule::unreadable);
-  }
-
- private:
   static std::string escaped(const std::string& text, std::string_view signs) {
     std::string result;
     for (const char c : to_utf8(text)) {
@@ -135,48 +133,44 @@ class github_output : public check_output {
     return result;
   }
 
-  static void print(const std::string& file, file_place place, severity weight,
-                    const std::string& text, rule what) {
-    std::string line = "::" + std::string(name_of(weight)) + " file=" + escaped(file, "%\r\n:,");
+  void print(const std::string& file, file_place place, std::string_view weight,
+             const std::string& text, rule what) override {
+    std::string line = "::" + std::string(weight) + " file=" + escaped(file, "%\r\n:,");
     if (place.line != 0) {
       line += ",line=" + std::to_string(place.line) + ",col=" + std::to_string(place.column);
     }
     line += ",title=" + std::string(traits_of(what).name) + "::" + escaped(text, "%\r\n");
     std::printf("%s\n", line.c_str());
   }
-
-  const check_wishes& wishes;
 };
 
 class json_output : public check_output {
  public:
-  explicit json_output(const check_wishes& of) : wishes(of) {}
+  explicit json_output(const check_wishes& of) : wishes(of) { begin_documents(out, "check"); }
 
   void tell(const checked_document& document, const finding_count& /*count*/) override {
     if (wishes.only_findings && document.found.empty()) return;
-    json one = {{"file", to_utf8(document.file)}, {"kind", nullptr}};
-    if (document.kind) one["kind"] = traits_of(*document.kind).name;
-    one["errors"] = document.errors;
-    one["record_count"] = document.records;
-    json& list = one["findings"] = json::array();
-    for (const finding& each : document.found) list.push_back(to_json(each));
-    documents.push_back(std::move(one));
+    out.begin_object();
+    out.member("file", to_utf8(document.file));
+    out.member("kind", document.kind ? json(traits_of(*document.kind).name) : json(nullptr));
+    out.member("errors", document.errors);
+    out.member("record_count", document.records);
+    out.begin_array("findings");
+    for (const finding& each : document.found) out.element(to_json(each));
+    out.end();
+    out.end();
   }
 
-  void tell_unusable(const std::string& file, const std::string& reason) override {
-    documents.push_back(
-        {{"file", to_utf8(file)}, {"kind", nullptr}, {"unusable", to_utf8(reason)}});
-  }
+  void tell_unusable(const unusable_file& file) override { out.element(json_of_unusable(file)); }
 
   void end(const check_summary& summary) override {
-    json result = json_head("check");
-    result["documents"] = std::move(documents);
-    result["summary"] = {{"documents", summary.documents},
-                         {"with_findings", summary.with_findings},
-                         {"unusable", summary.unusable},
-                         {"errors", summary.count.errors},
-                         {"warnings", summary.count.warnings}};
-    print_json(result);
+    out.end();
+    out.member("summary", {{"documents", summary.documents},
+                           {"with_findings", summary.with_findings},
+                           {"unusable", summary.unusable},
+                           {"errors", summary.count.errors},
+                           {"warnings", summary.count.warnings}});
+    out.end();
   }
 
  private:
@@ -199,13 +193,13 @@ class json_output : public check_output {
   }
 
   const check_wishes& wishes;
-  json documents = json::array();
+  json_printer out;
 };
 
 class no_output : public check_output {
  public:
   void tell(const checked_document& /*document*/, const finding_count& /*count*/) override {}
-  void tell_unusable(const std::string& /*file*/, const std::string& /*reason*/) override {}
+  void tell_unusable(const unusable_file& /*file*/) override {}
 };
 
 }  // namespace

@@ -13,6 +13,8 @@
 #include "document_kind.hh"
 #include "findings.hh"
 
+struct unusable_file;
+
 /// A document and what was found in it.
 struct checked_document {
   std::string file;
@@ -45,7 +47,7 @@ class check_output {
   /// `document` has only findings that count.
   virtual void tell(const checked_document& document, const finding_count& count) = 0;
   /// A file that could not be opened.
-  virtual void tell_unusable(const std::string& file, const std::string& reason) = 0;
+  virtual void tell_unusable(const unusable_file& file) = 0;
   virtual void end(const check_summary& /*summary*/) {}
 };
 

@@ -169,6 +169,10 @@ json names_in(const std::string& joined) {
   return names;
 }
 
+json text_or_null(const std::string& text) {
+  return text.empty() ? json(nullptr) : json(to_utf8(text));
+}
+
 json number_or_null(std::optional<std::int32_t> number) {
   return number ? json(*number) : json(nullptr);
 }
@@ -200,29 +204,30 @@ json to_json(const channel_search& channels, std::size_t position) {
 
 json to_json(const std::optional<selection>& selected) {
   if (!selected) return nullptr;
-  json result = {{"type", selected->event},
-                 {"name", event_name_itoa(selected->event)},
-                 {"selected", selected->is_selected},
-                 {"remark", nullptr}};
-  if (!selected->remark.empty()) result["remark"] = to_utf8(selected->remark);
-  return result;
+  return {{"type", selected->event},
+          {"name", event_name_itoa(selected->event)},
+          {"selected", selected->is_selected},
+          {"remark", text_or_null(selected->remark)}};
 }
 
-json to_json(const channel_search& channels, const answer& found, const std::string& name) {
-  json result = json_head("find");
-  result["name"] = to_utf8(name);
-  result["channel"] = nullptr;
-  if (found.channel) result["channel"] = to_json(channels, *found.channel);
-  result["event"] = to_json(found.selected);
-  result["reason"] = nullptr;
-  if (!found.reason.empty()) result["reason"] = to_utf8(found.reason);
-  json& matches = result["matches"] = json::array();
+void print_json(const channel_search& channels, const answer& found, const std::string& name,
+                const json& unusable) {
+  json_printer out;
+  out.begin_object();
+  out.members(json_head("find"));
+  out.member("name", to_utf8(name));
+  out.member("channel", found.channel ? to_json(channels, *found.channel) : json(nullptr));
+  out.member("event", to_json(found.selected));
+  out.member("reason", text_or_null(found.reason));
+  out.begin_array("matches");
   for (const found_channel& match : found.matches) {
     json one = to_json(channels, match.position);
     one["event"] = to_json(match.selected);
-    matches.push_back(std::move(one));
+    out.element(one);
   }
-  return result;
+  out.end();
+  out.member("unusable", unusable);
+  out.end();
 }
 
 }  // namespace
@@ -249,10 +254,6 @@ exit_code find(const std::vector<std::string>& files, const wanted_channel& want
     if (channels.has_documents() && !found.reason.empty()) report(wanted.name, found.reason);
     print(channels, found, wanted.names().is_one_name());
   }
-  if (format == answer_format::json) {
-    json result = to_json(channels, found, wanted.name);
-    result["unusable"] = std::move(unusable);
-    print_json(result);
-  }
+  if (format == answer_format::json) print_json(channels, found, wanted.name, unusable);
   return std::max(loaded, fine_if(found.is_yes));
 }

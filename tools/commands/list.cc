@@ -142,7 +142,7 @@ void print_csv(const listing& all) {
   write_output("-", text);
 }
 
-json to_json(listed_file& one, const std::vector<std::string>& where) {
+void print_json(json_printer& out, listed_file& one, const std::vector<std::string>& where) {
   const held_records records = records_of(one.records);
   std::vector<condition> conditions = conditions_of(where);
   try {
@@ -150,14 +150,16 @@ json to_json(listed_file& one, const std::vector<std::string>& where) {
   } catch (const wrong_selection& reason) {
     throw file_error(one.file, reason.what());
   }
-  json document = json_of_file(one.file, traits_of(one.kind).name);
-  document["errors"] = one.how.errors;
-  json& list = document["records"] = json::array();
+  out.begin_object();
+  out.members(json_of_file(one.file, traits_of(one.kind).name));
+  out.member("errors", one.how.errors);
+  out.begin_array("records");
   for (std::size_t i = 0; i < records.size(); ++i) {
     if (!fits_all(conditions, records[i])) continue;
-    list.push_back(to_json(row_of(records.type(), records[i])));
+    out.element(to_json(row_of(records.type(), records[i])));
   }
-  return document;
+  out.end();
+  out.end();
 }
 
 }  // namespace
@@ -165,24 +167,27 @@ json to_json(listed_file& one, const std::vector<std::string>& where) {
 exit_code list(const std::vector<std::string>& files, const std::vector<std::string>& where,
                const std::vector<std::string>& columns, std::size_t jobs, list_format format) {
   listing all(files.size(), conditions_of(where), columns);
-  json answer = json_head("list");
-  json& documents = answer["documents"] = json::array();
+  const bool as_json = format == list_format::json;
+  json_printer out;
+  if (as_json) begin_documents(out, "list");
   const auto shown = [format](std::string_view text) {
     return format == list_format::csv ? to_utf8(text) : printable(text);
   };
   const exit_code code = for_each_file(
       files, jobs, read,
       [&](listed_file one) {
-        if (format == list_format::json) {
-          documents.push_back(to_json(one, where));
+        if (as_json) {
+          print_json(out, one, where);
         } else {
           all.add(one, shown);
         }
         return report_result(one);
       },
-      [&](const unusable_file& file) { documents.push_back(json_of_unusable(file)); });
+      [&](const unusable_file& file) {
+        if (as_json) out.element(json_of_unusable(file));
+      });
   if (format == list_format::table) print_table(all, !columns.empty());
   if (format == list_format::csv) print_csv(all);
-  if (format == list_format::json) print_json(answer);
+  if (as_json) end_documents(out);
   return code;
 }

@@ -55,9 +55,7 @@ exit_code show(const std::vector<std::string>& files, std::optional<document_kin
 exit_code show_json(const std::vector<std::string>& files, std::optional<document_kind> kind,
                     std::size_t jobs) {
   json_printer out;
-  out.begin_object();
-  out.members(json_head("show"));
-  out.begin_array("documents");
+  begin_documents(out, "show");
   const exit_code code = for_each_file(
       files, jobs, reader_for<&kind_traits::load>(kind),
       [&](const shown<loaded_document>& one) {
@@ -72,7 +70,6 @@ exit_code show_json(const std::vector<std::string>& files, std::optional<documen
         return report_result(one.file, one.document.how.errors);
       },
       [&](const unusable_file& file) { out.element(json_of_unusable(file)); });
-  out.end();
-  out.end();
+  end_documents(out);
   return code;
 }

@@ -270,21 +270,24 @@ json to_json(const counted& one) {
 }  // namespace
 
 exit_code stat(const std::vector<std::string>& files, std::size_t jobs, answer_format format) {
-  json result = json_head("stat");
-  json& documents = result["documents"] = json::array();
+  const bool as_json = format == answer_format::json;
+  json_printer out;
+  if (as_json) begin_documents(out, "stat");
   const exit_code code = for_each_file(
       files, jobs, count_document,
       [&](const counted& one) {
         report(one.how.messages);
-        if (format == answer_format::json) {
-          documents.push_back(to_json(one));
+        if (as_json) {
+          out.element(to_json(one));
         } else {
           print(one);
         }
         report_errors(one.file, one.how.errors, "what could be read is counted");
         return fine_if(one.how.errors == 0);
       },
-      [&](const unusable_file& file) { documents.push_back(json_of_unusable(file)); });
-  if (format == answer_format::json) print_json(result);
+      [&](const unusable_file& file) {
+        if (as_json) out.element(json_of_unusable(file));
+      });
+  if (as_json) end_documents(out);
   return code;
 }
