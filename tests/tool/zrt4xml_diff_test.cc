@@ -367,7 +367,9 @@ TEST(ToolMergeDryRun, PrintsWhatMergingWouldChange) {
   const std::string heading = "--- " + base.path() + "\n+++ merged\n";
   const run_result result = run("merge --dry-run " + base.path() + " " + from.path());
   EXPECT_EQ(result.code, 0);
-  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(result.err,
+            "zrt4xml: " + from.path() +
+                ":1:52: channel 'A/B/C': name \"other\" is not taken: it is \"A.C\" already\n");
   EXPECT_EQ(result.out, heading +
                             "~ channel A/B/C\n"
                             "    stream: 0 -> 4\n"

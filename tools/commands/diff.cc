@@ -117,19 +117,6 @@ void print_end(json_printer& out, const std::vector<std::string>& not_compared,
   out.end();
 }
 
-/// That there is nothing to compare, for programs.
-void print_no_comparison(const std::string& before, const std::string& after,
-                         const json& unusable) {
-  json result = json_head("diff");
-  result["before"] = to_utf8(shown_name(before));
-  result["after"] = to_utf8(shown_name(after));
-  result["equal"] = nullptr;
-  result["differences"] = json::array();
-  result["not_compared"] = json::array();
-  result["unusable"] = unusable;
-  print_json(result);
-}
-
 struct side {
   std::string name;
   document_kind kind;
@@ -193,7 +180,8 @@ exit_code diff(const std::string& before, const std::string& after, answer_forma
     worst = exit_trouble;
   }
   if (!unusable.empty()) {
-    if (format == answer_format::json) print_no_comparison(before, after, unusable);
+    if (format == answer_format::json)
+      print_no_comparison("diff", shown_name(before), shown_name(after), unusable);
     return worst;
   }
   const bool different = print_differences(comparison_of(sides[0], sides[1]), format);
@@ -222,4 +210,16 @@ bool print_differences(const compared& both, answer_format format) {
     print_end(out, both.not_compared, json::array());
   }
   return different;
+}
+
+void print_no_comparison(std::string_view subcommand, const std::string& before,
+                         const std::string& after, const json& unusable) {
+  json_printer out;
+  out.begin_object();
+  out.members(json_head(subcommand));
+  out.member("before", to_utf8(before));
+  out.member("after", to_utf8(after));
+  out.member("equal", nullptr);
+  out.begin_array("differences");
+  print_end(out, {}, unusable);
 }

@@ -1,6 +1,7 @@
 #ifndef DIFF_HH
 #define DIFF_HH
 
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +13,11 @@
 /// `zrt4xml diff`: what two documents of one kind have not in common, record by record; exit code 1
 /// when there is anything.
 exit_code diff(const std::string& before, const std::string& after, answer_format format);
+
+/// Prints that there is nothing to compare, for programs: the answer of a subcommand that compares,
+/// with the files that could not be used, each as `json_of_unusable` tells it.
+void print_no_comparison(std::string_view subcommand, const std::string& before,
+                         const std::string& after, const nlohmann::ordered_json& unusable);
 
 /// Two lists of records, compared, and what they are called.
 struct compared {

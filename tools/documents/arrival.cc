@@ -1,6 +1,7 @@
 #include "arrival.hh"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 #include <variant>
 
@@ -36,12 +37,6 @@ std::string_view form_without(document_form form, std::string_view owner, std::s
   return {};
 }
 
-std::string key_of(const difference& each) {
-  const row::field& key = each.record->key();
-  const auto* text = std::get_if<std::string_view>(&key.value);
-  return text != nullptr ? "'" + printable(*text) + "'" : described(key);
-}
-
 std::string property_of(const row& record) {
   for (const row::field& field : record.fields) {
     if (field.name == "property") return std::string(std::get<std::string_view>(field.value));
@@ -54,36 +49,42 @@ bool is_told_by_absence(const row::field& field) {
   return text != nullptr && text->empty();
 }
 
-class collector {
+class teller {
  public:
-  explicit collector(document_form to) : form(to) {}
+  teller(document_form to, const std::function<void(const loss&)>& with) : form(to), use(with) {}
 
-  void take(const difference& each) {
-    property = property_of(*each.record);
-    take(each, std::string(each.one_name) + " " + key_of(each), {});
+  void tell(const difference& each) {
+    current = {{}, property_of(*each.record), {}, {}, merged_origins::itself, each.before};
+    tell(each, std::string(each.one_name) + " " + shown_key(*each.record), {});
   }
-
-  std::vector<loss> all;
 
  private:
-  void take(const difference& each, const std::string& name, const std::string& kind) {
+  void tell(const difference& each, const std::string& name, const std::string& kind) {
     if (each.what == difference::kind::added) {
-      add(kind + "added", name + " arrives, which is not there");
-    } else if (each.what == difference::kind::removed) {
-      add(kind.empty() ? std::string(each.one_name) : kind.substr(0, kind.size() - 1),
-          name + " does not arrive" + reason_for_record(each), kind.empty());
+      return tell_one(kind + "added", name + " arrives, which is not there");
+    }
+    current.records.push_back(each.record->record);
+    if (each.what == difference::kind::removed) {
+      tell_one(kind.empty() ? std::string(each.one_name) : kind.substr(0, kind.size() - 1),
+               name + " does not arrive" + reason_for_record(each));
     } else {
-      for (const difference::field& field : each.fields)
-        take_field(field, each.one_name, name, kind);
+      for (const difference::field& field : each.fields) {
+        current.field = field_set{1} << (field.before - each.record->fields.data());
+        tell_field(field, each.one_name, name, kind);
+      }
+      current.field = merged_origins::itself;
       for (const difference& inner : each.inside) {
         const std::string one(inner.one_name);
-        take(inner, std::string(name).append(", ").append(one).append(" ").append(key_of(inner)),
-             std::string(kind).append(one).append(" "));
+        tell(
+            inner,
+            std::string(name).append(", ").append(one).append(" ").append(shown_key(*inner.record)),
+            std::string(kind).append(one).append(" "));
       }
     }
+    current.records.pop_back();
   }
 
-  void take_field(const difference::field& field, std::string_view owner, const std::string& name,
+  void tell_field(const difference::field& field, std::string_view owner, const std::string& name,
                   const std::string& kind) {
     std::string_view why = form_without(form, owner, field.before->name);
     const std::string held(field.before->name);
@@ -97,7 +98,7 @@ class collector {
     std::string reason(why);
     if (reason.empty() && text != nullptr) reason = why_altered(*text);
     if (!reason.empty()) line += ": " + reason;
-    add(kind + held, line);
+    tell_one(kind + held, line);
   }
 
   std::string why_altered(std::string_view text) const {
@@ -121,20 +122,35 @@ class collector {
     return {};
   }
 
-  void add(std::string kind, std::string text, bool is_record = false) {
-    all.push_back({std::move(kind), property, is_record, std::move(text)});
+  void tell_one(const std::string& kind, const std::string& text) {
+    current.kind = kind;
+    current.text = text;
+    use(current);
   }
 
   const document_form form;
-  std::string property;
+  const std::function<void(const loss&)>& use;
+  loss current;
 };
 
 }  // namespace
 
-std::vector<loss> losses_between(const row_list& sent, const row_list& arriving,
-                                 std::string_view record_name, document_form form) {
-  collector found(form);
-  for_each_difference(sent, arriving, record_name,
-                      [&](const difference& each) { found.take(each); });
-  return std::move(found.all);
+std::optional<record_origin> origin_of(const loss& lost, merged_origins* origins) {
+  if (lost.records.empty()) return {};
+  if (origins != nullptr) {
+    field_set wanted = lost.field;
+    for (auto each = lost.records.rbegin(); each != lost.records.rend(); ++each) {
+      if (const auto from = origins->of(*each, wanted)) return from;
+      wanted = merged_origins::itself;
+    }
+  }
+  return record_origin{0, static_cast<std::uint32_t>(lost.before)};
+}
+
+void for_each_loss(const row_list& sent, const row_list& arriving, std::string_view record_name,
+                   document_form form, const std::function<void(const loss&)>& use) {
+  teller told(form, use);
+  for_each_difference(
+      sent, arriving, record_name, [&](const difference& each) { told.tell(each); },
+      matching::in_order);
 }

@@ -16,9 +16,11 @@ void sort_deeply(rows& list) {
   std::sort(list.begin(), list.end());
 }
 
-std::vector<difference> of_sorted(const rows& before, const rows& after, std::string_view one_name);
+std::vector<difference> of_sorted(const rows& before, const rows& after, std::string_view one_name,
+                                  matching among_several);
 
-difference between(const row& before, const row& after, std::string_view one_name) {
+difference between(const row& before, const row& after, std::string_view one_name,
+                   matching among_several) {
   difference result{difference::kind::changed, one_name, &before, {}, {}};
   for (std::size_t i = 0; i < before.fields.size(); ++i) {
     if (before.fields[i] == after.fields[i]) continue;
@@ -26,7 +28,8 @@ difference between(const row& before, const row& after, std::string_view one_nam
   }
   for (std::size_t i = 0; i < before.groups.size(); ++i) {
     const row_group& was = before.groups[i];
-    for (difference& each : of_sorted(was.rows, after.groups[i].rows, was.one_name)) {
+    for (difference& each :
+         of_sorted(was.rows, after.groups[i].rows, was.one_name, among_several)) {
       result.inside.push_back(std::move(each));
     }
   }
@@ -50,8 +53,29 @@ place end_of_key(place first, place end) {
   return std::find_if_not(first, end, [&](const row& each) { return each.key() == first->key(); });
 }
 
-std::vector<difference> of_sorted(const rows& before, const rows& after,
-                                  std::string_view one_name) {
+bool stands_before(const row* a, const row* b) {
+  return a->at < b->at;
+}
+
+/// The records of one key, in the order of their list.
+class listed_records {
+ public:
+  listed_records(place first, place end) {
+    for (; first != end; ++first) all.push_back(&*first);
+    std::sort(all.begin(), all.end(), stands_before);
+  }
+
+  std::size_t before(const row& record) const {
+    const auto at = std::lower_bound(all.begin(), all.end(), &record, stands_before);
+    return static_cast<std::size_t>(at - all.begin());
+  }
+
+ private:
+  std::vector<const row*> all;
+};
+
+std::vector<difference> of_sorted(const rows& before, const rows& after, std::string_view one_name,
+                                  matching among_several) {
   std::vector<difference> result;
   place was = before.begin();
   place is = after.begin();
@@ -60,16 +84,22 @@ std::vector<difference> of_sorted(const rows& before, const rows& after,
     const bool no_old = was == before.end() || (is != after.end() && is->key() < was->key());
     const place was_end = no_old ? was : end_of_key(was, before.end());
     const place is_end = no_new ? is : end_of_key(is, after.end());
-    const auto old_ones = those_only_in(was, was_end, is, is_end);
-    const auto new_ones = those_only_in(is, is_end, was, was_end);
+    auto old_ones = those_only_in(was, was_end, is, is_end);
+    auto new_ones = those_only_in(is, is_end, was, was_end);
+    const listed_records of_key(was, was_end);
+    if (among_several == matching::in_order) {
+      std::sort(old_ones.begin(), old_ones.end(), stands_before);
+      std::sort(new_ones.begin(), new_ones.end(), stands_before);
+    }
     for (std::size_t i = 0; i < std::max(old_ones.size(), new_ones.size()); ++i) {
       if (i >= old_ones.size()) {
         result.push_back({difference::kind::added, one_name, new_ones[i], {}, {}});
       } else if (i >= new_ones.size()) {
         result.push_back({difference::kind::removed, one_name, old_ones[i], {}, {}});
       } else {
-        result.push_back(between(*old_ones[i], *new_ones[i], one_name));
+        result.push_back(between(*old_ones[i], *new_ones[i], one_name, among_several));
       }
+      if (i < old_ones.size()) result.back().before = of_key.before(*old_ones[i]);
     }
     was = was_end;
     is = is_end;
@@ -104,7 +134,8 @@ rows take_rows(const row_list& list, const keys& all, std::size_t& from, const c
 }  // namespace
 
 void for_each_difference(const row_list& before, const row_list& after, std::string_view one_name,
-                         const std::function<void(const difference&)>& use) {
+                         const std::function<void(const difference&)>& use,
+                         matching among_several) {
   const keys was = sorted_keys(before);
   const keys is = sorted_keys(after);
   std::size_t old_one = 0;
@@ -118,6 +149,6 @@ void for_each_difference(const row_list& before, const row_list& after, std::str
     if (old_ones == new_ones) continue;
     sort_deeply(old_ones);
     sort_deeply(new_ones);
-    for (const difference& each : of_sorted(old_ones, new_ones, one_name)) use(each);
+    for (const difference& each : of_sorted(old_ones, new_ones, one_name, among_several)) use(each);
   }
 }

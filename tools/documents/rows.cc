@@ -10,7 +10,10 @@ std::vector<row> rows_in(const record_group& group, const void* holder) {
   std::vector<row> rows;
   const std::size_t size = group.size(holder);
   rows.reserve(size);
-  for (std::size_t i = 0; i < size; ++i) rows.push_back(row_of(*group.type, group.at(holder, i)));
+  for (std::size_t i = 0; i < size; ++i) {
+    rows.push_back(row_of(*group.type, group.at(holder, i)));
+    rows.back().at = i;
+  }
   return rows;
 }
 
@@ -49,8 +52,15 @@ std::string described(const row::field& field) {
   return result;
 }
 
+std::string shown_key(const row& record) {
+  const row::field& key = record.key();
+  const auto* text = std::get_if<std::string_view>(&key.value);
+  return text != nullptr ? "'" + printable(*text) + "'" : described(key);
+}
+
 row row_of(const record_type& type, const void* record) {
   row result;
+  result.record = record;
   result.fields.reserve(type.field_count);
   for (std::size_t i = 0; i < type.field_count; ++i) {
     const record_field& field = type.fields[i];

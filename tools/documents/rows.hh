@@ -37,6 +37,8 @@ struct row {
   };
   std::vector<field> fields;
   std::vector<row_group> groups;
+  const void* record = nullptr;  ///< of which the row was made
+  std::size_t at = 0;            ///< its position in its list
 
   const field& key() const { return fields.front(); }
 };
@@ -48,6 +50,8 @@ row row_of(const record_type& type, const void* record);
 
 /// A value as a person reads it: "38 BPM_2010", or a text in quotes.
 std::string described(const row::field& field);
+/// The key of a record in a message: 'A/B/C', or 3.
+std::string shown_key(const row& record);
 
 /// The rows of a list, each made when it is asked for: all of them would take as much memory as the
 /// records. The list must live as long.
@@ -87,6 +91,7 @@ class row_list {
   bool empty() const { return count == 0; }
   row operator[](std::size_t at) const {
     row result = make(list, at);
+    result.at = at;
     if (change != nullptr) change(result);
     return result;
   }

@@ -8,12 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "document_kind.hh"
+#include "merged_origins.hh"
 #include "output_file.hh"
 #include "rows.hh"
+#include "sources.hh"
 #include "zrt4xml.hh"
-
-class input_file;
 
 /// What `--to` accepts; `same` is the form of the document that was read.
 enum class document_form { same, xml, variables, text, short_text, csv };
@@ -51,22 +50,13 @@ written written_form(zrt4::channel_list& list, document_form form);
 written written_form(zrt4::env_dictionary& list, document_form form);
 written written_form(zrt4::env_dictionary_2010& list, document_form form);
 
-/// The documents from which a list was read, and whether all of them were read cleanly.
-struct sources {
-  struct document {
-    std::unique_ptr<input_file> file;
-    document_kind kind;
-  };
-  std::vector<document> documents;
-  bool read_cleanly = true;
-};
-
 /// Reports what of a document is not read, and so is lost; returns whether anything is.
 bool report_unread(const sources::document& from, document_form form, bool wide = false);
 
-/// Reports what of the records does not arrive, with its place in the sources; returns whether
-/// anything is lost.
-bool report_losses(const sources& from, const composition& made, document_form form);
+/// Reports what of the records does not arrive, with its place in the document that it is from;
+/// returns whether anything is lost.
+bool report_losses(const sources& from, const composition& made, document_form form,
+                   merged_origins* origins = nullptr);
 
 struct target {
   std::string name;
