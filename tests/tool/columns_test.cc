@@ -14,7 +14,10 @@ std::string table_of(const std::vector<row>& rows) {
   std::vector<const row*> pointers;
   for (const row& each : rows) pointers.push_back(&each);
   std::string json;
-  append_table(json, pointers);
+  append_table(json, pointers, 1);
+  std::string by_several;
+  append_table(by_several, pointers, 3);
+  EXPECT_EQ(by_several, json);
   return json;
 }
 

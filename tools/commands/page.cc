@@ -88,7 +88,7 @@ exit_code page(const std::vector<std::string>& files, const std::string& before,
                         [&](const difference& each) { changes->all.add(each); });
   }
   const std::string& shown_title = title.empty() ? title_of(files) : title;
-  write_output(output,
-               make_page(shown_title, documents, changes ? &*changes : nullptr, time_to_tell()));
+  write_output(output, make_page(shown_title, documents, changes ? &*changes : nullptr,
+                                 time_to_tell(), jobs));
   return worst;
 }

@@ -7,6 +7,7 @@
 #include <map>
 #include <unordered_map>
 
+#include "in_order.hh"
 #include "json.hh"
 
 namespace {
@@ -145,8 +146,8 @@ void append_column(std::string& to, const rows_inside& rows, std::size_t field) 
   to += '}';
 }
 
-// What is inside a table, between its braces.
-void append_inside(std::string& to, const rows_inside& rows);
+// What is inside a table, between its braces, by so many threads.
+void append_inside(std::string& to, const rows_inside& rows, std::size_t threads);
 
 void append_group(std::string& to, const rows_inside& outer, std::size_t group) {
   const row_group& first = outer.front()->groups[group];
@@ -164,26 +165,34 @@ void append_group(std::string& to, const rows_inside& outer, std::size_t group) 
   to += ",\"counts\":";
   append_numbers(to, "count", counts);
   to += ',';
-  append_inside(to, all);
+  append_inside(to, all, 1);
   to += '}';
 }
 
-void append_inside(std::string& to, const rows_inside& rows) {
+void append_inside(std::string& to, const rows_inside& rows, std::size_t threads) {
   to += "\"rows\":";
   append_number(to, static_cast<std::int64_t>(rows.size()));
-  to += ",\"columns\":[";
   const std::size_t fields = rows.empty() ? 0 : rows.front()->fields.size();
-  for (std::size_t i = 0; i < fields; ++i) {
-    if (i != 0) to += ',';
-    append_column(to, rows, i);
-  }
-  to += "],\"groups\":[";
   const std::size_t groups = rows.empty() ? 0 : rows.front()->groups.size();
-  for (std::size_t i = 0; i < groups; ++i) {
-    if (i != 0) to += ',';
-    append_group(to, rows, i);
-  }
-  to += ']';
+  in_order<std::string> parts(fields + groups, threads, [&](std::size_t number) {
+    std::string part;
+    if (number < fields) {
+      append_column(part, rows, number);
+    } else {
+      append_group(part, rows, number - fields);
+    }
+    return part;
+  });
+  const auto append_parts = [&](std::string_view name, std::size_t count) {
+    to.append(",\"").append(name).append("\":[");
+    for (std::size_t i = 0; i < count; ++i) {
+      if (i != 0) to += ',';
+      to += parts.next();
+    }
+    to += ']';
+  };
+  append_parts("columns", fields);
+  append_parts("groups", groups);
 }
 
 }  // namespace
@@ -199,8 +208,8 @@ void append_numbers(std::string& to, std::string_view name, const std::vector<st
   to += '}';
 }
 
-void append_table(std::string& to, const std::vector<const row*>& rows) {
+void append_table(std::string& to, const std::vector<const row*>& rows, std::size_t threads) {
   to += '{';
-  append_inside(to, rows);
+  append_inside(to, rows, threads);
   to += '}';
 }

@@ -27,7 +27,7 @@ void append_text(std::string& to, std::string_view text);
 /// Appends a column of numbers.
 void append_numbers(std::string& to, std::string_view name, const std::vector<std::int64_t>& all);
 
-/// Appends a table. The rows are of one kind.
-void append_table(std::string& to, const std::vector<const row*>& rows);
+/// Appends a table, whose columns so many threads make. The rows are of one kind.
+void append_table(std::string& to, const std::vector<const row*>& rows, std::size_t threads);
 
 #endif

@@ -98,8 +98,8 @@ record_tables tables_of(const std::vector<page_document>& documents) {
 
 class page_data {
  public:
-  page_data(const std::vector<page_document>& all, const page_changes* found)
-      : documents(all), changes(found), tables(tables_of(all)) {}
+  page_data(const std::vector<page_document>& all, const page_changes* found, std::size_t jobs)
+      : documents(all), changes(found), threads(jobs), tables(tables_of(all)) {}
 
   std::string json(const std::string& title, std::time_t made);
 
@@ -113,6 +113,7 @@ class page_data {
 
   const std::vector<page_document>& documents;
   const page_changes* changes;
+  std::size_t threads;
   record_tables tables;
   std::string to;
 };
@@ -191,7 +192,7 @@ void page_data::append_records(const record_table& table) {
     append_change_column(rows);
   }
   to += ",\"table\":";
-  append_table(to, all_of(rows));
+  append_table(to, all_of(rows), threads);
   to += '}';
 }
 
@@ -203,7 +204,7 @@ void page_data::append_change_column(const std::vector<row>& rows) {
     states.push_back({{{"change", changes->all.state_of(each), ""}}, {}});
   }
   to += ",\"change\":";
-  append_table(to, all_of(states));
+  append_table(to, all_of(states), threads);
 }
 
 void page_data::append_findings() {
@@ -221,7 +222,7 @@ void page_data::append_findings() {
   }
   if (found.empty()) return;
   to += ",\"findings\":";
-  append_table(to, all_of(found));
+  append_table(to, all_of(found), threads);
 }
 
 void page_data::append_changes() {
@@ -235,7 +236,7 @@ void page_data::append_changes() {
   append_member(to, "removed", changes->all.number_of(difference::kind::removed));
   append_member(to, "changed", changes->all.number_of(difference::kind::changed));
   to += ",\"table\":";
-  append_table(to, all_of(changes->all.rows()));
+  append_table(to, all_of(changes->all.rows()), threads);
   to += '}';
 }
 
@@ -271,30 +272,28 @@ page_document read_for_page(input_file& file) {
   document.kind = kind_of(file);
   const document_kind kind = *document.kind;
   // Where there is no further thread, it happens when it is asked for.
+  auto check = std::async([&] { return findings_of(file, kind, findings_of_a_rule); });
   auto scan = std::async([&] {
     source_scan result{utf8_text(file), {}};
     result.places = record_places(file, kind, result.text);
     return result;
   });
   document.loaded = traits_of(kind).load(file);
-  auto source = std::async([&] {
-    source_scan scanned = scan.get();
-    document.places = places_of(document.loaded.rows, std::move(scanned.places));
-    document.source = pack_source(scanned.text, document.places);
-  });
-  document.findings = findings_of(file, kind, findings_of_a_rule);
-  source.get();
+  source_scan source = scan.get();
+  document.places = places_of(document.loaded.rows, std::move(source.places));
+  document.source = pack_source(source.text, document.places);
+  document.findings = check.get();
   return document;
 }
 
 std::string make_page(const std::string& title, const std::vector<page_document>& documents,
-                      const page_changes* changes, std::time_t made) {
+                      const page_changes* changes, std::time_t made, std::size_t jobs) {
   const auto content_of = [&](std::string_view name, std::string& page) {
     if (name == "title") page += escaped(title);
     if (name == "generator") page += "zrt4xml " ZRT4_VERSION;
     if (name == "policy") page += policy();
     if (name == "style") page += page_parts.style;
-    if (name == "data") page += packed(page_data(documents, changes).json(title, made));
+    if (name == "data") page += packed(page_data(documents, changes, jobs).json(title, made));
     if (name == "script") {
       for (const std::string_view part : page_parts.script) page += part;
     }

@@ -35,8 +35,8 @@ struct page_changes {
   change_list all;
 };
 
-/// The whole file. `made` is the time that it tells.
+/// The whole file, by so many threads. `made` is the time that it tells.
 std::string make_page(const std::string& title, const std::vector<page_document>& documents,
-                      const page_changes* changes, std::time_t made);
+                      const page_changes* changes, std::time_t made, std::size_t jobs);
 
 #endif
