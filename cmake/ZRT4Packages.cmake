@@ -34,20 +34,28 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
   ${PROJECT_SOURCE_DIR}/cmake/debian/triggers ${PROJECT_BINARY_DIR}/debian/symbols)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
-  "The shared libraries that programs load.")
+  "The shared libraries that programs load: readers of event lists, channel
+descriptions, environment index dictionaries and features of GigE cameras,
+writers of channel descriptions and dictionaries, and the names and classes
+of event and data types.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libzrt4xml-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
   "${library_package} (= ${PROJECT_VERSION}), libxerces-c-dev (>= 3.2)")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
-  "Headers, CMake package and pkg-config file, for building programs.")
+  "What programs that use the library are built with: its headers, CMake package
+and pkg-config file, with the documentation, and with examples of all kinds of
+documents and of a program.")
 
 set(CPACK_DEBIAN_TOOL_PACKAGE_NAME zrt4xml)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_TOOL_DESCRIPTION
-  "The command-line tool, with its manual page and completion.")
+  "The command-line tool, which shows, checks, compares, selects, changes and
+converts these documents, with its manual page and completion. With it come
+grammars (RELAX NG and XML Schema) for editors and validators, and the schema
+of the tool's JSON.")
 
 # Built for one version of Python, the system's.
 set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-zrt4xml)
@@ -59,7 +67,9 @@ set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA  # compiled sources come and go wi
   ${PROJECT_SOURCE_DIR}/cmake/python3-zrt4xml/postinst
   ${PROJECT_SOURCE_DIR}/cmake/python3-zrt4xml/prerm)
 set(CPACK_COMPONENT_PYTHON_DESCRIPTION
-  "The package of Python: the same documents as lists, arrays and data frames.")
+  "The package zrt4xml of Python, in which these documents are lists of records,
+arrays of NumPy and data frames of pandas, with what the command-line tool
+tells about them. Its types are annotated.")
 
 # What else Debian wants of a package: cmake/debian/finish.cmake adds it.
 set(CPACK_ZRT4_DEBIAN ${PROJECT_SOURCE_DIR}/cmake/debian)
