@@ -29,8 +29,10 @@ enum class field_role {
 
 template <class Record>
 struct channel_field {
-  std::variant<char (Record::*)[16], char (Record::*)[64], char (Record::*)[80],
-               char (Record::*)[256], std::int32_t Record::*, std::uint32_t Record::*>
+  // Texts of these sizes; another one is added here.
+  std::variant<char (Record::*)[16], char (Record::*)[32], char (Record::*)[64],
+               char (Record::*)[80], char (Record::*)[128], char (Record::*)[256],
+               std::int32_t Record::*, std::uint32_t Record::*>
       member;
   std::string_view name;     ///< of the member
   listed row;                ///< as a value of a record, for programs: JSON, diff, stat
