@@ -88,7 +88,7 @@ class clean_documents {
   std::string shuffled(std::vector<std::string> all) {
     std::string joined;
     while (!all.empty()) {
-      const auto at = all.begin() + below(static_cast<unsigned>(all.size()));
+      const auto at = all.begin() + static_cast<int>(below(static_cast<unsigned>(all.size())));
       joined += *at;
       all.erase(at);
     }
