@@ -15,14 +15,15 @@ using record_class = py::class_<record, std::shared_ptr<record>>;
 std::string documentation(const field& of) {
   std::string text;
   if (of.is_text()) {
-    text = of.longest == 0 ? "A text of any length"
-                           : "A text of at most " + std::to_string(of.longest) + " bytes in UTF-8";
-  } else if (of.least == of.most) {
+    text = of.room == record_field::any_length
+               ? "A text of any length"
+               : "A text of at most " + std::to_string(of.room) + " bytes in UTF-8";
+  } else if (of.holds == value_kind::threshold) {
     text = "A 32-bit floating-point number";
   } else {
     text = "A number from " + std::to_string(of.least) + " to " + std::to_string(of.most);
   }
-  text += "; '" + std::string(of.row) + "' in the tool's JSON.";
+  text += "; '" + std::string(of.name) + "' in the tool's JSON.";
   if (!of.meaning.empty()) text += " Means: " + std::string(of.meaning) + ".";
   return text;
 }
@@ -32,7 +33,7 @@ void bind_fields(Class& bound, const record_type& type) {
   for (const field& each : type.fields) {
     const field* const of = &each;
     bound.def_property(
-        std::string(each.name).c_str(),
+        std::string(each.member).c_str(),
         [of](const record& self) { return value_of(*of, self.get()); },
         [of](record& self, const py::object& value) { set_value(*of, self.get(), value); },
         documentation(each).c_str());
@@ -60,13 +61,14 @@ void bind_fields(Class& bound, const record_type& type) {
 py::tuple fields_of(const record_type& type) {
   py::list all;
   for (const field& each : type.fields) {
-    const char* const kind = each.is_text()                            ? "str"
-                             : each.least == each.most                 ? "float"
-                             : each.names == number_names::none        ? "int"
-                             : each.names == number_names::event_types ? "EventType"
-                             : each.names == number_names::data_types  ? "DataType"
-                                                                       : "FeatureType";
-    all.append(py::make_tuple(py::str(each.name), py::str(each.row), kind, each.longest));
+    const char* const kind = each.is_text()                                  ? "str"
+                             : each.holds == value_kind::threshold           ? "float"
+                             : each.enumeration == number_names::none        ? "int"
+                             : each.enumeration == number_names::event_types ? "EventType"
+                             : each.enumeration == number_names::data_types  ? "DataType"
+                                                                             : "FeatureType";
+    const std::size_t longest = each.room == record_field::any_length ? 0 : each.room;
+    all.append(py::make_tuple(py::str(each.member), py::str(each.name), kind, longest));
   }
   return py::tuple(all);
 }

@@ -35,6 +35,7 @@ PYBIND11_MODULE(_core, module) {
   bind_tables(module);
   bind_answers(module);
   bind_selector(module);
+  module.attr("version") = ZRT4_VERSION;
   constexpr int data_types_end = ZRT4_BLOCK_MAX_2010 + 1;
   module.attr("event_types") = named_numbers(ZRT4_EV_EVMAX + 1, event_name_itoa);
   module.attr("data_types") = named_numbers(data_types_end, block_name_itoa);

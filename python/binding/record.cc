@@ -2,8 +2,6 @@
 
 #include <pybind11/pybind11.h>
 
-#include <cstring>
-#include <type_traits>
 #include <utility>
 
 namespace zrt4::python {
@@ -33,18 +31,6 @@ class new_record {
   const record_type& type;
   void* made;
 };
-
-template <class Value>
-bool same(const Value* a, const Value* b) {
-  if constexpr (std::is_same_v<Value, float>) {
-    return std::memcmp(a, b, sizeof *a) == 0;  // what is no number, too
-  } else {
-    return *a == *b;
-  }
-}
-bool same(const text_place& a, const text_place& b) {
-  return std::strcmp(a.bytes, b.bytes) == 0;
-}
 
 }  // namespace
 
@@ -121,19 +107,7 @@ std::shared_ptr<record> record::copy() const {
 
 void* copy_of(const record_type& type, void* from) {
   new_record made(type);
-  for (const field& each : type.fields) {
-    const place to = each.in(made.get());
-    std::visit(
-        [&](auto source) {
-          auto target = std::get<decltype(source)>(to);
-          if constexpr (std::is_pointer_v<decltype(source)>) {
-            *target = *source;
-          } else {
-            std::memcpy(target.bytes, source.bytes, source.size);
-          }
-        },
-        each.in(from));
-  }
+  for (const field& each : type.fields) each.set(made.get(), each.get(from));
   for (const name_list& each : type.names) each.set(made.get(), each.get(from));
   for (const group& each : type.groups) {
     for (std::size_t i = 0; i < each.size(from); ++i) {
@@ -152,10 +126,7 @@ void* copy_of(const record_type& type, void* from) {
 bool equal(const record_type& type, void* a, void* b) {
   if (a == b) return true;
   for (const field& each : type.fields) {
-    const place there = each.in(b);
-    const bool alike = std::visit(
-        [&](auto here) { return same(here, std::get<decltype(here)>(there)); }, each.in(a));
-    if (!alike) return false;
+    if (!(each.get(a) == each.get(b))) return false;
   }
   for (const name_list& each : type.names) {
     if (each.get(a) != each.get(b)) return false;

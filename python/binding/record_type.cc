@@ -3,14 +3,10 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <limits>
 #include <new>
-#include <type_traits>
+#include <utility>
 
-#include "channel_fields.hh"
-#include "dictionary_fields.hh"
-#include "event_fields.hh"
-#include "feature_fields.hh"
+#include "channel_records.hh"
 #include "record.hh"
 #include "zrt4xml.hh"
 
@@ -20,125 +16,44 @@ namespace {
 
 using entry_2010 = zrt4_env_index_dictionary_entry_2010;
 
-template <std::size_t Size>
-place place_of(char (&text)[Size]) {
-  return text_place{text, Size};
-}
-template <class Value>
-place place_of(Value& value) {
-  return &value;
+number_names enumeration_of(const record_field& field) {
+  if (field.names == nullptr) return number_names::none;
+  if (field.names == event_name_itoa) return number_names::event_types;
+  if (field.names == block_name_itoa) return number_names::data_types;
+  return number_names::feature_types;
 }
 
-/// What holds for every field with values of this type.
-template <class Value>
-field field_of(std::string_view name, std::string_view row) {
-  field made{name, row, number_names::none, 0, 1, 0, nullptr, nullptr};
-  if constexpr (std::is_array_v<Value>) made.longest = sizeof(Value) - 1;
-  if constexpr (std::is_integral_v<Value>) {
-    made.least = std::numeric_limits<Value>::min();
-    made.most = std::numeric_limits<Value>::max();
+/// What the tool knows of the records, with the members that are keys.
+struct known_record {
+  const ::record_type& type;
+  std::vector<std::string_view> keys;
+
+  std::vector<field> fields() const {
+    std::vector<field> all;
+    for (std::size_t i = 0; i < type.field_count; ++i) {
+      const record_field& each = type.fields[i];
+      const bool is_key = std::find(keys.begin(), keys.end(), each.member) != keys.end();
+      all.push_back({each, &type, i, enumeration_of(each), is_key});
+    }
+    return all;
   }
-  if constexpr (std::is_same_v<Value, float>) made.least = made.most = 0;
-  return made;
+};
+
+const ::record_type& channel_type() {
+  return *records_in(zrt4::channel_list()).type;
+}
+const ::record_type& event_type() {
+  return *records_in(zrt4::event_list()).type;
 }
 
-/// A field whose row of a table has a variant of members, or of functions that return them.
-template <class Record, class Row>
-field field_of_row(const Row& row, std::string_view row_name) {
-  Record blank{};
-  field made = detail::with_value(row.member, blank, [&](auto& value) {
-    return field_of<std::remove_reference_t<decltype(value)>>(row.name, row_name);
-  });
-  made.meaning = row.meaning;
-  made.row_of_table = &row;
-  made.find = [](const void* of_table, void* of) {
-    return detail::with_value(static_cast<const Row*>(of_table)->member, *static_cast<Record*>(of),
-                              [](auto& value) { return place_of(value); });
-  };
-  return made;
-}
+// The groups of a channel, in the order in which the tool has them.
+enum { bits_of_channel, dimensions_of_channel };
 
-number_names names_of(detail::field_role role) {
-  if (role == detail::field_role::event_type) return number_names::event_types;
-  if (role == detail::field_role::data_type) return number_names::data_types;
-  return number_names::none;
+const ::record_type& dimension_type() {
+  return *channel_type().groups[dimensions_of_channel].type;
 }
-
-// In the order in which a person reads them, which is that of the tool's JSON.
-template <class Record>
-std::vector<field> channel_fields() {
-  using table_row = detail::channel_field<Record>;
-  std::vector<field> fields;
-  for (const table_row* row :
-       detail::in_order<&table_row::row>(detail::fields_of(static_cast<const Record*>(nullptr)))) {
-    field made = field_of_row<Record>(*row, row->row.name);
-    made.names = names_of(row->role);
-    made.is_key =
-        row->role == detail::field_role::property || row->role == detail::field_role::daq_name;
-    fields.push_back(made);
-  }
-  return fields;
-}
-
-std::vector<field> entry_fields() {
-  std::vector<field> fields;
-  for (const auto& row : detail::dictionary_fields<entry_2010>) {
-    fields.push_back(field_of_row<entry_2010>(row, row.row));
-    fields.back().is_key = fields.back().is_text();
-  }
-  return fields;
-}
-
-std::vector<field> event_fields() {
-  field type{"evtype", "event_type", number_names::event_types, 0, 0, ZRT4_EV_EVMAX, nullptr,
-             nullptr,  true};
-  type.find = [](const void*, void* of) -> place {
-    return &static_cast<zrt4_ev_entry*>(of)->evtype;
-  };
-  std::vector<field> fields{type};
-  for (const detail::event_number& row : detail::event_numbers) {
-    field made = field_of<std::uint32_t>(row.name, row.row);
-    made.meaning = row.meaning;
-    made.row_of_table = &row;
-    made.find = [](const void* of_table, void* of) -> place {
-      return &static_cast<const detail::event_number*>(of_table)->in(
-          *static_cast<zrt4_ev_entry*>(of));
-    };
-    fields.push_back(made);
-  }
-  return fields;
-}
-
-std::vector<field> block_fields() {
-  field name{"name",  "name", number_names::none, detail::longest_block_name, 1, 0,
-             nullptr, nullptr};
-  name.find = [](const void*, void* of) {
-    return place_of(static_cast<zrt4_ev_sb_list*>(of)->sb_list);
-  };
-  return {name};
-}
-
-std::vector<field> feature_fields() {
-  std::vector<field> fields;
-  for (const detail::feature_field& row : detail::feature_fields) {
-    field made = field_of<std::string>(row.name, row.row);
-    made.row_of_table = &row;
-    made.find = [](const void* of_table, void* of) -> place {
-      return &(static_cast<ZRT4GigEFeature*>(of)
-                   ->*static_cast<const detail::feature_field*>(of_table)
-                   ->text);
-    };
-    made.is_key = row.text == &ZRT4GigEFeature::name;
-    fields.push_back(made);
-    if (!made.is_key) continue;
-    field type{"type",  "type", number_names::feature_types, 0, 0, FEATURE_TYPE_MAX - 1,
-               nullptr, nullptr};
-    type.find = [](const void*, void* of) -> place {
-      return &static_cast<ZRT4GigEFeature*>(of)->type;
-    };
-    fields.push_back(type);
-  }
-  return fields;
+const ::record_type& block_type() {
+  return *event_type().groups->type;
 }
 
 /// The counter says that the records are its own.
@@ -149,48 +64,34 @@ void recount(Outer& outer) {
 
 /// Records inside a record, with their counter.
 template <class Outer, class Inner, std::vector<Inner*> Outer::*list, std::int32_t Outer::*counter>
-group counted_group(std::string_view name) {
-  group made{};
-  made.name = name;
-  made.type = type_of<Inner>;
-  made.size = [](const void* of) { return (static_cast<const Outer*>(of)->*list).size(); };
-  made.at = [](const void* of, std::size_t position) -> void* {
-    return (static_cast<const Outer*>(of)->*list)[position];
-  };
-  made.insert = [](void* of, std::size_t position, void* inner) {
+group counted_group(std::string_view name, const record_group& known) {
+  const auto insert = [](void* of, std::size_t position, void* inner) {
     Outer& outer = *static_cast<Outer*>(of);
     auto& records = outer.*list;
     records.insert(records.begin() + static_cast<std::ptrdiff_t>(position),
                    static_cast<Inner*>(inner));
     recount<list, counter>(outer);
   };
-  made.take_out = [](void* of, std::size_t position) {
+  const auto take_out = [](void* of, std::size_t position) {
     Outer& outer = *static_cast<Outer*>(of);
     auto& records = outer.*list;
     records.erase(records.begin() + static_cast<std::ptrdiff_t>(position));
     recount<list, counter>(outer);
   };
-  return made;
+  return {name, type_of<Inner>, insert, take_out, &known};
 }
 
 group server_blocks() {
-  group made{};
-  made.name = "server_blocks";
-  made.type = type_of<zrt4_ev_sb_list>;
-  made.size = [](const void* of) { return static_cast<const zrt4_ev_entry*>(of)->sb_list->size(); };
-  made.at = [](const void* of, std::size_t position) -> void* {
-    return (*static_cast<const zrt4_ev_entry*>(of)->sb_list)[position];
-  };
-  made.insert = [](void* of, std::size_t position, void* inner) {
+  const auto insert = [](void* of, std::size_t position, void* inner) {
     auto& blocks = *static_cast<zrt4_ev_entry*>(of)->sb_list;
     blocks.insert(blocks.begin() + static_cast<std::ptrdiff_t>(position),
                   static_cast<zrt4_ev_sb_list*>(inner));
   };
-  made.take_out = [](void* of, std::size_t position) {
+  const auto take_out = [](void* of, std::size_t position) {
     auto& blocks = *static_cast<zrt4_ev_entry*>(of)->sb_list;
     blocks.erase(blocks.begin() + static_cast<std::ptrdiff_t>(position));
   };
-  return made;
+  return {"server_blocks", type_of<zrt4_ev_sb_list>, insert, take_out, event_type().groups};
 }
 
 char* new_name(const std::string& name) {
@@ -200,13 +101,7 @@ char* new_name(const std::string& name) {
 }
 
 name_list channel_names() {
-  name_list made{};
-  made.name = "channels";
-  made.get = [](const void* of) {
-    const auto& names = *static_cast<const zrt4_ev_sb_list*>(of)->ch_list;
-    return std::vector<std::string>(names.begin(), names.end());
-  };
-  made.set = [](void* of, const std::vector<std::string>& names) {
+  const auto set = [](void* of, const std::vector<std::string>& names) {
     std::vector<std::unique_ptr<char[]>> made_names;
     for (const std::string& name : names) made_names.emplace_back(new_name(name));
     std::vector<char*> taken;
@@ -215,14 +110,20 @@ name_list channel_names() {
     static_cast<zrt4_ev_sb_list*>(of)->ch_list->swap(taken);
     for (const char* name : taken) delete[] name;
   };
-  return made;
+  return {"channels", set, block_type().groups};
 }
 
-/// Releases one record as the library releases a list of them.
-template <class List, class Raw>
-void release_as_list(void* of) noexcept {
-  std::vector<Raw*> one{static_cast<Raw*>(of)};
-  const List owner(std::move(one));
+/// As the library releases a list of them.
+void release_event(void* of) noexcept {
+  std::vector<zrt4_ev_entry*> one{static_cast<zrt4_ev_entry*>(of)};
+  const zrt4::event_list owner(std::move(one));
+}
+
+void release_channel(void* of) noexcept {
+  try {
+    detail::release_channel(static_cast<const chan_descr_2010*>(of));
+  } catch (...) {  // of a receiver of messages: the record is released
+  }
 }
 
 void release_dimension(void* of) noexcept {
@@ -259,6 +160,10 @@ void* make_entry() {
   return made;
 }
 
+void release_entry(void* of) noexcept {
+  std::free(of);
+}
+
 template <class Raw>
 void* make_new() {
   return new Raw{};
@@ -274,16 +179,42 @@ std::shared_ptr<record> wrap(void* of) {
   return std::make_shared<record_of<Raw>>(of);
 }
 
-template <class Raw, auto Member>
-std::string_view key(const void* of) {
-  return static_cast<const Raw*>(of)->*Member;
+template <class Raw>
+record_type made_type(std::string_view name, const known_record& known, std::vector<group> groups,
+                      std::vector<name_list> names, void* (*make)(),
+                      void (*release)(void*) noexcept) {
+  std::vector<field> fields = known.fields();
+  std::vector<std::size_t> keys;
+  for (const std::string_view key : known.keys) {
+    const auto is_it = [&](const field& each) { return each.member == key; };
+    keys.push_back(static_cast<std::size_t>(std::find_if(fields.begin(), fields.end(), is_it) -
+                                            fields.begin()));
+  }
+  return {name, std::move(fields), std::move(groups), std::move(names), std::move(keys),
+          make, release,           wrap<Raw>};
 }
 
 }  // namespace
 
+std::vector<std::string> name_list::get(const void* of) const {
+  std::vector<std::string> all;
+  const std::size_t count = known->size(of);
+  all.reserve(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    all.emplace_back(std::get<std::string_view>(known->type->get(known->at(of, i), 0)));
+  }
+  return all;
+}
+
+std::string_view record_type::key_of(const void* record, std::size_t field) const {
+  const cell value = fields[field].get(record);
+  if (const auto* const text = std::get_if<std::string_view>(&value)) return *text;
+  return fields[field].names(static_cast<int>(std::get<std::int64_t>(value)));
+}
+
 const field* record_type::find_field(std::string_view wanted) const {
   const auto found = std::find_if(fields.begin(), fields.end(),
-                                  [&](const field& each) { return each.name == wanted; });
+                                  [&](const field& each) { return each.member == wanted; });
   return found != fields.end() ? &*found : nullptr;
 }
 
@@ -295,113 +226,70 @@ const group* record_type::find_group(std::string_view wanted) const {
 
 template <>
 const record_type& type_of<bit_descr>() {
-  static const record_type type{"Bit",
-                                channel_fields<bit_descr>(),
-                                {},
-                                {},
-                                {key<bit_descr, &bit_descr::bit_name>},
-                                make_new<bit_descr>,
-                                release_new<bit_descr>,
-                                wrap<bit_descr>};
+  static const record_type type =
+      made_type<bit_descr>("Bit", {*channel_type().groups[bits_of_channel].type, {"bit_name"}}, {},
+                           {}, make_new<bit_descr>, release_new<bit_descr>);
   return type;
 }
 
 template <>
 const record_type& type_of<stat_descr>() {
-  static const record_type type{"Statistic",
-                                channel_fields<stat_descr>(),
-                                {},
-                                {},
-                                {key<stat_descr, &stat_descr::stat_name>},
-                                make_new<stat_descr>,
-                                release_new<stat_descr>,
-                                wrap<stat_descr>};
+  static const record_type type =
+      made_type<stat_descr>("Statistic", {*dimension_type().groups->type, {"stat_name"}}, {}, {},
+                            make_new<stat_descr>, release_new<stat_descr>);
   return type;
 }
 
 template <>
 const record_type& type_of<dim_descr>() {
-  static const record_type type{
-      "Dimension",
-      channel_fields<dim_descr>(),
-      {counted_group<dim_descr, stat_descr, &dim_descr::stats, &dim_descr::nstats>("stats")},
-      {},
-      {key<dim_descr, &dim_descr::dim_name>},
-      make_new<dim_descr>,
-      release_dimension,
-      wrap<dim_descr>};
+  static const record_type type = made_type<dim_descr>(
+      "Dimension", {dimension_type(), {"dim_name"}},
+      {counted_group<dim_descr, stat_descr, &dim_descr::stats, &dim_descr::nstats>(
+          "stats", *dimension_type().groups)},
+      {}, make_new<dim_descr>, release_dimension);
   return type;
 }
 
 template <>
 const record_type& type_of<chan_descr_2010>() {
   using chan = chan_descr_2010;
-  static const record_type type{"Channel",
-                                channel_fields<chan>(),
-                                {counted_group<chan, bit_descr, &chan::bits, &chan::nbits>("bits"),
-                                 counted_group<chan, dim_descr, &chan::dims, &chan::ndims>("dims")},
-                                {},
-                                {key<chan, &chan::prop_name>, key<chan, &chan::daq_name>},
-                                make_new<chan>,
-                                release_as_list<zrt4::channel_list, chan>,
-                                wrap<chan>};
+  static const record_type type =
+      made_type<chan>("Channel", {channel_type(), {"prop_name", "daq_name"}},
+                      {counted_group<chan, bit_descr, &chan::bits, &chan::nbits>(
+                           "bits", channel_type().groups[bits_of_channel]),
+                       counted_group<chan, dim_descr, &chan::dims, &chan::ndims>(
+                           "dims", channel_type().groups[dimensions_of_channel])},
+                      {}, make_new<chan>, release_channel);
   return type;
 }
 
 template <>
 const record_type& type_of<entry_2010>() {
-  static const record_type type{"DictionaryEntry",
-                                entry_fields(),
-                                {},
-                                {},
-                                {[](const void* of) -> std::string_view {
-                                  return static_cast<const entry_2010*>(of)->data.env_prop;
-                                }},
-                                make_entry,
-                                release_as_list<zrt4::env_dictionary_2010, entry_2010>,
-                                wrap<entry_2010>};
+  static const record_type type = made_type<entry_2010>(
+      "DictionaryEntry", {*records_in(zrt4::env_dictionary_2010()).type, {"env_prop"}}, {}, {},
+      make_entry, release_entry);
   return type;
 }
 
 template <>
 const record_type& type_of<zrt4_ev_sb_list>() {
-  static const record_type type{"ServerBlock",
-                                block_fields(),
-                                {},
-                                {channel_names()},
-                                {key<zrt4_ev_sb_list, &zrt4_ev_sb_list::sb_list>},
-                                make_block,
-                                release_block,
-                                wrap<zrt4_ev_sb_list>};
+  static const record_type type = made_type<zrt4_ev_sb_list>(
+      "ServerBlock", {block_type(), {"name"}}, {}, {channel_names()}, make_block, release_block);
   return type;
 }
 
 template <>
 const record_type& type_of<zrt4_ev_entry>() {
-  static const record_type type{
-      "Event",
-      event_fields(),
-      {server_blocks()},
-      {},
-      {[](const void* of) -> std::string_view {
-        return event_name_itoa(static_cast<int>(static_cast<const zrt4_ev_entry*>(of)->evtype));
-      }},
-      make_event,
-      release_as_list<zrt4::event_list, zrt4_ev_entry>,
-      wrap<zrt4_ev_entry>};
+  static const record_type type = made_type<zrt4_ev_entry>(
+      "Event", {event_type(), {"evtype"}}, {server_blocks()}, {}, make_event, release_event);
   return type;
 }
 
 template <>
 const record_type& type_of<ZRT4GigEFeature>() {
-  static const record_type type{"Feature",
-                                feature_fields(),
-                                {},
-                                {},
-                                {key<ZRT4GigEFeature, &ZRT4GigEFeature::name>},
-                                make_new<ZRT4GigEFeature>,
-                                release_new<ZRT4GigEFeature>,
-                                wrap<ZRT4GigEFeature>};
+  static const record_type type =
+      made_type<ZRT4GigEFeature>("Feature", {*records_in(zrt4::camera_features()).type, {"name"}},
+                                 {}, {}, make_new<ZRT4GigEFeature>, release_new<ZRT4GigEFeature>);
   return type;
 }
 

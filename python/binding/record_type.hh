@@ -1,20 +1,20 @@
 #ifndef RECORD_TYPE_HH
 #define RECORD_TYPE_HH
 
-// What Python needs to know of a kind of record: its fields, from the library's tables, and the
-// records inside it. Everything else here works for all of them alike.
+// What Python needs to know of a kind of record beyond what the tool's documents know of it: names
+// of classes, keys, and how records come and go. Everything else here works for all of them alike.
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 #include "event_util.hh"
 #include "parse_env_index_dictionary.hh"
 #include "parse_ev_list.hh"
+#include "record_types.hh"
 #include "zrt4_gige_descr.hh"
 
 namespace zrt4::python {
@@ -22,49 +22,43 @@ namespace zrt4::python {
 class record;
 struct record_type;
 
-/// A text of fixed length in a record.
-struct text_place {
-  char* bytes;
-  std::size_t size;  ///< with the zero at its end
-};
-
-/// Where a field's value is in a record.
-using place =
-    std::variant<text_place, std::string*, std::int32_t*, std::uint32_t*, float*, ZRT4_EVTYPE*>;
-
 /// The enumeration that has names for a number.
 enum class number_names { none, event_types, data_types, feature_types };
 
-struct field {
-  std::string_view name;  ///< in Python
-  std::string_view row;   ///< in the tool's JSON
-  number_names names;
-  std::size_t longest;       ///< bytes that a text may have; 0: any number, or no text
-  std::int64_t least, most;  ///< of a whole number
-  place (*find)(const void* row_of_table, void* of);
-  const void* row_of_table;
-  bool is_key = false;            ///< records are looked up by it
-  std::string_view meaning = {};  ///< for a person
+/// A field, which Python calls as the member of the record is called.
+struct field : record_field {
+  const ::record_type* of;
+  std::size_t position;
+  number_names enumeration;
+  bool is_key;  ///< records are looked up by it
 
-  place in(void* of) const { return find(row_of_table, of); }
-  bool is_text() const { return least > most; }
+  bool is_text() const { return holds == value_kind::text; }
+  cell get(const void* record) const { return of->get(record, position); }
+  void set(void* record, const cell& value) const { of->set(record, position, value); }
+  const void* in(const void* record) const { return of->address(record, position); }
 };
 
 /// Records inside a record.
 struct group {
   std::string_view name;
   const record_type& (*type)();
-  std::size_t (*size)(const void* of);
-  void* (*at)(const void* of, std::size_t position);
   void (*insert)(void* of, std::size_t position, void* inner);
   void (*take_out)(void* of, std::size_t position);
+  const record_group* known;
+
+  std::size_t size(const void* of) const { return known->size(of); }
+  void* at(const void* of, std::size_t position) const {
+    return const_cast<void*>(known->at(of, position));
+  }
 };
 
 /// Names inside a record.
 struct name_list {
   std::string_view name;
-  std::vector<std::string> (*get)(const void* of);
   void (*set)(void* of, const std::vector<std::string>& names);
+  const record_group* known;
+
+  std::vector<std::string> get(const void* of) const;
 };
 
 struct record_type {
@@ -72,12 +66,13 @@ struct record_type {
   std::vector<field> fields;
   std::vector<group> groups;
   std::vector<name_list> names;
-  /// What a record of a list is looked up by, in this order.
-  std::vector<std::string_view (*)(const void* of)> keys;
-  void* (*make)();  ///< with the values of a field that a document does not name
+  std::vector<std::size_t> keys;  ///< the fields that a record is looked up by, in this order
+  void* (*make)();                ///< with the values of a field that a document does not name
   void (*release)(void* of) noexcept;
   std::shared_ptr<record> (*wrap)(void* of);
 
+  /// The text by which a record is found; of a number, its name.
+  std::string_view key_of(const void* record, std::size_t field) const;
   const field* find_field(std::string_view wanted) const;
   const group* find_group(std::string_view wanted) const;
 };

@@ -1,8 +1,17 @@
 #include "sequences.hh"
 
+#include <pybind11/pybind11.h>
+
 #include <algorithm>
 
 namespace zrt4::python {
+
+record_list::~record_list() {
+  constexpr std::size_t many = 1000;
+  if (records.size() < many) return;
+  const pybind11::gil_scoped_release others_run;
+  records.clear();
+}
 
 void record_list::insert(std::size_t position, const std::shared_ptr<record>& given) {
   records.insert(records.begin() + static_cast<std::ptrdiff_t>(position), given);
@@ -30,11 +39,11 @@ std::optional<std::size_t> record_list::find(std::string_view key) {
 
 void record_list::make_index() {
   index.clear();
-  for (const auto key_of : kind.keys) {
+  for (const std::size_t key : kind.keys) {
     keys& all = index.emplace_back();
     all.reserve(records.size());
     for (std::size_t i = 0; i < records.size(); ++i) {
-      all.emplace_back(key_of(records[i]->get()), static_cast<std::uint32_t>(i));
+      all.emplace_back(kind.key_of(records[i]->get(), key), static_cast<std::uint32_t>(i));
     }
     std::sort(all.begin(), all.end());
   }
@@ -43,9 +52,9 @@ void record_list::make_index() {
 }
 
 std::optional<std::size_t> inner_list::find(std::string_view key) const {
-  for (const auto key_of : type().keys) {
+  for (const std::size_t field : type().keys) {
     for (std::size_t i = 0; i < size(); ++i) {
-      if (key_of(owner->inner_place(which, i)) == key) return i;
+      if (type().key_of(owner->inner_place(which, i), field) == key) return i;
     }
   }
   return {};

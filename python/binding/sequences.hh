@@ -18,6 +18,10 @@ namespace zrt4::python {
 class record_list {
  public:
   explicit record_list(const record_type& of) : kind(of) {}
+  record_list(const record_list&) = delete;
+  record_list& operator=(const record_list&) = delete;
+  /// Of many records, while other threads run Python: nobody knows those that go.
+  ~record_list();
 
   const record_type& type() const { return kind; }
   std::size_t size() const { return records.size(); }

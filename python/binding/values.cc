@@ -35,8 +35,8 @@ py::dict& members_of(number_names names) {
 
 py::object number_of(const field& of, std::int64_t value) {
   py::int_ number(value);
-  if (of.names == number_names::none) return std::move(number);
-  PyObject* const member = PyDict_GetItemWithError(members_of(of.names).ptr(), number.ptr());
+  if (of.enumeration == number_names::none) return std::move(number);
+  PyObject* const member = PyDict_GetItemWithError(members_of(of.enumeration).ptr(), number.ptr());
   if (member != nullptr) return py::reinterpret_borrow<py::object>(member);
   if (PyErr_Occurred() != nullptr) throw py::error_already_set();
   return std::move(number);
@@ -64,13 +64,13 @@ std::string type_name(py::handle value) {
 }
 
 std::int64_t whole_number(const field& of, py::handle value) {
-  if (PyIndex_Check(value.ptr()) == 0) wrong_type(of.name, "an integer", value);
+  if (PyIndex_Check(value.ptr()) == 0) wrong_type(of.member, "an integer", value);
   const auto number = py::reinterpret_steal<py::object>(PyNumber_Index(value.ptr()));
   if (!number) throw py::error_already_set();
   int overflow = 0;
   const std::int64_t found = PyLong_AsLongLongAndOverflow(number.ptr(), &overflow);
   if (overflow != 0 || found < of.least || found > of.most) {
-    throw py::value_error(std::string(of.name) + ": " + py::str(number).cast<std::string>() +
+    throw py::value_error(std::string(of.member) + ": " + py::str(number).cast<std::string>() +
                           " is outside " + std::to_string(of.least) + " to " +
                           std::to_string(of.most));
   }
@@ -81,63 +81,30 @@ float single_number(const field& of, py::handle value) {
   const double number = PyFloat_AsDouble(value.ptr());
   if (number == -1.0 && PyErr_Occurred() != nullptr) {
     PyErr_Clear();
-    wrong_type(of.name, "a number", value);
+    wrong_type(of.member, "a number", value);
   }
   const auto single = static_cast<float>(number);
   if (std::isfinite(number) && !std::isfinite(single)) {
-    throw py::value_error(std::string(of.name) + ": " + quoted(value) +
+    throw py::value_error(std::string(of.member) + ": " + quoted(value) +
                           " is more than a 32-bit number holds");
   }
   return single;
 }
 
-void set_place(const field& of, const text_place& to, py::handle value) {
-  const std::string text = from_python(value, of.name, of.longest);
-  const records_change changing;
-  std::memset(to.bytes, 0, to.size);
-  std::memcpy(to.bytes, text.data(), text.size());
-}
-void set_place(const field& of, std::string* to, py::handle value) {
-  std::string text = from_python(value, of.name, of.longest);
-  const records_change changing;
-  to->swap(text);
-}
-void set_place(const field& of, float* to, py::handle value) {
-  const float number = single_number(of, value);
-  const records_change changing;
-  *to = number;
-}
-template <class Number>
-void set_place(const field& of, Number* to, py::handle value) {
-  const auto number = static_cast<Number>(whole_number(of, value));
-  const records_change changing;
-  *to = number;
+/// A value of Python for a field. `text` holds the text that it refers to.
+cell given_for(const field& of, py::handle value, std::string& text) {
+  if (of.holds == value_kind::number) return whole_number(of, value);
+  if (of.holds == value_kind::threshold) return threshold{single_number(of, value)};
+  text = from_python(value, of.member, of.room);
+  return std::string_view(text);
 }
 
 struct to_value {
   const field& of;
-  py::object operator()(const text_place& text) const { return to_python(text.bytes); }
-  py::object operator()(const std::string* text) const { return to_python(*text); }
-  py::object operator()(const float* number) const { return py::float_(decimal_of(*number)); }
-  template <class Number>
-  py::object operator()(const Number* number) const {
-    return number_of(of, static_cast<std::int64_t>(*number));
-  }
+  py::object operator()(std::string_view text) const { return to_python(text); }
+  py::object operator()(threshold number) const { return py::float_(decimal_of(number.value)); }
+  py::object operator()(std::int64_t number) const { return number_of(of, number); }
 };
-
-bool same_value(const field& each, void* a, void* b) {
-  const auto there = each.in(b);
-  return std::visit(
-      [&](auto here) {
-        const auto other = std::get<decltype(here)>(there);
-        if constexpr (std::is_pointer_v<decltype(here)>) {
-          return *here == *other;
-        } else {
-          return std::strcmp(here.bytes, other.bytes) == 0;
-        }
-      },
-      each.in(a));
-}
 
 // A member of an enumeration as one writes it.
 std::string shown(const py::object& value) {
@@ -147,30 +114,18 @@ std::string shown(const py::object& value) {
   return quoted(value);
 }
 
-void fill_from_state(record& of, const py::tuple& state);
-
 struct to_state {
-  py::object operator()(const text_place& text) const { return py::bytes(text.bytes); }
-  py::object operator()(const std::string* text) const { return py::bytes(*text); }
-  py::object operator()(const float* number) const { return py::float_(double{*number}); }
-  template <class Number>
-  py::object operator()(const Number* number) const {
-    return py::int_(static_cast<std::int64_t>(*number));
-  }
+  py::object operator()(std::string_view text) const { return py::bytes(text.data(), text.size()); }
+  py::object operator()(threshold number) const { return py::float_(double{number.value}); }
+  py::object operator()(std::int64_t number) const { return py::int_(number); }
 };
 
-void place_state(const field& of, const text_place& to, const py::object& value) {
-  const auto text = value.cast<std::string>();
-  if (text.size() >= to.size) throw py::value_error(std::string(of.name) + ": too long");
-  std::memset(to.bytes, 0, to.size);
-  std::memcpy(to.bytes, text.data(), text.size());
-}
-void place_state(const field& /*of*/, std::string* to, const py::object& value) {
-  *to = value.cast<std::string>();
-}
-template <class Number>
-void place_state(const field& of, Number* to, const py::object& value) {
-  set_place(of, to, value);
+/// The value of a state for a field. `text` holds the text that it refers to.
+cell state_for(const field& of, const py::object& value, std::string& text) {
+  if (!of.is_text()) return given_for(of, value, text);
+  text = value.cast<std::string>();
+  if (text.size() > of.room) throw py::value_error(std::string(of.member) + ": too long");
+  return std::string_view(text);
 }
 
 void fill_from_state(record& of, const py::tuple& state) {
@@ -179,8 +134,8 @@ void fill_from_state(record& of, const py::tuple& state) {
   if (state.size() != parts) throw py::value_error("not the state of a " + std::string(type.name));
   std::size_t at = 0;
   for (const field& each : type.fields) {
-    const py::object value = state[at++];
-    std::visit([&](auto to) { place_state(each, to, value); }, each.in(of.get()));
+    std::string text;
+    each.set(of.get(), state_for(each, state[at++], text));
   }
   for (const name_list& each : type.names) {
     each.set(of.get(), state[at++].cast<std::vector<std::string>>());
@@ -225,7 +180,7 @@ std::string from_python(py::handle text, std::string_view what, std::size_t long
   if (found.find('\0') != found.npos) {
     throw py::value_error(std::string(what) + ": a text cannot hold a zero character");
   }
-  if (longest != 0 && found.size() > longest) {
+  if (found.size() > longest) {
     throw py::value_error(std::string(what) + ": the text has " + std::to_string(found.size()) +
                           " bytes in UTF-8, the field holds " + std::to_string(longest));
   }
@@ -233,11 +188,14 @@ std::string from_python(py::handle text, std::string_view what, std::size_t long
 }
 
 py::object value_of(const field& of, void* in) {
-  return std::visit(to_value{of}, of.in(in));
+  return std::visit(to_value{of}, of.get(in));
 }
 
 void set_value(const field& of, void* in, py::handle value) {
-  std::visit([&](auto to) { set_place(of, to, value); }, of.in(in));
+  std::string text;
+  const cell given = given_for(of, value, text);
+  const records_change changing;
+  of.set(in, given);
   if (of.is_key) note_change_of_key();
 }
 
@@ -252,7 +210,7 @@ void set_names(const name_list& of, void* in, py::handle values) {
   if (PyUnicode_Check(values.ptr()) != 0) wrong_type(of.name, "a sequence of str", values);
   std::vector<std::string> names;
   for (const py::handle each : py::reinterpret_borrow<py::object>(values)) {
-    names.push_back(from_python(each, of.name, 0));
+    names.push_back(from_python(each, of.name, record_field::any_length));
   }
   const records_change changing;
   of.set(in, names);
@@ -301,7 +259,7 @@ void fill(record& of, const py::dict& values) {
 
 py::dict to_dict(const record_type& type, void* of) {
   py::dict result;
-  for (const field& each : type.fields) result[py::str(each.name)] = value_of(each, of);
+  for (const field& each : type.fields) result[py::str(each.member)] = value_of(each, of);
   for (const name_list& each : type.names) {
     result[py::str(each.name)] = py::list(names_of(each, of));
   }
@@ -326,8 +284,8 @@ std::string representation(record& of) {
   };
   for (const field& each : type.fields) {
     const bool is_first = &each == &type.fields.front();
-    if (is_first || !same_value(each, of.get(), blank->get())) {
-      add(each.name, shown(value_of(each, of.get())));
+    if (is_first || !(each.get(of.get()) == each.get(blank->get()))) {
+      add(each.member, shown(value_of(each, of.get())));
     }
   }
   for (const name_list& each : type.names) {
@@ -344,7 +302,7 @@ std::string representation(record& of) {
 
 py::tuple state_of(const record_type& type, void* of) {
   py::list parts;
-  for (const field& each : type.fields) parts.append(std::visit(to_state{}, each.in(of)));
+  for (const field& each : type.fields) parts.append(std::visit(to_state{}, each.get(of)));
   for (const name_list& each : type.names) {
     py::list names;
     for (const std::string& name : each.get(of)) names.append(py::bytes(name));

@@ -38,7 +38,7 @@ class library_work {
 py::str to_python(std::string_view utf8);
 
 /// The bytes of a text. Throws ValueError, naming `what`, when it has no UTF-8, holds a zero, or
-/// has more bytes than `longest` (0: any number).
+/// has more bytes than `longest`.
 std::string from_python(py::handle text, std::string_view what, std::size_t longest);
 
 py::object value_of(const field& of, void* in);

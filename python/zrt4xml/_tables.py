@@ -16,23 +16,42 @@ def _pandas():
     return pandas
 
 
-def _names(records, fields):
+def _names(record, fields):
     if fields is None:
-        return [name for name, *_ in records._record._fields]
+        return [name for name, *_ in record._fields]
     if isinstance(fields, str):
         raise TypeError("fields: a sequence of names is needed, not 'str'")
     return list(fields)
 
 
-def to_numpy(records, fields, texts):
+def table_for(record, fields):
+    """An empty table of records of that class."""
+    return _core.Table(record.__name__, _names(record, fields))
+
+
+def structured(texts):
+    """Makes structured arrays of tables."""
     if texts not in ("str", "bytes"):
         raise ValueError(f"texts is 'str' or 'bytes', not {texts!r}")
-    return _core.structured(records, _names(records, fields), texts == "bytes")
+    return lambda table: table.structured(texts == "bytes")
+
+
+def frame():
+    """Makes DataFrames of tables."""
+    pandas = _pandas()
+
+    def made(table):
+        columns = table.columns()
+        return pandas.DataFrame(columns, columns=list(columns), copy=False)
+    return made
+
+
+def to_numpy(records, fields, texts):
+    return structured(texts)(_core.table_of(records, _names(records._record, fields)))
 
 
 def to_dataframe(records, fields):
-    names = _names(records, fields)
-    return _pandas().DataFrame(_core.columns(records, names), columns=names, copy=False)
+    return frame()(_core.table_of(records, _names(records._record, fields)))
 
 
 def inner_dataframe(records, path, positions):
@@ -40,7 +59,7 @@ def inner_dataframe(records, path, positions):
     pandas = _pandas()
     places, columns = _core.inner_columns(records, path)
     made = dict(zip(positions, places))
-    properties = _core.columns(records, ["prop_name"])["prop_name"]
+    properties = _core.table_of(records, ["prop_name"]).columns()["prop_name"]
     made["prop_name"] = properties[places[0]]
     if len(path) > 1:
         # The number of the dimension, which may be another than its position.

@@ -51,6 +51,14 @@ constexpr record_field field_behind(std::string_view name, Member /*member*/,
   return field_of<held>(name, names);
 }
 
+/// With what its row of a table tells of it.
+template <class Row>
+constexpr record_field told_by(const Row& row, record_field field) {
+  field.member = row.name;
+  field.meaning = row.meaning;
+  return field;
+}
+
 constexpr name_of_number names_for(field_role role) {
   if (role == field_role::event_type) return event_name_itoa;
   if (role == field_role::data_type) return block_name_itoa;
@@ -74,7 +82,7 @@ struct channel_part {
       const field& each = *shown.all[i];
       result[i] = std::visit(
           [&](auto member) {
-            return field_behind<Record>(each.row.name, member, names_for(each.role));
+            return told_by(each, field_behind<Record>(each.row.name, member, names_for(each.role)));
           },
           each.member);
     }
@@ -97,7 +105,8 @@ struct dictionary_traits {
     std::size_t position = 0;
     for (const auto& each : library::dictionary_fields<Entry>) {
       result[position++] = std::visit(
-          [&](auto member) { return field_behind<Entry>(each.row, member); }, each.member);
+          [&](auto member) { return told_by(each, field_behind<Entry>(each.row, member)); },
+          each.member);
     }
     return result;
   }
@@ -120,10 +129,10 @@ struct traits<zrt4_ev_entry> {
   static constexpr auto make_fields() {
     std::array<record_field, 1 + std::size(library::event_numbers)> result{};
     // Of any other type there is no entry.
-    result[0] = {"event_type", value_kind::number, 0, ZRT4_EV_EVMAX, 0, event_name_itoa};
+    result[0] = {"event_type", value_kind::number, 0, ZRT4_EV_EVMAX, 0, event_name_itoa, "evtype"};
     std::size_t position = 1;
     for (const auto& each : library::event_numbers) {
-      result[position++] = field_behind<zrt4_ev_entry>(each.row, each.in);
+      result[position++] = told_by(each, field_behind<zrt4_ev_entry>(each.row, each.in));
     }
     return result;
   }
@@ -139,6 +148,7 @@ template <>
 struct traits<zrt4_ev_sb_list> {
   static constexpr auto make_fields() {
     std::array<record_field, 1> result{field_of<char[library::longest_block_name + 1]>("name")};
+    result[0].member = "name";
     return result;
   }
 
@@ -170,9 +180,13 @@ struct traits<ZRT4GigEFeature> {
     constexpr std::size_t count = std::size(library::feature_fields);
     std::array<record_field, count + 1> result{};
     for (std::size_t i = 0; i < count; ++i) {
-      result[i < type_place ? i : i + 1] = field_of<std::string>(library::feature_fields[i].row);
+      const library::feature_field& row = library::feature_fields[i];
+      record_field& made = result[i < type_place ? i : i + 1];
+      made = field_of<std::string>(row.row);
+      made.member = row.name;
     }
-    result[type_place] = {"type", value_kind::number, 0, FEATURE_TYPE_MAX - 1, 0, feature_name};
+    result[type_place] = {"type", value_kind::number, 0,     FEATURE_TYPE_MAX - 1,
+                          0,      feature_name,       "type"};
     return result;
   }
 
@@ -232,13 +246,21 @@ void set(void* record, std::size_t field, const cell& value) {
 }
 
 template <class Record>
+const void* address(const void* record, std::size_t field) {
+  return traits<Record>::with(*static_cast<const Record*>(record), field,
+                              [](const auto& value) -> const void* { return &value; });
+}
+
+template <class Record>
 constexpr record_type type_without_groups() {
-  return {fields<Record>.data(), fields<Record>.size(), nullptr, 0, get<Record>, set<Record>};
+  return {fields<Record>.data(), fields<Record>.size(), nullptr,        0,
+          get<Record>,           set<Record>,           address<Record>};
 }
 
 template <class Record, std::size_t Count>
 constexpr record_type type_with_groups(const record_group (&groups)[Count]) {
-  return {fields<Record>.data(), fields<Record>.size(), groups, Count, get<Record>, set<Record>};
+  return {fields<Record>.data(), fields<Record>.size(), groups,         Count,
+          get<Record>,           set<Record>,           address<Record>};
 }
 
 /// Appends `record` to those that the list owns.

@@ -42,6 +42,8 @@ struct record_field {
   std::int64_t most = 0;          ///< of a number
   std::size_t room = any_length;  ///< bytes that a text may have
   name_of_number names = nullptr;
+  std::string_view member = {};   ///< of the record, as programs in other languages call it
+  std::string_view meaning = {};  ///< for a person; empty when nobody writes it into documents
 };
 
 struct record_type;
@@ -66,6 +68,10 @@ struct record_type {
   cell (*get)(const void* record, std::size_t field);
   /// The value is of the field's kind and within its limits.
   void (*set)(void* record, std::size_t field, const cell& value);
+  /// Where the value is: 32 bits of a number or threshold, characters with a zero at their end, or,
+  /// where they may be any number, a `std::string` or a pointer to them. It is at the same place in
+  /// each record.
+  const void* (*address)(const void* record, std::size_t field);
 
   /// A record of one value without groups is shown as that value.
   bool is_one_value() const { return field_count == 1 && group_count == 0; }
