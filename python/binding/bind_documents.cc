@@ -10,11 +10,13 @@
 #include "bad_document.hh"
 #include "bindings.hh"
 #include "document_kind.hh"
+#include "each_record.hh"
 #include "file_error.hh"
 #include "input_file.hh"
 #include "reading.hh"
 #include "scan.hh"
 #include "sequences.hh"
+#include "table.hh"
 #include "values.hh"
 
 namespace zrt4::python {
@@ -90,9 +92,11 @@ class bytes_of {
   Py_buffer view{};
 };
 
-std::unique_ptr<input_file> opened(const std::string& name, int file) {
+std::unique_ptr<input_file> opened(const std::string& name, int file, bool for_one_pass) {
   const library_work work;
-  return std::make_unique<input_file>(name, descriptor(dup(file)));
+  descriptor own(dup(file));
+  if (for_one_pass) return input_file::for_one_pass(name, std::move(own));
+  return std::make_unique<input_file>(name, std::move(own));
 }
 
 std::unique_ptr<input_file> in_memory(const std::string& name, const py::buffer& document) {
@@ -136,13 +140,13 @@ py::list messages_of(const reading& how) {
   return messages;
 }
 
-py::tuple read_document(input_file& file, const std::string& kind, record_list& into) {
-  const document_kind as = kind_called(kind);
-  records all;
+/// The number of errors, and the messages.
+template <class Read>
+py::tuple told_of(Read read) {
   reading how;
   try {
     const library_work work;
-    how = read_kind(as, file, all);
+    how = read();
   } catch (const bad_document& reason) {
     return py::make_tuple(1, py::make_tuple(message(0, 0, reason.what() + reason.place.shown(),
                                                     zrt4::message_severity::fatal_error)));
@@ -150,8 +154,21 @@ py::tuple read_document(input_file& file, const std::string& kind, record_list& 
     return py::make_tuple(
         1, py::make_tuple(message(0, 0, reason.what(), zrt4::message_severity::fatal_error)));
   }
-  into.take_all(std::move(all));
   return py::make_tuple(how.errors, messages_of(how));
+}
+
+py::tuple read_document(input_file& file, const std::string& kind, record_list& into) {
+  const document_kind as = kind_called(kind);
+  records all;
+  py::tuple told = told_of([&] { return read_kind(as, file, all); });
+  into.take_all(std::move(all));
+  return told;
+}
+
+py::tuple read_table(input_file& file, const std::string& kind, table& into) {
+  const document_kind as = kind_called(kind);
+  return told_of(
+      [&] { return read_each(file, as, [&](const void* record) { into.add(record); }); });
 }
 
 }  // namespace
@@ -168,10 +185,11 @@ void bind_documents(py::module_& module) {
     }
   });
   py::class_<input_file>(module, "Document")
-      .def(py::init(&opened), py::arg("name"), py::arg("descriptor"))
+      .def(py::init(&opened), py::arg("name"), py::arg("descriptor"), py::arg("for_one_pass"))
       .def(py::init(&in_memory), py::arg("name"), py::arg("document"))
       .def("kind", &kind_or_reason)
-      .def("read", &read_document);
+      .def("read", &read_document)
+      .def("read_table", &read_table);
 }
 
 }  // namespace zrt4::python

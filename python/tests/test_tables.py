@@ -4,6 +4,7 @@ import sys
 import numpy
 import pandas
 import pytest
+from conftest import EXAMPLES
 
 import zrt4xml
 from zrt4xml import Bit, Channel, ChannelList, Dimension, DictionaryEntry, Dictionary, Statistic
@@ -65,6 +66,72 @@ def test_every_kind_there_and_back(file):
                 setattr(each, inside, [])
     for table in (records.to_numpy(), records.to_dataframe()):
         assert type(records).from_records(table) == plain
+
+
+def test_integers_of_a_column_in_which_one_is_missing():
+    frame = pandas.DataFrame({"prop_name": ["A", "B"], "max_size": [5, None], "ev_type": [1.0, 4.0]})
+    assert frame.max_size.dtype == float
+    made = ChannelList.from_records(frame)
+    assert [(each.max_size, each.ev_type) for each in made] == [(5, 1), (1, 4)]
+    with pytest.raises(TypeError, match="^max_size: an integer is needed, not 'float'"):
+        ChannelList.from_records([{"max_size": 5.5}])
+
+
+def test_texts_that_come_again():
+    texts = ["a", "", "b", "a", "Ä", "b", "Ä"] * 200 + [f"text {i}" for i in range(2000)]
+    channels = ChannelList(Channel(prop_name=text, units=text[:1]) for text in texts)
+    frame = channels.to_dataframe()
+    assert frame.prop_name.tolist() == texts
+    assert frame.units.tolist() == [text[:1] for text in texts]
+    assert frame.prop_name[0] is frame.prop_name[3]
+
+
+@pytest.mark.parametrize("path", EXAMPLES, ids=lambda each: each.name)
+def test_a_document_is_read_into_a_table(path):
+    records, messages = zrt4xml.read(path, on_error="keep")
+    for document in (path, path.read_bytes()):
+        assert_same(zrt4xml.read_numpy(document), records.to_numpy())
+        assert_same(zrt4xml.read_numpy(document, texts="bytes"), records.to_numpy(texts="bytes"))
+        assert zrt4xml.read_dataframe(document).equals(records.to_dataframe())
+        table, told = zrt4xml.read_numpy(document, on_error="keep")
+        assert_same(table, records.to_numpy())
+        assert told == messages == ()
+
+
+def assert_same(one, other):
+    assert one.dtype == other.dtype
+    assert one.tolist() == other.tolist()
+    assert one.flags.writeable and one.flags.c_contiguous
+
+
+@pytest.mark.parametrize("channels", [
+    "", "<CHANNEL/>", "<CHANNEL><NAME>no property</NAME></CHANNEL>",
+    "<CHANNEL><PROP>A</PROP><NAME>a</NAME><PROP>B</PROP></CHANNEL>",
+    "<CHANNEL><PROP>A</PROP></CHANNEL><CHANNEL><PROP>A</PROP><UNITS>m</UNITS></CHANNEL>",
+    "<CHANNEL><PROP>A</PROP><CHANNEL><PROP>B</PROP></CHANNEL><UNITS>m</UNITS></CHANNEL>",
+    "<CHANNEL>text<PROP>A</PROP><BIT>1</BIT><BIT_NAME>b</BIT_NAME><DIM>1</DIM></CHANNEL>",
+])
+def test_tables_of_odd_channels(channels):
+    document = f"<CHANDESCRIPTIONS>{channels}</CHANDESCRIPTIONS>"
+    assert_same(zrt4xml.read_numpy(document), zrt4xml.read(document).to_numpy())
+
+
+def test_tables_of_broken_documents():
+    broken = "<CHANDESCRIPTIONS><CHANNEL><PROP>A</PROP></CHANNEL><CHANNEL><PROP>B</PROP>"
+    with pytest.raises(zrt4xml.DocumentError) as raised:
+        zrt4xml.read_numpy(broken)
+    assert raised.value.partial["prop_name"].tolist() == ["A", "B"]
+    frame, messages = zrt4xml.read_dataframe(broken, on_error="keep")
+    assert frame.prop_name.tolist() == ["A", "B"]
+    assert messages == zrt4xml.read(broken, on_error="keep")[1]
+    for wrong in ("<html/>", b""):
+        with pytest.raises(zrt4xml.DocumentError):
+            zrt4xml.read_numpy(wrong)
+    with pytest.raises(FileNotFoundError):
+        zrt4xml.read_dataframe("no/such.xml")
+    with pytest.raises(KeyError, match="no field 'unit'"):
+        zrt4xml.read_numpy("<CHANDESCRIPTIONS/>", ["unit"])
+    assert zrt4xml.read_numpy("<CHANDESCRIPTIONS/>", ["units"]).dtype.names == ("units",)
 
 
 def test_empty_lists():

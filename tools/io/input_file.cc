@@ -103,6 +103,21 @@ input_file::input_file(std::string name, descriptor&& open_file)
   enter_present();
 }
 
+input_file::input_file(std::string name, descriptor&& open_file, as_it_stands /*how*/)
+    : shown(std::move(name)), copy(std::move(open_file)), readable(copy.path()) {
+  enter_present();
+}
+
+std::unique_ptr<input_file> input_file::for_one_pass(std::string name, descriptor&& whole_file) {
+  struct stat status {};
+  const bool is_file = fstat(whole_file.get(), &status) == 0 && S_ISREG(status.st_mode);
+  const int again = is_file ? open_to_read(whole_file.path()) : -1;
+  if (again == -1) return std::make_unique<input_file>(std::move(name), std::move(whole_file));
+  const descriptor closes_it(again);
+  return std::unique_ptr<input_file>(
+      new input_file(std::move(name), std::move(whole_file), as_it_stands()));
+}
+
 input_file::input_file(std::string name, std::string_view document)
     : shown(std::move(name)), copy(copy_of(document)), readable(copy.path()) {
   enter_present();
