@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "bindings.hh"
+#include "dialect_rows.hh"
 #include "difference.hh"
 #include "document_kind.hh"
 #include "file_error.hh"
@@ -61,7 +62,7 @@ py::tuple written_as(const record_list& records, document_form form) {
   }
   py::list losses;
   for (const std::string& each : made.losses) losses.append(to_python(each));
-  return py::make_tuple(true, losses, py::bytes(made.content));
+  return py::make_tuple(losses, py::bytes(made.content));
 }
 
 py::tuple written_list(const record_list& records, const std::string& form) {
@@ -161,33 +162,44 @@ py::tuple tuple_of(const difference& of) {
                         value_of(of.record->key().value), whole, fields, inside);
 }
 
+/// The differences, and the names of what is not compared.
 template <class List>
-py::list differences_of(const record_list& before, const record_list& after, document_kind kind) {
+py::tuple differences_of(const record_list& before, const record_list& after, document_kind kind,
+                         bool of_two_dialects) {
   lent<List> old_ones(before);
   lent<List> new_ones(after);
+  row_list old_rows = rows_of(old_ones.get());
+  row_list new_rows = rows_of(new_ones.get());
+  py::list not_compared;
+  if (of_two_dialects) {
+    for (const std::string& each : keep_what_both_have(old_rows, new_rows)) {
+      not_compared.append(each);
+    }
+  }
   // The locale is for the thresholds; what differs refers to the records, so they stay meanwhile.
   const plain_locale locale;
   py::list result;
-  for_each_difference(rows_of(old_ones.get()), rows_of(new_ones.get()), traits_of(kind).record_name,
+  for_each_difference(old_rows, new_rows, traits_of(kind).record_name,
                       [&](const difference& each) { result.append(tuple_of(each)); });
-  return result;
+  return py::make_tuple(result, not_compared);
 }
 
-py::list differences_between(const record_list& before, const record_list& after) {
+py::tuple differences_between(const record_list& before, const record_list& after,
+                              bool of_two_dialects) {
   const auto both = [&](const record_type& type) {
     return holds(before, type) && holds(after, type);
   };
   if (both(type_of<chan_descr_2010>())) {
-    return differences_of<raw_channels>(before, after, document_kind::channels);
+    return differences_of<raw_channels>(before, after, document_kind::channels, of_two_dialects);
   }
   if (both(type_of<zrt4_ev_entry>())) {
-    return differences_of<zrt4::event_list>(before, after, document_kind::events);
+    return differences_of<zrt4::event_list>(before, after, document_kind::events, false);
   }
   if (both(type_of<zrt4_env_index_dictionary_entry_2010>())) {
-    return differences_of<raw_entries>(before, after, document_kind::dictionary);
+    return differences_of<raw_entries>(before, after, document_kind::dictionary, false);
   }
   if (both(type_of<ZRT4GigEFeature>())) {
-    return differences_of<zrt4::camera_features>(before, after, document_kind::camera);
+    return differences_of<zrt4::camera_features>(before, after, document_kind::camera, false);
   }
   throw py::type_error("lists of one kind are needed, not of " + std::string(before.type().name) +
                        " and " + std::string(after.type().name));

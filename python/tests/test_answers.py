@@ -1,5 +1,6 @@
 import json
 import os
+import random
 import re
 import stat
 import subprocess
@@ -122,16 +123,50 @@ def test_differences():
         zrt4xml.diff(before, Dictionary())
 
 
+def plain(difference):
+    """A difference as the tool's JSON has it, but for the names of fields."""
+    made = {"change": difference.change, "type": difference.type, "key": difference.key}
+    if difference.change == "changed":
+        made["fields"] = list(difference.fields.values())
+        made["inside"] = [plain(each) for each in difference.inside]
+    return made
+
+
+def plain_of_tool(shown):
+    made = {name: shown[name] for name in ("change", "type", "key")}
+    if shown["change"] == "changed":
+        made["fields"] = [(each["before"], each["after"]) for each in shown["fields"]]
+        made["inside"] = [plain_of_tool(each) for each in shown["inside"]]
+    return made
+
+
 @pytest.mark.parametrize("first, second", [(a, b) for a in EXAMPLES for b in EXAMPLES
                                            if a.parent == b.parent and a < b],
                          ids=lambda each: each.stem)
 def test_differences_are_those_of_the_tool(first, second):
-    run = tool("diff", "--json", first, second)
-    before, after = zrt4xml.read(first), zrt4xml.read(second)
-    if getattr(before, "dialect", None) != getattr(after, "dialect", None):
-        pytest.skip("the tool then leaves out what one dialect cannot have")
-    expected = [(each["change"], each["key"]) for each in json.loads(run.stdout)["differences"]]
-    assert [(each.change, each.key) for each in zrt4xml.diff(before, after)] == expected
+    shown = json.loads(tool("diff", "--json", first, second).stdout)
+    found = zrt4xml.diff(zrt4xml.read(first), zrt4xml.read(second))
+    assert [plain(each) for each in found] == [plain_of_tool(each) for each in shown["differences"]]
+    assert len(found.not_compared) == len(shown["not_compared"])
+
+
+def test_of_two_dialects_what_both_have_is_compared(tmp_path):
+    before = ChannelList([Channel(prop_name="A", units="mm", stream=3,
+                                  bits=[Bit(bit=1, bit_name="ON", bit_desc="is on")])])
+    path = tmp_path / "variables.xml"
+    before.write(path, "variables", lossy=True)
+    after = zrt4xml.read(path)
+    assert (after[0].stream, after.dialect) == (0, "variables")
+    same = zrt4xml.diff(before, after)
+    assert same == []
+    assert "stream" in same.not_compared
+    assert {"bits.bit_desc", "dims.stats", "db_key"} <= set(same.not_compared)
+    after[0].units = "m"
+    after[0].stream = 5
+    assert [each.fields for each in zrt4xml.diff(before, after)] == [{"units": ("mm", "m")}]
+    assert zrt4xml.diff(after, after[:0])[0].record["stream"] == 5
+    assert "stream" not in zrt4xml.diff(before, after[:0])[0].record
+    assert zrt4xml.diff(before, before).not_compared == ()
 
 
 @pytest.mark.parametrize("path", EXAMPLES, ids=lambda each: each.name)
@@ -174,6 +209,25 @@ def test_a_selector(channels):
     assert selector[-1] == selector[len(selector) - 1]
     with pytest.raises(IndexError):
         selector[len(selector)]
+
+
+def test_a_selector_answers_as_the_tool_finds(tmp_path):
+    chosen = random.Random(1)
+    names, types = ["a", "b", "c.ML"], [0, 1, 2, 4, 6, 20, 28]
+    answers = set()
+    for _ in range(40):
+        path = tmp_path / "channels.xml"
+        ChannelList(Channel(prop_name=chosen.choice(names), daq_name=chosen.choice(names),
+                            ev_type=chosen.choice(types), dtype=chosen.choice([1, 38]))
+                    for _ in range(3)).write(path, lossy=True)
+        name, event = chosen.choice(names), chosen.choice(types)
+        shown = json.loads(tool("find", "--json", "--name", name, "--event", event, path).stdout)
+        selector = zrt4xml.Selector(path)
+        assert selector.find(name, event) == shown["event"]["selected"]
+        found = shown["channel"]
+        assert selector.event_types(name) == (found["event_type_mask"] if found else 0)
+        answers.add((selector.find(name, event), found is None))
+    assert len(answers) >= 3
 
 
 def test_a_selector_of_variables():

@@ -63,9 +63,27 @@ def _difference(of):
                       tuple(_difference(each) for each in inside))
 
 
+class Differences(list):
+    """The differences of two lists. `not_compared` names the fields that are left out, because only
+    one of two dialects has them: "stream", "bits.bit_desc"."""
+
+    def __init__(self, differences=(), not_compared=()):
+        super().__init__(differences)
+        self.not_compared = tuple(not_compared)
+
+
+def _field_in_python(name):
+    """The name of Python for "stream" or "bits.description" in the tool's JSON."""
+    group, _, field = name.rpartition(".")
+    group, one = _GROUPS.get(group, ("", "channel"))
+    field = _GROUPS[field][0] if field in _GROUPS else _IN_PYTHON[one][field]
+    return f"{group}.{field}" if group else field
+
+
 def diff(before, after):
     """Compares two lists record by record, whatever their order, as `zrt4xml diff` does: channels by
-    property, events by type, entries by index, features by name.
+    property, events by type, entries by index, features by name. Of channels whose lists have two
+    dialects, what both dialects have; `not_compared` of the result tells the rest.
 
     >>> channels = zrt4xml.read("examples/channels/channels.xml")
     >>> [each.key for each in zrt4xml.diff(channels, channels[1:])]
@@ -74,7 +92,9 @@ def diff(before, after):
     for each in (before, after):
         if not isinstance(each, RecordList):
             raise TypeError(f"a list of records is needed, not '{type(each).__name__}'")
-    return [_difference(each) for each in _core.differences(before, after)]
+    of_two_dialects = getattr(before, "dialect", None) != getattr(after, "dialect", None)
+    differences, not_compared = _core.differences(before, after, of_two_dialects)
+    return Differences(map(_difference, differences), map(_field_in_python, not_compared))
 
 
 def merge(base, *others, force=False):

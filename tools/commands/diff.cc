@@ -147,9 +147,7 @@ compared comparison_of(const side& one, const side& other) {
                 other.document.rows,
                 traits_of(one.kind).record_name};
   if (one.kind == other.kind) return both;
-  both.before = {both.before, keep_what_variables_have};
-  both.after = {both.after, keep_what_variables_have};
-  both.not_compared = missing_in_variables();
+  both.not_compared = keep_what_both_have(both.before, both.after);
   const side& variables = one.kind == document_kind::variables ? one : other;
   report(variables.name,
          "not compared, since this dialect does not have them: " + joined(both.not_compared));

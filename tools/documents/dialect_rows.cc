@@ -76,3 +76,9 @@ std::vector<std::string> missing_in_variables() {
   add(dimensions, {statistics});
   return names;
 }
+
+std::vector<std::string> keep_what_both_have(row_list& before, row_list& after) {
+  before = {before, keep_what_variables_have};
+  after = {after, keep_what_variables_have};
+  return missing_in_variables();
+}
