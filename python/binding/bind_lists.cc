@@ -132,10 +132,10 @@ void set_span(List& list, const py::slice& slice, const py::object& given) {
 }
 
 template <class List>
-std::shared_ptr<record> by_key(List& list, const std::string& key) {
+std::size_t position_of(List& list, const std::string& key) {
   const auto found = list.find(key);
   if (!found) throw py::key_error(key);
-  return list.at(*found);
+  return *found;
 }
 
 template <class List>
@@ -183,7 +183,9 @@ void bind_sequence(py::module_& module, Class& bound, const char* iterator_name)
       return py::cast(records);
     }
   });
-  bound.def("__getitem__", &by_key<List>);
+  bound.def("__getitem__", [](List& self, const std::string& key) -> std::shared_ptr<record> {
+    return self.at(position_of(self, key));
+  });
   bound.def(
       "get",
       [](List& self, const std::string& key, const py::object& otherwise) {
@@ -203,6 +205,8 @@ void bind_sequence(py::module_& module, Class& bound, const char* iterator_name)
             [](List& self, py::ssize_t index) { self.erase(position_in(self, index)); });
   bound.def("__delitem__",
             [](List& self, const py::slice& slice) { erase_span(self, span_in(self, slice)); });
+  bound.def("__delitem__",
+            [](List& self, const std::string& key) { self.erase(position_of(self, key)); });
   bound.def(
       "insert",
       [](List& self, py::ssize_t index, const py::object& given) {

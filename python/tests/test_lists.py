@@ -201,3 +201,32 @@ def test_a_record_that_stands_twice():
     assert entries[0] is entries[1]
     del entries[0]
     assert entries[0].env_prop == "B"
+
+
+def test_records_inside_are_sorted_copied_and_pickled():
+    channel = zrt4xml.Channel(bits=[{"bit": 2}, {"bit": 3, "bit_name": "A"}, {"bit": 1}])
+    third = channel.bits[1]
+    channel.bits.sort()
+    assert [each.bit for each in channel.bits] == [1, 2, 3]
+    assert channel.bits[2] is third
+    channel.bits.sort(key=lambda each: each.bit_name, reverse=True)
+    assert channel.bits[0] is third
+    for made in (copy.copy(channel.bits), channel.bits.copy()):
+        assert made == channel.bits
+        assert made[0] is third
+    for made in (copy.deepcopy(channel.bits), pickle.loads(pickle.dumps(channel.bits))):
+        assert made == channel.bits
+        assert made[0] is not third
+    zrt4xml.Channel().bits.sort()
+
+
+def test_a_record_is_taken_out_by_its_key(channels):
+    del channels["BPM.3.L1.X"]
+    assert len(channels) == 7
+    assert "BPM.3.L1.X" not in channels
+    with pytest.raises(KeyError, match="BPM.3.L1.X"):
+        del channels["BPM.3.L1.X"]
+    bits = channels["RF.A1.STATUS"].bits
+    del bits["QUENCH"]
+    assert [each.bit_name for each in bits] == [
+        "RF_ON", "FEEDBACK", "FEEDFORWARD", "VACUUM", "MODULATOR"]

@@ -32,6 +32,20 @@ def _mapping_of(record):
     raise TypeError(f"a mapping of fields is needed, not '{type(record).__name__}'")
 
 
+def _plain(value, kind):
+    """A value of a table for a field: a column of integers in which one is missing has floats."""
+    if kind not in ("str", "float") and isinstance(value, float) and value.is_integer():
+        return int(value)
+    return value
+
+
+def _in_order(records, key, reverse):
+    if key is None:
+        first = records[0]._fields[0][0] if records else None
+        key = lambda record: getattr(record, first)
+    return sorted(records, key=key, reverse=reverse)
+
+
 def _replace(path, content):
     name = os.fsencode(path)
     if not name:
@@ -78,10 +92,11 @@ class RecordList(_core.RecordList):
         if hasattr(records, "to_dict") and hasattr(records, "columns"):  # a DataFrame
             records = records.to_dict("records")
         made = cls()
+        kinds = {name: kind for name, _, kind, _ in cls._record._fields}
         made.extend(
             each if isinstance(each, cls._record) else
-            cls._record(**{name: value for name, value in _mapping_of(each).items()
-                           if not _is_missing(value)})
+            cls._record(**{name: _plain(value, kinds.get(name, "str"))
+                           for name, value in _mapping_of(each).items() if not _is_missing(value)})
             for each in records)
         return made
 
@@ -101,10 +116,7 @@ class RecordList(_core.RecordList):
 
     def sort(self, *, key=None, reverse=False):
         """Orders the records as `list.sort` does; without `key` by the first field."""
-        if key is None:
-            first = self._record._fields[0][0]
-            key = lambda record: getattr(record, first)
-        self[:] = sorted(self, key=key, reverse=reverse)
+        self[:] = _in_order(self, key, reverse)
 
     def to_numpy(self, fields=None, *, texts="str"):
         """A structured array with one row for each record, and no object of Python for a value.
@@ -133,8 +145,8 @@ class RecordList(_core.RecordList):
         return _tables.as_html(self)
 
     def _written(self, form, lossy):
-        at_all, losses, content = _core.written(self, form)
-        if losses and not (lossy and at_all):
+        losses, content = _core.written(self, form)
+        if losses and not lossy:
             raise LossError(losses)
         return content
 
@@ -151,6 +163,16 @@ class RecordList(_core.RecordList):
         count = f"{len(self)} {self._noun if len(self) == 1 else self._nouns}"
         return f"<{type(self).__name__} of {count}{':' if shown else ''}{inside.rstrip(',')}>"
 
+
+def _sort_inside(self, *, key=None, reverse=False):
+    """Orders the records as `list.sort` does; without `key` by the first field."""
+    self[:] = _in_order(self, key, reverse)
+
+
+# Copied and pickled, the records of a record are a plain list.
+_core.InnerList.sort = _sort_inside
+_core.InnerList.copy = _core.InnerList.__copy__ = lambda self: list(self)
+_core.InnerList.__reduce__ = lambda self: (list, (list(self),))
 
 _SHOWN = 6
 
@@ -183,7 +205,7 @@ class ChannelList(RecordList):
     def to_xml(self, dialect=None, *, lossy=False):
         """The document, in the bytes of the encoding that it declares. `dialect` is "element" or
         "variables", by default that of the list. Raises `LossError` when the document would not read
-        back to the same; with `lossy=True` only when it would be no XML.
+        back to the same; with `lossy=True`, what arrives is written.
 
         >>> channels = zrt4xml.read("examples/channels/channels.xml")
         >>> zrt4xml.read(channels.to_xml("element")) == channels
@@ -243,7 +265,7 @@ class Dictionary(RecordList):
 
     def to_xml(self, *, lossy=False):
         """The document, in the bytes of the encoding that it declares. Raises `LossError` when it
-        would not read back to the same; with `lossy=True` only when it would be no XML.
+        would not read back to the same; with `lossy=True`, what arrives is written.
 
         >>> entries = zrt4xml.read("examples/dictionaries/small.xml")
         >>> zrt4xml.read(entries.to_xml()) == entries
