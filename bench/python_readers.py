@@ -1,7 +1,7 @@
 """Reading channels in Python: a list, a structured array and a DataFrame of this library's package,
-beside the C++ reader, lxml that fills dicts, and pandas.read_xml. Each in a process of its own:
-processor time of the work, least of several, and the most memory that the process had beyond what it
-had before. Then two threads beside one.
+beside the C++ reader, lxml that fills dicts, and pandas.read_xml. Each in a process of its own, with
+what it imports imported before: processor time of the work, least of several, and the most memory
+that the process had beyond what it had before.
 
     python_readers.py PROGRAM_read_channels [CHANNELS [TURNS]]
 """
@@ -10,11 +10,10 @@ import os
 import subprocess
 import sys
 import tempfile
-import threading
 import time
 
-FIELDS = ["STREAM", "EVTYPE", "DTYPE", "DB_KEY", "COUNT", "SB_NAME", "PROP", "NAME", "SETPOINT",
-          "SUBSYSTEM", "UNITS", "DESC", "SIZE"]
+NUMBERS = {"STREAM", "EVTYPE", "DTYPE", "DB_KEY", "COUNT", "SETPOINT", "SIZE"}
+BEGINS = {"BIT": "bits", "DIM": "dims", "STAT": "stats"}
 
 
 def read_list(path):
@@ -23,28 +22,64 @@ def read_list(path):
 
 
 def read_array(path):
+    import numpy  # noqa: F401
     import zrt4xml
     return lambda: zrt4xml.read_channels(path).to_numpy()
 
 
 def read_frame(path):
-    import pandas  # noqa: F401: loaded before the clock runs
+    import pandas  # noqa: F401
     import zrt4xml
     return lambda: zrt4xml.read_channels(path).to_dataframe()
 
 
-def read_lxml(path):
-    from lxml import etree
+def read_array_at_once(path):
+    import numpy  # noqa: F401
+    import zrt4xml
+    return lambda: zrt4xml.read_numpy(path)
 
-    def read():
-        channels = []
-        for _, element in etree.iterparse(path, tag="CHANNEL"):
-            channels.append({child.tag: child.text for child in element if child.tag in FIELDS})
-            element.clear()
-            while element.getprevious() is not None:
-                del element.getparent()[0]
-        return channels
-    return read
+
+def read_frame_at_once(path):
+    import pandas  # noqa: F401
+    import zrt4xml
+    return lambda: zrt4xml.read_dataframe(path)
+
+
+def elements(path):
+    """The elements of the channels, each gone before the next comes."""
+    from lxml import etree
+    for _, element in etree.iterparse(path, tag="CHANNEL"):
+        yield element
+        element.clear()
+        while element.getprevious() is not None:
+            del element.getparent()[0]
+
+
+def read_texts(path):
+    """The least that lxml can do: texts as they stand, of bits and dimensions the last ones."""
+    from lxml import etree  # noqa: F401
+    return lambda: [{child.tag: child.text for child in element} for element in elements(path)]
+
+
+def channel_of(element):
+    """What the library's records hold: numbers are numbers, bits and dimensions stand inside."""
+    channel = into = {}
+    for child in element:
+        name, text = child.tag, child.text
+        if name in NUMBERS:
+            into[name] = int(text)
+        elif name in BEGINS:
+            holder = channel["dims"][-1] if name == "STAT" else channel
+            into = {name: int(text)}
+            holder.setdefault(BEGINS[name], []).append(into)
+        else:
+            into[name] = text
+    return channel
+
+
+def read_values(path):
+    from lxml import etree  # noqa: F401
+    return lambda: [channel_of(element) for element in elements(path)]
 
 
 def read_pandas(path):
@@ -52,8 +87,10 @@ def read_pandas(path):
     return lambda: pandas.read_xml(path, xpath=".//CHANNEL")
 
 
-WAYS = {"list": read_list, "to_numpy": read_array, "to_dataframe": read_frame,
-        "lxml, dicts": read_lxml, "pandas.read_xml": read_pandas}
+VALUES, TEXTS, PANDAS = "lxml, dicts of values", "lxml, dicts of texts", "pandas.read_xml"
+WAYS = {"list": read_list, "list, to_numpy": read_array, "list, to_dataframe": read_frame,
+        "read_numpy": read_array_at_once, "read_dataframe": read_frame_at_once,
+        VALUES: read_values, TEXTS: read_texts, PANDAS: read_pandas}
 
 
 def peak():
@@ -72,33 +109,24 @@ def measured(way, path):
 
 
 def write_document(path, count):
+    """Channels of which each has a dimension, and each eighth four bits."""
     import zrt4xml
+    bits = [zrt4xml.Bit(bit=i, bit_name=f"BIT{i}", bit_desc=f"what bit {i} says") for i in range(4)]
     zrt4xml.ChannelList(
         zrt4xml.Channel(prop_name=f"LINAC.DIAG/BPM/{i}.L1/X.TRAIN", daq_name=f"BPM.{i}.L1.X",
                         ev_type=i % 20, dtype=38, stream=1, subsystem=f"SUB{i % 12}",
                         sb_name=f"LINAC.DAQ/SERVER.{i % 40}", units="mm", max_size=2048, db_key=i,
                         prop_desc=f"horizontal beam position at monitor {i}",
-                        dims=[zrt4xml.Dimension(dim=0, dim_name="bunch", units="us")])
+                        dims=[zrt4xml.Dimension(dim=0, dim_name="bunch", units="us")],
+                        bits=[each.copy() for each in bits] if i % 8 == 0 else [])
         for i in range(count)).write(path)
-
-
-def threads(path, number):
-    """Wall-clock seconds for `number` documents, each read by a thread of its own."""
-    import zrt4xml
-    workers = [threading.Thread(target=zrt4xml.read_channels, args=(path,)) for _ in range(number)]
-    begin = time.perf_counter()
-    for each in workers:
-        each.start()
-    for each in workers:
-        each.join()
-    return time.perf_counter() - begin
 
 
 def main():
     if sys.argv[1] == "--measure":
         return measured(*sys.argv[2:])
     program = sys.argv[1]
-    count, turns = (int(each) for each in (sys.argv[2:] + ["100000", "3"])[:2])
+    count, turns = map(int, sys.argv[2:4] + ["100000", "3"][len(sys.argv) - 2:])
     with tempfile.TemporaryDirectory() as folder:
         path = os.path.join(folder, "channels.xml")
         write_document(path, count)
@@ -112,16 +140,15 @@ def main():
                 out = subprocess.check_output([sys.executable, __file__, "--measure", way, path])
                 found[way].append([float(each) for each in out.split()])
         best = {way: min(each) for way, each in found.items()}
-        print("| what | seconds | of C++ | lxml / it | pandas / it | memory, MB |")
-        print("|---|---|---|---|---|---|")
-        print(f"| C++ reader | {min(baseline):.3f} | 1.00 | | | |")
+        print("| what | seconds | of C++ | lxml values / it | lxml texts / it | pandas / it | "
+              "memory, MB |")
+        print("|---|---|---|---|---|---|---|")
+        print(f"| C++ reader | {min(baseline):.3f} | 1.00 | | | | |")
         for way, (seconds, memory, _) in best.items():
-            print(f"| {way} | {seconds:.3f} | {seconds / min(baseline):.2f} | "
-                  f"{best['lxml, dicts'][0] / seconds:.1f} | "
-                  f"{best['pandas.read_xml'][0] / seconds:.1f} | {memory:.0f} |")
-        one = min(threads(path, 1) for _ in range(turns))
-        two = min(threads(path, 2) for _ in range(turns))
-        print(f"two threads read {2 * one / two:.2f} times as fast as one")
+            ratios = " | ".join(f"{best[other][0] / seconds:.1f}"
+                                for other in (VALUES, TEXTS, PANDAS))
+            print(f"| {way} | {seconds:.3f} | {seconds / min(baseline):.2f} | {ratios} | "
+                  f"{memory:.0f} |")
     return None
 
 
