@@ -5,6 +5,7 @@
 #include <pybind11/stl.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <functional>
 #include <memory>
@@ -24,8 +25,6 @@ namespace zrt4::python {
 namespace {
 
 using records = std::vector<std::shared_ptr<record>>;
-
-constexpr std::size_t number_size = 4;
 
 std::shared_ptr<table> new_table(const record_type& type, const std::vector<std::string>& fields) {
   try {
@@ -81,7 +80,7 @@ void fill_rows(char* row, std::size_t row_size, const table& from,
       if (columns[at].is_text()) {
         put_text(columns[at].text(i), to, as_bytes);
       } else {
-        std::memcpy(to, &columns[at].numbers()[i], number_size);
+        std::memcpy(to, &columns[at].numbers()[i], sizeof(std::uint32_t));
       }
     }
   }
@@ -149,7 +148,8 @@ py::dict columns_of(const table& from) {
       result[name] = texts_of(each, from.size());
     } else {
       py::array made(py::dtype(code_of_number(each.of())), static_cast<py::ssize_t>(from.size()));
-      std::memcpy(made.mutable_data(), each.numbers().data(), number_size * from.size());
+      const auto& numbers = each.numbers();
+      std::copy(numbers.begin(), numbers.end(), static_cast<std::uint32_t*>(made.mutable_data()));
       result[name] = made;
     }
   }
