@@ -14,9 +14,9 @@
 #include "file_error.hh"
 #include "input_file.hh"
 #include "reading.hh"
+#include "record_table.hh"
 #include "scan.hh"
 #include "sequences.hh"
-#include "table.hh"
 #include "values.hh"
 
 namespace zrt4::python {

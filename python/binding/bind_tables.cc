@@ -16,8 +16,8 @@
 #include <vector>
 
 #include "bindings.hh"
+#include "record_table.hh"
 #include "sequences.hh"
-#include "table.hh"
 #include "values.hh"
 
 namespace zrt4::python {

@@ -1,5 +1,5 @@
-#ifndef TABLE_HH
-#define TABLE_HH
+#ifndef RECORD_TABLE_HH
+#define RECORD_TABLE_HH
 
 // The values of records, copied out of them: what arrays and DataFrames are made of. Records lie
 // all over the memory, and change; the columns of a table lie in a row, and stay.

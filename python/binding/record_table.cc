@@ -1,4 +1,4 @@
-#include "table.hh"
+#include "record_table.hh"
 
 #include <algorithm>
 #include <cstring>
