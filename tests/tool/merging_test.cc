@@ -200,7 +200,7 @@ std::vector<zrt4::channel_list> random_lists(unsigned seed) {
 
 class Merging : public test::in_utf8 {};
 
-constexpr unsigned rounds = 2000;
+constexpr unsigned rounds = 2000 / test::random_share;
 constexpr unsigned written_ones = 8;  // of so many rounds one is written, which takes longer
 
 }  // namespace
@@ -222,11 +222,11 @@ TEST_F(Merging, RandomRecordsAreCompletedByTheRule) {
     }
     if (HasFailure()) break;
   }
-  EXPECT_GT(counts.contradicting, 1000);
-  EXPECT_GT(counts.whole, 50);
-  EXPECT_GT(counts.lossy, 200);
-  EXPECT_GT(counts.origins, 1000);
-  EXPECT_GT(counts.from_others, 500);
+  EXPECT_GT(counts.contradicting, 1000 / test::random_share);
+  EXPECT_GT(counts.whole, 50 / test::random_share);
+  EXPECT_GT(counts.lossy, 200 / test::random_share);
+  EXPECT_GT(counts.origins, 1000 / test::random_share);
+  EXPECT_GT(counts.from_others, 500 / test::random_share);
 }
 
 TEST_F(Merging, RandomDocumentsOfBothDialects) {
@@ -251,9 +251,9 @@ TEST_F(Merging, RandomDocumentsOfBothDialects) {
     if (i % written_ones == 0) expect_written(lists.front(), counts);
     if (HasFailure()) break;
   }
-  EXPECT_GT(counts.contradicting, 30);
-  EXPECT_GT(counts.whole, 200);
-  EXPECT_GT(counts.lossy, 30);
+  EXPECT_GT(counts.contradicting, 30 / test::random_share);
+  EXPECT_GT(counts.whole, 200 / test::random_share);
+  EXPECT_GT(counts.lossy, 30 / test::random_share);
 }
 
 TEST_F(Merging, AnEmptyListTakesEveryRecordAndGivesNone) {
