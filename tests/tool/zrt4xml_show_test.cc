@@ -76,6 +76,74 @@ TEST(ToolShow, MergedVariablesAndJsonAgree) {
               testing::HasSubstr("\"event_type\": 1,\n          \"event_type_name\": \"NORMAL\""));
 }
 
+// A client has no event type then, where it has HB for the number 0.
+TEST(ToolShow, AnEventTypeThatIsNotToldHasNoNameInJsonEither) {
+  const struct {
+    const char* types;
+    const char* name;
+  } cases[] = {{"", "UNKNOWN"}, {"<EVTYPE></EVTYPE>", "UNKNOWN"}, {"<EVTYPE>0</EVTYPE>", "HB"}};
+  for (const auto& each : cases) {
+    const test::temporary_file file(described(each.types));
+    const std::string named =
+        "\"event_type\": 0,\n          \"event_type_name\": \"" + std::string(each.name) + "\",";
+    const std::string shown = run("show --json " + file.path()).out;
+    EXPECT_THAT(shown, testing::HasSubstr(named)) << each.types;
+    EXPECT_EQ(run("show --json " + file.path() + " | " + test::tool() + " convert - --to xml").out,
+              run("convert --to xml " + file.path()).out);
+    EXPECT_THAT(run("stat " + file.path()).out,
+                testing::HasSubstr("  0 " + std::string(each.name) + " "));
+  }
+  const test::temporary_file variables(
+      "<DAQvariables><DaqFloat><vindo>A</vindo></DaqFloat>"
+      "</DAQvariables>");
+  EXPECT_THAT(run("show --json " + variables.path()).out,
+              testing::HasSubstr("\"event_type_name\": \"UNKNOWN\""));
+}
+
+TEST(ToolShow, NumbersOfAllFieldsThatAreReadAsOthersAreTold) {
+  const struct {
+    const char* document;
+    const char* told;
+  } cases[] = {
+      {"<CHANDESCRIPTIONS><CHANNEL><PROP>A</PROP>\n<STREAM>4294967299</STREAM></CHANNEL>"
+       "</CHANDESCRIPTIONS>",
+       ":2:9: STREAM: '4294967299' does not fit, read as 3"},
+      {"<CHANDESCRIPTIONS><CHANNEL><PROP>A</PROP>\n<SIZE>2k</SIZE></CHANNEL></CHANDESCRIPTIONS>",
+       ":2:7: SIZE: '2k' is read as 2, the rest is ignored"},
+      {"<CHANDESCRIPTIONS><CHANNEL><PROP>A</PROP>\n<DIM>one</DIM></CHANNEL></CHANDESCRIPTIONS>",
+       ":2:6: DIM: 'one' is no number, read as 0"},
+      {"<DAQvariables><DaqBits><vindo>A</vindo>\n<bitTitle bit='1.5'>x</bitTitle></DaqBits>"
+       "</DAQvariables>",
+       ":2:21: bitTitle bit: '1.5' is read as 1, the rest is ignored"},
+      {"<BMR><EVENT><TYPE>1</TYPE>\n<PRIORITY>0X1F</PRIORITY></EVENT></BMR>",
+       ":2:11: PRIORITY: '0X1F' is read as 0, the rest is ignored; write 0x1F"},
+      {"<ENVINDEXDICT><CHANNEL>\n<INDEX>5000000000</INDEX><PROP>A</PROP></CHANNEL></ENVINDEXDICT>",
+       ":2:8: INDEX: '5000000000' does not fit, read as 705032704"},
+      {"<ENVINDEXDICT><CHANNEL><INDEX>1</INDEX>\n<DABS>0,5</DABS><PROP>A</PROP></CHANNEL>"
+       "</ENVINDEXDICT>",
+       ":2:7: DABS: '0,5' is read as 0, the rest is ignored; write 0.5"},
+  };
+  for (const auto& each : cases) {
+    const test::temporary_file file(each.document);
+    for (const std::string format : {"", "--json "}) {
+      const run_result result = run("show " + format + file.path());
+      EXPECT_EQ(result.code, 0);
+      EXPECT_EQ(result.err, "zrt4xml: " + file.path() + each.told + "\n");
+    }
+    EXPECT_EQ(run("-q show " + file.path()).err, "");
+  }
+}
+
+TEST(ToolShow, ManyNumbersThatAreReadAsOthersAreCounted) {
+  std::string channels;
+  for (int i = 0; i < 8; ++i) channels += "<CHANNEL><PROP>A</PROP><SIZE>2k</SIZE></CHANNEL>";
+  const test::temporary_file file("<CHANDESCRIPTIONS>" + channels + "</CHANDESCRIPTIONS>");
+  const run_result result = run("show " + file.path());
+  EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 6);
+  EXPECT_THAT(result.err, testing::EndsWith(": 3 more of the same kind are read as others than "
+                                            "are written: rest_ignored\n"));
+}
+
 TEST(ToolShow, TimesBeyond31BitsAsInJson) {
   const test::temporary_file file(
       "<BMR><EVENT><TYPE>1</TYPE><MINTIMESEC>3000000000</MINTIMESEC>"

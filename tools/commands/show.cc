@@ -2,9 +2,13 @@
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "each_file.hh"
 #include "json_answer.hh"
+#include "odd_numbers.hh"
 #include "row_json.hh"
 
 namespace {
@@ -21,8 +25,11 @@ template <auto kind_traits::*how>
 auto reader_for(std::optional<document_kind> expected) {
   return [expected](input_file& file) {
     const document_kind kind = kind_of(file, expected);
-    return shown<decltype((traits_of(kind).*how)(file))>{file.name(), kind,
-                                                         (traits_of(kind).*how)(file)};
+    shown<decltype((traits_of(kind).*how)(file))> one{file.name(), kind,
+                                                      (traits_of(kind).*how)(file)};
+    std::vector<std::string>& messages = one.document.how.messages;
+    for (std::string& each : odd_numbers_in(file, kind)) messages.push_back(std::move(each));
+    return one;
   };
 }
 

@@ -6,6 +6,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <tuple>
 
 #include "document_kind.hh"
 #include "each_file.hh"
@@ -20,15 +21,19 @@ constexpr std::string_view counted_fields[] = {
     "event_type", "data_type",          "subsystem",         "stream",
     "type",       "absolute_threshold", "relative_threshold"};
 
-/// The records of one value.
-struct tally {
+/// A value, and its name when it is a number that has one.
+struct labelled {
+  cell value;
   std::string_view number_name;
-  int records = 0;
+
+  friend bool operator<(const labelled& a, const labelled& b) {
+    return std::tie(a.value, a.number_name) < std::tie(b.value, b.number_name);
+  }
 };
 
 struct field_tallies {
   std::string_view field;
-  std::map<cell, tally> by_value;
+  std::map<labelled, int> by_value;
 };
 
 /// Numbers from one to another, both included.
@@ -65,9 +70,7 @@ std::vector<field_tallies> tally_fields(const row_list& records) {
     for (field_tallies& tallies : all) {
       for (const row::field& field : record.fields) {
         if (field.name != tallies.field) continue;
-        tally& one = tallies.by_value[field.value];
-        one.number_name = field.number_name;
-        ++one.records;
+        ++tallies.by_value[{field.value, field.number_name}];
       }
     }
   }
@@ -80,10 +83,11 @@ std::vector<field_tallies> tally_fields(const row_list& records) {
 // So that the records need not wait to be printed.
 void detach(std::vector<field_tallies>& all, std::deque<std::string>& texts) {
   for (field_tallies& tallies : all) {
-    std::map<cell, tally> detached;
-    for (const auto& [value, of] : tallies.by_value) {
-      const auto* text = std::get_if<std::string_view>(&value);
-      detached.emplace(text != nullptr ? cell(texts.emplace_back(*text)) : value, of);
+    std::map<labelled, int> detached;
+    for (const auto& [of, records] : tallies.by_value) {
+      const auto* text = std::get_if<std::string_view>(&of.value);
+      const cell value = text != nullptr ? cell(texts.emplace_back(*text)) : of.value;
+      detached.emplace(labelled{value, of.number_name}, records);
     }
     tallies.by_value.swap(detached);
   }
@@ -139,12 +143,12 @@ counted count_document(input_file& file) {
   return result;
 }
 
-std::string label_of(const cell& value, const tally& of) {
-  if (const auto* text = std::get_if<std::string_view>(&value)) {
+std::string label_of(const labelled& of) {
+  if (const auto* text = std::get_if<std::string_view>(&of.value)) {
     return text->empty() ? "(none)" : printable(*text);
   }
-  if (const auto* value_of = std::get_if<threshold>(&value)) return text_of(*value_of);
-  std::string label = std::to_string(std::get<std::int64_t>(value));
+  if (const auto* value = std::get_if<threshold>(&of.value)) return text_of(*value);
+  std::string label = std::to_string(std::get<std::int64_t>(of.value));
   if (!of.number_name.empty()) label.append(" ").append(of.number_name);
   return label;
 }
@@ -166,14 +170,14 @@ std::string title_of(std::string_view field) {
 void print(const field_tallies& tallies) {
   std::size_t width = 0;
   int largest = 1;
-  for (const auto& [value, of] : tallies.by_value) {
-    width = std::max(width, label_of(value, of).size());
-    largest = std::max(largest, of.records);
+  for (const auto& [of, records] : tallies.by_value) {
+    width = std::max(width, label_of(of).size());
+    largest = std::max(largest, records);
   }
   std::printf("%s\n", title_of(tallies.field).c_str());
-  for (const auto& [value, of] : tallies.by_value) {
-    std::printf("  %-*s %6d%s\n", static_cast<int>(width), label_of(value, of).c_str(), of.records,
-                bar(of.records, largest).c_str());
+  for (const auto& [of, records] : tallies.by_value) {
+    std::printf("  %-*s %6d%s\n", static_cast<int>(width), label_of(of).c_str(), records,
+                bar(records, largest).c_str());
   }
 }
 
@@ -181,10 +185,10 @@ json to_json(const std::vector<field_tallies>& all) {
   json result = json::object();
   for (const field_tallies& tallies : all) {
     json& list = result[std::string(tallies.field)] = json::array();
-    for (const auto& [value, of] : tallies.by_value) {
-      json one = {{"value", to_json(value)}};
+    for (const auto& [of, records] : tallies.by_value) {
+      json one = {{"value", to_json(of.value)}};
       if (!of.number_name.empty()) one["name"] = of.number_name;
-      one["count"] = of.records;
+      one["count"] = records;
       list.push_back(std::move(one));
     }
   }

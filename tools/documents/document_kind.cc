@@ -25,10 +25,10 @@ listed_document listed(input_file& file, Print print) {
   return {std::move(how), [list, print] { print(*list); }, {}};
 }
 
-template <class List, class... More>
-loaded_document load(input_file& file, More... more) {
+template <class List>
+loaded_document load(input_file& file) {
   const auto list = std::make_shared<List>();
-  reading how = read_into(*list, file, more...);
+  reading how = read_into(*list, file);
   return {std::move(how), rows_of(*list), list};
 }
 
@@ -44,8 +44,8 @@ listed_document list_dialect(input_file& file) {
 }
 
 template <document_kind kind>
-loaded_document load_channels(input_file& file) {
-  return load<zrt4::channel_list>(file, dialect_of(kind), zrt4::types::numbers);
+loaded_document load_dialect(input_file& file) {
+  return load_channels(file, dialect_of(kind));
 }
 
 // The wider record, so that no name is cut.
@@ -78,9 +78,9 @@ constexpr kind_traits kinds[] = {
     {events, "events", "BMR", "event list", "event", "events", list_events, load<zrt4::event_list>,
      known_in_events},
     {channels, "channels", "CHANDESCRIPTIONS", "channel descriptions, element dialect", "channel",
-     "channels", list_dialect<channels>, load_channels<channels>, known_in_channels},
+     "channels", list_dialect<channels>, load_dialect<channels>, known_in_channels},
     {variables, "variables", "DAQvariables", "channel descriptions, variable dialect", "channel",
-     "channels", list_dialect<variables>, load_channels<variables>, known_in_variables},
+     "channels", list_dialect<variables>, load_dialect<variables>, known_in_variables},
     {dictionary, "dictionary", "ENVINDEXDICT", "environment index dictionary", "entry", "entries",
      list_dictionary, load<zrt4::env_dictionary_2010>, known_in_dictionary},
     {camera, "camera", "", "camera features", "feature", "features", list_camera,

@@ -21,6 +21,7 @@
 #include "message.hh"
 #include "nearest.hh"
 #include "terminal.hh"
+#include "type_names.hh"
 
 namespace {
 
@@ -531,8 +532,9 @@ void json_reader::take_name(const level& of, std::size_t position, const given_v
     agrees = !has_number || !std::isfinite(number);
     if (agrees) of.type->set(of.record, position, threshold{std::strtof(name.c_str(), nullptr)});
   } else if (has_number) {
-    agrees = value.text == field.names(static_cast<int>(std::get<std::int64_t>(current)));
-  } else if (value.text != "UNKNOWN") {
+    const auto number = static_cast<int>(std::get<std::int64_t>(current));
+    agrees = value.text == field.names(number) || (number == 0 && value.text == nameless);
+  } else if (value.text != nameless) {
     std::int64_t number = 0;
     if (!number_named(field, value.text, number)) {
       return wrong("there is no such name: " + in_quotes(value.text) +

@@ -8,4 +8,7 @@
 /// the document instead of as the mask that the library would make of it.
 listed_document list_channels(input_file& file, int dialect);
 
+/// The records of such a document. An event type of which it says nothing is 0, and has no name.
+loaded_document load_channels(input_file& file, int dialect);
+
 #endif

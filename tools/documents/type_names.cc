@@ -12,8 +12,6 @@ namespace {
 
 using name_of_number = const char* (*)(int);
 
-constexpr std::string_view nameless = "UNKNOWN";
-
 template <class MaskOf>
 std::vector<named_type> named_types(int last, name_of_number names, MaskOf mask_of) {
   std::vector<named_type> types;

@@ -9,6 +9,9 @@
 #include <string_view>
 #include <vector>
 
+/// What the library calls a type without a name.
+constexpr std::string_view nameless = "UNKNOWN";
+
 /// A type that has a name.
 struct named_type {
   int number;
