@@ -113,7 +113,8 @@ CLI::App* add_find(CLI::App& app, arguments& given) {
           "--name", given.name,
           "DAQ name or property of the channel, or a pattern ('BPM.*.X') for all that match")
       ->required()
-      ->type_name("CHANNEL");
+      ->type_name("CHANNEL")
+      ->check([](const std::string& name) { return name.empty() ? "the name is empty" : ""; });
   command->add_flag("-i,--ignore-case", given.ignore_case,
                     "All channels with it in their names, in any case of letters");
   command->add_option("--event", given.event, "Is it selected for this event type, name or number?")

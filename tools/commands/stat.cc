@@ -12,6 +12,7 @@
 #include "each_file.hh"
 #include "json_answer.hh"
 #include "row_json.hh"
+#include "table.hh"
 #include "terminal.hh"
 
 namespace {
@@ -171,13 +172,14 @@ void print(const field_tallies& tallies) {
   std::size_t width = 0;
   int largest = 1;
   for (const auto& [of, records] : tallies.by_value) {
-    width = std::max(width, label_of(of).size());
+    width = std::max(width, display_width(label_of(of)));
     largest = std::max(largest, records);
   }
   std::printf("%s\n", title_of(tallies.field).c_str());
   for (const auto& [of, records] : tallies.by_value) {
-    std::printf("  %-*s %6d%s\n", static_cast<int>(width), label_of(of).c_str(), records,
-                bar(records, largest).c_str());
+    std::string label = label_of(of);
+    label.append(width - display_width(label), ' ');
+    std::printf("  %s %6d%s\n", label.c_str(), records, bar(records, largest).c_str());
   }
 }
 
