@@ -255,6 +255,19 @@ TEST(ToolJsonReading, RecordsNeedTheirKey) {
             "1:52: records[0]: there is no key \"index\" in it\n");
 }
 
+// No document that is read has such a channel, but JSON may be made by anyone.
+TEST(ToolJsonReading, ChannelsWithoutAPropertyAreLostWithAReason) {
+  for (const std::string property : {"", "  "}) {
+    const test::temporary_file file(channels_of(R"({"property": ")" + property + "\"}"));
+    for (const std::string form : {"xml", "variables"}) {
+      const run_result result = run("convert " + file.path() + " --to " + form);
+      EXPECT_EQ(result.code, 1);
+      EXPECT_EQ(result.err, "zrt4xml: " + file.path() + ": channel '" + property +
+                                "' does not arrive: a channel without a property is not read\n");
+    }
+  }
+}
+
 TEST(ToolJsonReading, NamesMustAgreeWithTheirNumbers) {
   EXPECT_EQ(refusal_of_channel(R"("event_type": 4, "event_type_name": "NORMAL")"),
             "records[0].event_type_name: \"NORMAL\" is not the name of what the key \"event_type\" "

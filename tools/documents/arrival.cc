@@ -107,6 +107,11 @@ class teller {
   }
 
   std::string reason_for_record(const difference& each) const {
+    const bool is_named =
+        property_of(*each.record).find_first_not_of(" \t\r\n") != std::string::npos;
+    if (each.one_name == "channel" && !is_named) {
+      return ": a channel without a property is not read";
+    }
     if (each.one_name == "statistic" && form == document_form::variables) {
       return ": the variable dialect has no place for it";
     }
