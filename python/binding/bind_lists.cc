@@ -172,6 +172,11 @@ void bind_sequence(py::module_& module, Class& bound, const char* iterator_name)
   bound.def("__getitem__", [](List& self, py::ssize_t index) -> std::shared_ptr<record> {
     return self.at(position_in(self, index));
   });
+  // One that has more bits than an index, as 10 ** 12 where sizes have 32 bits.
+  bound.def("__getitem__",
+            [](const List& /*self*/, const py::int_& /*index*/) -> std::shared_ptr<record> {
+              throw py::index_error("list index out of range");
+            });
   bound.def("__getitem__", [](const py::object& self, const py::slice& slice) -> py::object {
     const List& list = self.cast<const List&>();
     auto records = those_in(list, span_in(list, slice));

@@ -26,7 +26,7 @@ def test_a_list_is_a_sequence():
     assert names(channels) == ["P0", "P1", "P2"]
     assert channels[-1].prop_name == "P2"
     assert channels[0] is channels[0]
-    for wrong in (3, -4, 10 ** 12):
+    for wrong in (3, -4, 10 ** 12, 10 ** 20):
         with pytest.raises(IndexError):
             channels[wrong]
     assert names(reversed(channels)) == ["P2", "P1", "P0"]
