@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "each_file.hh"
@@ -25,10 +24,11 @@ template <auto kind_traits::*how>
 auto reader_for(std::optional<document_kind> expected) {
   return [expected](input_file& file) {
     const document_kind kind = kind_of(file, expected);
+    std::vector<std::string> odd = odd_numbers_in(file, kind);  // before there are records
     shown<decltype((traits_of(kind).*how)(file))> one{file.name(), kind,
                                                       (traits_of(kind).*how)(file)};
     std::vector<std::string>& messages = one.document.how.messages;
-    for (std::string& each : odd_numbers_in(file, kind)) messages.push_back(std::move(each));
+    messages.insert(messages.end(), odd.begin(), odd.end());
     return one;
   };
 }
