@@ -131,6 +131,11 @@ void set_span(List& list, const py::slice& slice, const py::object& given) {
   append_all(list, behind);
 }
 
+py::type_error no_index(const py::object& given) {
+  return py::type_error("an index, a slice or a key (str) is needed, not '" +
+                        py::type::of(given).attr("__name__").cast<std::string>() + "'");
+}
+
 template <class List>
 std::size_t position_of(List& list, const std::string& key) {
   const auto found = list.find(key);
@@ -191,6 +196,8 @@ void bind_sequence(py::module_& module, Class& bound, const char* iterator_name)
   bound.def("__getitem__", [](List& self, const std::string& key) -> std::shared_ptr<record> {
     return self.at(position_of(self, key));
   });
+  bound.def("__getitem__",
+            [](const List&, const py::object& index) -> py::object { throw no_index(index); });
   bound.def(
       "get",
       [](List& self, const std::string& key, const py::object& otherwise) {
@@ -212,6 +219,7 @@ void bind_sequence(py::module_& module, Class& bound, const char* iterator_name)
             [](List& self, const py::slice& slice) { erase_span(self, span_in(self, slice)); });
   bound.def("__delitem__",
             [](List& self, const std::string& key) { self.erase(position_of(self, key)); });
+  bound.def("__delitem__", [](const List&, const py::object& index) { throw no_index(index); });
   bound.def(
       "insert",
       [](List& self, py::ssize_t index, const py::object& given) {

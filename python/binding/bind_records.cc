@@ -85,7 +85,12 @@ void bind_type(py::module_& module) {
   const record_type& type = type_of<Raw>();
   py::class_<record_of<Raw>, record, std::shared_ptr<record_of<Raw>>> bound(
       module, std::string(type.name).c_str());
-  bound.def(py::init([](const py::kwargs& values) {
+  bound.def(py::init([](const py::args& unnamed, const py::kwargs& values) {
+    if (!unnamed.empty()) {
+      throw py::type_error(std::string(type_of<Raw>().name) +
+                           " takes fields by name: " + std::string(type_of<Raw>().name) + "(" +
+                           std::string(type_of<Raw>().fields.front().member) + "=...)");
+    }
     auto made = std::make_shared<record_of<Raw>>(type_of<Raw>().make());
     fill(*made, values);
     return made;

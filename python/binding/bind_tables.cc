@@ -213,6 +213,7 @@ void bind_tables(py::module_& module) {
       .def(py::init([](const std::string& type, const std::vector<std::string>& fields) {
         return new_table(record_type_named(type), fields);
       }))
+      .def("__len__", &table::size)
       .def("structured", &structured)
       .def("columns", &columns_of);
   module.def("table_of", &table_of);

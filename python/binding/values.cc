@@ -63,6 +63,14 @@ std::string type_name(py::handle value) {
                        "'");
 }
 
+// Of a number that nobody wants to read, not every digit; Python even refuses to write those.
+std::string shown_number(const py::object& number) {
+  constexpr std::size_t readable_bits = 256;
+  const auto bits = number.attr("bit_length")().cast<std::size_t>();
+  if (bits > readable_bits) return "a number of " + std::to_string(bits) + " bits";
+  return py::str(number).cast<std::string>();
+}
+
 std::int64_t whole_number(const field& of, py::handle value) {
   if (PyIndex_Check(value.ptr()) == 0) wrong_type(of.member, "an integer", value);
   const auto number = py::reinterpret_steal<py::object>(PyNumber_Index(value.ptr()));
@@ -70,22 +78,22 @@ std::int64_t whole_number(const field& of, py::handle value) {
   int overflow = 0;
   const std::int64_t found = PyLong_AsLongLongAndOverflow(number.ptr(), &overflow);
   if (overflow != 0 || found < of.least || found > of.most) {
-    throw py::value_error(std::string(of.member) + ": " + py::str(number).cast<std::string>() +
-                          " is outside " + std::to_string(of.least) + " to " +
-                          std::to_string(of.most));
+    throw py::value_error(std::string(of.member) + ": " + shown_number(number) + " is outside " +
+                          std::to_string(of.least) + " to " + std::to_string(of.most));
   }
   return found;
 }
 
 float single_number(const field& of, py::handle value) {
   const double number = PyFloat_AsDouble(value.ptr());
-  if (number == -1.0 && PyErr_Occurred() != nullptr) {
-    PyErr_Clear();
-    wrong_type(of.member, "a number", value);
-  }
+  const bool failed = number == -1.0 && PyErr_Occurred() != nullptr;
+  const bool is_beyond = failed && PyErr_ExceptionMatches(PyExc_OverflowError) != 0;
+  PyErr_Clear();
+  if (failed && !is_beyond) wrong_type(of.member, "a number", value);
   const auto single = static_cast<float>(number);
-  if (std::isfinite(number) && !std::isfinite(single)) {
-    throw py::value_error(std::string(of.member) + ": " + quoted(value) +
+  if (is_beyond || (std::isfinite(number) && !std::isfinite(single))) {
+    throw py::value_error(std::string(of.member) + ": " +
+                          (is_beyond ? "the number" : quoted(value)) +
                           " is more than a 32-bit number holds");
   }
   return single;

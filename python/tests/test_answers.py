@@ -207,6 +207,10 @@ def test_a_selector(channels):
     assert selector.event_types("nothing") == 0
     assert selector.data_type("nothing") == 0
     assert selector[-1] == selector[len(selector) - 1]
+    assert selector[1:3] == [selector[1], selector[2]]
+    assert selector.find("LINAC.DIAG/BPM/3.L1/X.TRAIN", "NORMAL")
+    with pytest.raises(KeyError):
+        selector.find("LINAC.DIAG/BPM/3.L1/X.TRAIN", "normally")
     with pytest.raises(IndexError):
         selector[len(selector)]
 

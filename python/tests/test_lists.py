@@ -230,3 +230,28 @@ def test_a_record_is_taken_out_by_its_key(channels):
     del bits["QUENCH"]
     assert [each.bit_name for each in bits] == [
         "RF_ON", "FEEDBACK", "FEEDFORWARD", "VACUUM", "MODULATOR"]
+
+
+def test_an_event_is_found_by_its_type(events):
+    # The number of the type is no position.
+    assert events[zrt4xml.EventType.NORMAL].evtype is zrt4xml.EventType.NORMAL
+    assert events[zrt4xml.EventType.NORMAL] is events["NORMAL"] is events[0]
+    assert events.get(zrt4xml.EventType.ENV) is events[1]
+    assert zrt4xml.EventType.ENV in events
+    assert zrt4xml.EventType.IMAGE not in events
+    assert events.get(zrt4xml.EventType.IMAGE) is None
+    del events[zrt4xml.EventType.NORMAL]
+    assert [each.evtype for each in events] == [zrt4xml.EventType.ENV]
+    with pytest.raises(KeyError):
+        events[zrt4xml.EventType.NORMAL]
+    by_number = zrt4xml.EventList([Event(evtype=28)])
+    assert by_number[zrt4xml.EventType["28"]] is by_number["28"] is by_number[0]
+
+
+@pytest.mark.parametrize("wrong", [1.0, None, (1, 2), [0]])
+def test_what_is_no_index(channels, wrong):
+    for records in (channels, channels[0].dims):
+        with pytest.raises(TypeError, match=f"is needed, not '{type(wrong).__name__}'$"):
+            records[wrong]
+        with pytest.raises(TypeError, match=f"is needed, not '{type(wrong).__name__}'$"):
+            del records[wrong]

@@ -85,6 +85,10 @@ def test_what_is_no_number():
         Event(evtype=33)
     with pytest.raises(ValueError, match="32-bit"):
         DictionaryEntry(env_ch_abs_delta=1e300)
+    with pytest.raises(ValueError, match="^env_ch_abs_delta: the number is more than a 32-bit"):
+        DictionaryEntry(env_ch_abs_delta=10 ** 400)
+    with pytest.raises(ValueError, match="^count: a number of 16610 bits is outside "):
+        channel.count = 10 ** 5000
     with pytest.raises(TypeError, match="^env_ch_abs_delta: a number is needed"):
         DictionaryEntry(env_ch_abs_delta="1")
 
@@ -92,6 +96,8 @@ def test_what_is_no_number():
 def test_fields_that_there_are_not():
     with pytest.raises(TypeError, match="^Channel has no field 'property'"):
         Channel(property="x")
+    with pytest.raises(TypeError, match=r"^Channel takes fields by name: Channel\(prop_name=...\)$"):
+        Channel("x")
     with pytest.raises(AttributeError):
         Channel().nonsense = 1
     with pytest.raises(AttributeError):

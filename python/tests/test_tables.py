@@ -77,6 +77,26 @@ def test_integers_of_a_column_in_which_one_is_missing():
         ChannelList.from_records([{"max_size": 5.5}])
 
 
+def test_rows_of_any_table(channels):
+    frame, plain = channels.to_dataframe(), channels.to_numpy()
+    expected = [each.to_dict() | {"bits": [], "dims": []} for each in channels]
+    for rows in (plain, list(plain), channels.to_numpy(texts="bytes"), plain.view(numpy.recarray),
+                 frame, (row for _, row in frame.iterrows()), frame.itertuples(index=False),
+                 frame.set_index("prop_name"), frame.set_index(["prop_name", "daq_name"])):
+        assert [each.to_dict() for each in ChannelList.from_records(rows)] == expected
+    for wrong in ({"prop_name": "x"}, ["x"], [5]):
+        with pytest.raises(TypeError, match="a mapping of fields is needed"):
+            ChannelList.from_records(wrong)
+
+
+def test_fields_of_tables(channels):
+    for fill in (channels.to_numpy, channels.to_dataframe):
+        with pytest.raises(ValueError, match="'units' stands there twice"):
+            fill(["units", "daq_name", "units"])
+    assert channels.to_dataframe([]).shape == (8, 0)
+    assert channels.to_numpy([]).shape == (8,)
+
+
 def test_texts_that_come_again():
     texts = ["a", "", "b", "a", "Ä", "b", "Ä"] * 200 + [f"text {i}" for i in range(2000)]
     channels = ChannelList(Channel(prop_name=text, units=text[:1]) for text in texts)

@@ -4,7 +4,7 @@ from typing import NamedTuple
 
 from . import _core
 from ._documents import _messages, _open
-from ._enumerations import EventMask, Severity
+from ._enumerations import EventMask, EventType, Severity
 from ._errors import DocumentError, Message
 from ._lists import ChannelList, RecordList
 
@@ -215,6 +215,8 @@ class Selector:
         return self._selector.size()
 
     def __getitem__(self, index):
+        if isinstance(index, slice):
+            return [self[position] for position in range(*index.indices(len(self)))]
         if not -len(self) <= index < len(self):
             raise IndexError("no channel at this index")
         daq_name, prop_name, slow, linac, inside = self._selector.at(index % len(self))
@@ -225,8 +227,10 @@ class Selector:
         return (self[index] for index in range(len(self)))
 
     def find(self, name, event_type):
-        """Whether the channel is selected for the event type: local and main-linac event types are
-        asked by DAQ name, all others by property."""
+        """Whether the channel is selected for the event type, a number or a name: local and main-linac
+        event types are asked by DAQ name, all others by property."""
+        if isinstance(event_type, str):
+            event_type = EventType[event_type]
         return self._selector.finds(name, int(event_type))
 
     def event_types(self, name):

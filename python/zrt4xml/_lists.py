@@ -4,6 +4,7 @@ import os
 from collections.abc import Mapping, MutableSequence
 
 from . import _core, _tables
+from ._enumerations import EventType
 from ._errors import LossError
 from ._records import Channel, DictionaryEntry, Event, Feature
 
@@ -26,14 +27,21 @@ def _is_missing(value):
 def _mapping_of(record):
     if isinstance(record, Mapping):
         return record
+    if hasattr(record, "_asdict"):  # a named tuple
+        return record._asdict()
     names = getattr(getattr(record, "dtype", None), "names", None)  # a row of a structured array
     if names is not None:
         return dict(zip(names, record.item() if hasattr(record, "item") else record))
+    if hasattr(record, "keys") and hasattr(record, "items"):  # a row of a DataFrame
+        return dict(record.items())
     raise TypeError(f"a mapping of fields is needed, not '{type(record).__name__}'")
 
 
 def _plain(value, kind):
-    """A value of a table for a field: a column of integers in which one is missing has floats."""
+    """A value of a table for a field: texts of arrays may be bytes, and a column of integers in
+    which one is missing has floats."""
+    if kind == "str" and isinstance(value, bytes):
+        return value.decode(errors="replace")
     if kind not in ("str", "float") and isinstance(value, float) and value.is_integer():
         return int(value)
     return value
@@ -89,10 +97,12 @@ class RecordList(_core.RecordList):
         >>> channels[0]
         Channel(prop_name='LINAC.DIAG/BPM/3.L1/X', units='mm', bits=<1 Bit>)
         """
+        kinds = {name: kind for name, _, kind, _ in cls._record._fields}
         if hasattr(records, "to_dict") and hasattr(records, "columns"):  # a DataFrame
+            if any(name in kinds for name in records.index.names):
+                records = records.reset_index()
             records = records.to_dict("records")
         made = cls()
-        kinds = {name: kind for name, _, kind, _ in cls._record._fields}
         made.extend(
             each if isinstance(each, cls._record) else
             cls._record(**{name: _plain(value, kinds.get(name, "str"))
@@ -241,15 +251,37 @@ class ChannelList(RecordList):
         return _tables.inner_dataframe(self, ["dims", "stats"], ["channel", "position"])
 
 
-class EventList(RecordList):
-    """Events that a consumer of the DAQ wants. An event is found by the name of its type.
+def _name_of_type(key):
+    """An event type is a key, and not the number that it is, too."""
+    return _EVENT_NAMES[key] if isinstance(key, EventType) else key
 
-    >>> zrt4xml.read_events("examples/event_lists/orbit_feedback.xml")["ENV"].priority
-    1
+
+_EVENT_NAMES = {number: name for name, number in _core.event_types}
+
+
+class EventList(RecordList):
+    """Events that a consumer of the DAQ wants. An event is found by its type, or the name of that.
+
+    >>> events = zrt4xml.read_events("examples/event_lists/orbit_feedback.xml")
+    >>> events["ENV"].priority, events[zrt4xml.EventType.ENV].priority
+    (1, 1)
     """
 
     _record = Event
     _noun, _nouns = "event", "events"
+
+    def __getitem__(self, index):
+        return super().__getitem__(_name_of_type(index))
+
+    def __delitem__(self, index):
+        super().__delitem__(_name_of_type(index))
+
+    def __contains__(self, key):
+        return super().__contains__(_name_of_type(key))
+
+    def get(self, key, default=None):
+        """The first event of this type, or `default`."""
+        return super().get(_name_of_type(key), default)
 
 
 class Dictionary(RecordList):

@@ -21,7 +21,11 @@ def _names(record, fields):
         return [name for name, *_ in record._fields]
     if isinstance(fields, str):
         raise TypeError("fields: a sequence of names is needed, not 'str'")
-    return list(fields)
+    names = list(fields)
+    for name in names:
+        if names.count(name) > 1:
+            raise ValueError(f"fields: {name!r} stands there twice")
+    return names
 
 
 def table_for(record, fields):
@@ -42,7 +46,7 @@ def frame():
 
     def made(table):
         columns = table.columns()
-        return pandas.DataFrame(columns, columns=list(columns), copy=False)
+        return pandas.DataFrame(columns, columns=list(columns), index=range(len(table)), copy=False)
     return made
 
 
