@@ -216,6 +216,7 @@ void bind_tables(py::module_& module) {
       .def("__len__", &table::size)
       .def("structured", &structured)
       .def("columns", &columns_of);
+  module.def("use_numpy", [] { (void)py::dtype::of<float>(); });
   module.def("table_of", &table_of);
   module.def("inner_columns", &inner_columns);
 }

@@ -221,3 +221,17 @@ def test_reference_counts_of_tables(channels):
         channels.to_dataframe()
     after = sys.getrefcount(frame.units[0])
     assert after == before
+
+
+@pytest.mark.parametrize("fill", ["read_numpy(path)", "read(path).to_numpy()",
+                                  "read_dataframe(path)", "read(path).bits_to_dataframe()"])
+def test_threads_that_are_the_first_to_use_numpy(fill):
+    script = ("import threading, zrt4xml\n"
+              "path = 'examples/channels/channels.xml'\n"
+              "made, begin = [], threading.Barrier(4)\n"
+              f"work = lambda: (begin.wait(), made.append(len(zrt4xml.{fill})))\n"
+              "threads = [threading.Thread(target=work) for _ in range(4)]\n"
+              "for each in threads: each.start()\n"
+              "for each in threads: each.join()\n"
+              "assert len(made) == 4 and made.count(made[0]) == 4\n")
+    subprocess.run([sys.executable, "-c", script], check=True, timeout=60)

@@ -1,10 +1,19 @@
 """Records as tables, for NumPy, pandas and notebooks."""
 
 import html
+import threading
 
 from . import _core
 
 _ROWS_SHOWN = 20
+_first_use_of_numpy = threading.Lock()
+
+
+def _use_numpy():
+    """Looks NumPy up for the module. Of two threads that begin at once, one would wait for the other
+    with the interpreter's lock, which the other needs to import NumPy."""
+    with _first_use_of_numpy:
+        _core.use_numpy()
 
 
 def _pandas():
@@ -13,6 +22,7 @@ def _pandas():
     except ImportError:
         raise ImportError("a DataFrame needs pandas, which is not installed; "
                           "to_numpy() does without") from None
+    _use_numpy()
     return pandas
 
 
@@ -37,6 +47,7 @@ def structured(texts):
     """Makes structured arrays of tables."""
     if texts not in ("str", "bytes"):
         raise ValueError(f"texts is 'str' or 'bytes', not {texts!r}")
+    _use_numpy()
     return lambda table: table.structured(texts == "bytes")
 
 
