@@ -1,6 +1,7 @@
 #include "record.hh"
 
 #include <pybind11/pybind11.h>
+#include <unistd.h>
 
 #include <utility>
 
@@ -140,13 +141,20 @@ bool equal(const record_type& type, void* a, void* b) {
   return true;
 }
 
+others_run::others_run() : state(PyEval_SaveThread()) {}
+
+others_run::~others_run() {
+  while (_Py_IsFinalizing() != 0) pause();
+  PyEval_RestoreThread(static_cast<PyThreadState*>(state));
+}
+
 std::shared_lock<std::shared_mutex> records_stay() {
   return std::shared_lock(guard());
 }
 
 records_change::records_change() : lock(guard(), std::try_to_lock) {
   if (lock.owns_lock()) return;
-  const pybind11::gil_scoped_release others_run;
+  const others_run meanwhile;
   lock.lock();
 }
 

@@ -62,6 +62,20 @@ void* copy_of(const record_type& type, void* from);
 /// Whether two records of a type have the same values.
 bool equal(const record_type& type, void* a, void* b);
 
+/// While it lives, other threads run Python. A thread that would run Python again when the
+/// interpreter ends, as a daemon may, waits for the end of the process instead: the interpreter
+/// would unwind it, which C++ takes for an error.
+class others_run {
+ public:
+  others_run();
+  others_run(const others_run&) = delete;
+  others_run& operator=(const others_run&) = delete;
+  ~others_run();
+
+ private:
+  void* const state;
+};
+
 /// Held by who reads records without Python's lock, so that nobody changes them meanwhile.
 std::shared_lock<std::shared_mutex> records_stay();
 

@@ -9,7 +9,7 @@ namespace zrt4::python {
 record_list::~record_list() {
   constexpr std::size_t many = 1000;
   if (records.size() < many) return;
-  const pybind11::gil_scoped_release others_run;
+  const others_run meanwhile;
   records.clear();
 }
 

@@ -29,7 +29,7 @@ class plain_locale {
 
 /// While it lives, other threads run Python, and this one works for the library in that locale.
 class library_work {
-  py::gil_scoped_release others_run;
+  others_run meanwhile;
   plain_locale locale;
 };
 

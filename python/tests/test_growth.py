@@ -2,6 +2,8 @@
 
 import gc
 import os
+import subprocess
+import sys
 import threading
 
 import zrt4xml
@@ -86,3 +88,15 @@ def test_threads_read_write_and_change():
     for each in workers:
         each.join()
     assert failures == []
+
+
+def test_the_interpreter_ends_while_others_read():
+    """A daemon may be stopped wherever it is, but mostly where it waits for the library."""
+    script = ("import threading, time, zrt4xml\n"
+              "def read():\n"
+              "    while True: zrt4xml.read('examples/channels/channels.xml')\n"
+              "threading.Thread(target=read, daemon=True).start()\n"
+              "time.sleep(0.1)\n")
+    ends = [subprocess.run([sys.executable, "-c", script], capture_output=True).returncode
+            for _ in range(4)]
+    assert 0 in ends
