@@ -7,6 +7,7 @@
 #include <csignal>
 #include <set>
 
+#include "own_locale.hh"
 #include "support.hh"
 #include "zrt4xml.hh"
 
@@ -16,6 +17,8 @@ using zrt4::dialect;
 using zrt4::env_dictionary;
 using zrt4::env_dictionary_2010;
 using zrt4::event_list;
+
+[[maybe_unused]] static const auto* const english = test::locale_of_literals::in(LC_MESSAGES);
 
 namespace {
 

@@ -4,7 +4,6 @@
 // Records written in a form and read back: all of it, or a loss is told of each that differs.
 
 #include <algorithm>
-#include <clocale>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -13,6 +12,7 @@
 
 #include "arrival.hh"
 #include "input_file.hh"
+#include "own_locale.hh"
 #include "reading.hh"
 #include "row_json.hh"
 #include "support.hh"
@@ -85,12 +85,12 @@ void write_and_read(List& list, document_form form, seen& counts, How... how) {
   ++(losses.empty() ? counts.whole : counts.lossy);
 }
 
-/// A test in the code page that the tool chooses.
+/// A test in the code page that the tool chooses, and with the numbers that it writes everywhere.
 class in_utf8 : public testing::Test {
- protected:
-  in_utf8() { std::setlocale(LC_CTYPE, "C.UTF-8"); }
-  ~in_utf8() override { std::setlocale(LC_CTYPE, "C"); }
+  const own_locale characters{LC_CTYPE, "C.UTF-8"};
+  const own_locale numbers{LC_NUMERIC, "C"};
 
+ protected:
   const zrt4::xml_session session;
 };
 

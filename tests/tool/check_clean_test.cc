@@ -11,6 +11,8 @@ using test::check_of;
 using test::check_result;
 using test::clean_documents;
 
+[[maybe_unused]] static const auto* const points = test::locale_of_literals::in(LC_NUMERIC);
+
 namespace {
 
 constexpr unsigned documents_checked = 10'000 / test::random_share;

@@ -300,10 +300,16 @@ bool is_found_at(const document& made, const std::vector<finding>& found) {
 
 }  // namespace
 
+#ifdef ZRT4_LEAK_CHECKED
+constexpr unsigned seeds[] = {1};
+#else
+constexpr unsigned seeds[] = {1, 22, 333};
+#endif
+
 TEST(CheckMistakes, NinetyFiveOfAHundredAreFoundAtTheirLine) {
   ASSERT_EQ(std::size(all_kinds), 100U);
   const zrt4::xml_session session;
-  for (const unsigned seed : {1U, 22U, 333U}) {
+  for (const unsigned seed : seeds) {
     mistakes make(seed);
     unsigned number = 0;
     for (const kind_of_mistake& each : all_kinds) {

@@ -1,6 +1,7 @@
 // Numbers that `check` reads as their readers do, and what they say.
 
 #include "finding_support.hh"
+#include "own_locale.hh"
 #include "zrt4xml.hh"
 
 using test::channel_with;
@@ -9,6 +10,8 @@ using test::event_with;
 using test::found_in;
 using test::lines;
 using test::variable_with;
+
+[[maybe_unused]] static const auto* const points = test::locale_of_literals::in(LC_NUMERIC);
 
 namespace {
 

@@ -13,6 +13,8 @@
 #include "rows.hh"
 #include "support.hh"
 
+[[maybe_unused]] static const auto* const points = test::locale_of_literals::in(LC_NUMERIC);
+
 namespace {
 
 class as_the_tool : public testing::Environment {

@@ -63,7 +63,7 @@ TEST_F(OddNumbers, OfRandomDocumentsNoneIsMissed) {
   random_documents documents(3);
   int odd = 0;
   int plain = 0;
-  for (unsigned i = 0; i < 4000; ++i) {
+  for (unsigned i = 0; i < 4000 / test::random_share; ++i) {
     const auto format = static_cast<random_documents::format>(i % random_documents::formats);
     const std::string text = documents.next(format);
     input_file file("random", std::string_view(text));
@@ -76,6 +76,6 @@ TEST_F(OddNumbers, OfRandomDocumentsNoneIsMissed) {
     }
     ASSERT_EQ(is_odd, found != 0) << text;
   }
-  EXPECT_GT(odd, 1000);
-  EXPECT_GT(plain, 500);
+  EXPECT_GT(odd, 1000 / test::random_share);
+  EXPECT_GT(plain, 500 / test::random_share);
 }

@@ -41,7 +41,11 @@ struct hash_step {
 };
 
 constexpr std::size_t word_size = sizeof(std::uint64_t);
+#ifdef ZRT4_LEAK_CHECKED
+constexpr std::size_t stages = 12;
+#else
 constexpr std::size_t stages = 15;
+#endif
 constexpr int texts = 1 << stages;
 
 std::uint64_t word_of(const char* text) {
