@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "any_list.hh"
+#include "blanks.hh"
 #include "csv_writing.hh"
 #include "each_file.hh"
 #include "json_answer.hh"
@@ -81,20 +82,13 @@ class listing {
       for (condition& each : where) each.bind(type);
       std::vector<field_path> found;
       for (const std::string& name : wanted.empty() ? own_columns(type) : wanted) {
-        found.emplace_back(type, without_blanks_around(name));
+        found.emplace_back(type, trimmed(name));  // "name, units" is how people write a list
       }
       paths = std::move(found);
     } catch (const wrong_selection& reason) {
       throw file_error(one.file, reason.what());
     }
     type_of_rows = &type;
-  }
-
-  // "name, units" is how people write a list.
-  static std::string_view without_blanks_around(std::string_view name) {
-    const std::size_t begin = name.find_first_not_of(' ');
-    if (begin == name.npos) return {};
-    return name.substr(begin, name.find_last_not_of(' ') - begin + 1);
   }
 
   // Those of the records themselves, and how many they have inside.

@@ -13,6 +13,7 @@
 #include <xercesc/util/TransService.hpp>
 #include <xercesc/util/XMLException.hpp>
 
+#include "blanks.hh"
 #include "input_file.hh"
 #include "local_text.hh"
 #include "scan.hh"
@@ -25,13 +26,6 @@ using wide_view = std::basic_string_view<XMLCh>;
 
 wide_text widened(std::string_view ascii) {
   return {ascii.begin(), ascii.end()};
-}
-
-std::string_view trimmed(std::string_view text) {
-  constexpr const char* blanks = " \t\r\n";
-  const std::size_t first = text.find_first_not_of(blanks);
-  if (first == text.npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
 /// Finds lines and columns in a text; each one is at or behind the one before.
