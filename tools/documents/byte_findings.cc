@@ -6,16 +6,13 @@
 #include <cstring>
 #include <string>
 
+#include "blanks.hh"
 #include "encodings.hh"
 #include "terminal.hh"
 
 namespace {
 
 constexpr std::size_t longest_word = 40;  // that a message shows, to either side
-
-bool is_blank(char c) {
-  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
 
 bool is_beyond_ascii(char c) {
   return static_cast<unsigned char>(c) >= 0x80;
@@ -26,7 +23,7 @@ bool is_continuation(char c) {
 }
 
 bool ends_word(char c) {
-  return is_blank(c) || std::strchr("<>&\"'", c) != nullptr;
+  return is_blank(static_cast<unsigned char>(c)) || std::strchr("<>&\"'", c) != nullptr;
 }
 
 std::string hexadecimal(unsigned char byte) {
@@ -137,7 +134,7 @@ void byte_pass::find_early_text() {
   std::size_t at = start.mark;
   std::size_t early_end = at;  // of what may not stand there
   const auto is_early = [&](std::size_t from, std::size_t to) {
-    return std::any_of(text.begin() + from, text.begin() + to, [](char c) { return !is_blank(c); });
+    return std::any_of(text.begin() + from, text.begin() + to, [](unsigned char c) { return !is_blank(c); });
   };
   bool is_declaration = false;
   bool has_text = false;
@@ -145,7 +142,7 @@ void byte_pass::find_early_text() {
     const std::size_t tag = std::min(text.find('<', at), text.size());
     if (is_early(at, tag)) has_text = true;
     at = early_end = tag;
-    if (begins(at, "<?xml") && at + 5 < text.size() && is_blank(text[at + 5])) {
+    if (begins(at, "<?xml") && at + 5 < text.size() && is_blank(static_cast<unsigned char>(text[at + 5]))) {
       is_declaration = true;
       break;
     }
@@ -157,7 +154,7 @@ void byte_pass::find_early_text() {
   }
   if (at == text.size() || early_end == start.mark || (!is_declaration && !has_text)) return;
   const std::string_view early = text.substr(start.mark, early_end - start.mark);
-  const bool is_empty = std::all_of(early.begin(), early.end(), is_blank);
+  const bool is_empty = trimmed(early).empty();
   found.add(
       rule::text_before_document, {1, 1},
       (is_empty ? std::string(early.find('\n') != early.npos ? "a line break" : "a blank")

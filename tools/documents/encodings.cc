@@ -5,6 +5,8 @@
 #include <climits>
 #include <cwchar>
 
+#include "blanks.hh"
+
 namespace {
 
 constexpr std::string_view utf8_mark = "\xef\xbb\xbf";
@@ -15,10 +17,6 @@ unsigned char byte_at(std::string_view text, std::size_t place) {
 
 bool is_continuation(unsigned char byte) {
   return (byte & 0xc0U) == 0x80;
-}
-
-bool is_blank(char c) {
-  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
 std::string in_upper_case(std::string_view name) {
@@ -43,7 +41,7 @@ std::string declared_in(std::string_view declaration) {
   std::size_t at = declaration.find("encoding");
   if (at == declaration.npos) return {};
   at += std::string_view("encoding").size();
-  while (at < declaration.size() && (is_blank(declaration[at]) || declaration[at] == '=')) ++at;
+  while (at < declaration.size() && (is_blank(byte_at(declaration, at)) || declaration[at] == '=')) ++at;
   if (at == declaration.size()) return {};
   const char quote = declaration[at++];
   if (quote != '"' && quote != '\'') return {};
@@ -81,7 +79,7 @@ document_start start_of(std::string_view document) {
   start.is_wide = start.mark == 2 || begins_with(head, std::string_view("<\0?\0", 4)) ||
                   begins_with(head, std::string_view("\0<\0?", 4));
   if (start.is_wide) head.erase(std::remove(head.begin(), head.end(), '\0'), head.end());
-  if (begins_with(head, "<?xml") && head.size() > 5 && is_blank(head[5])) {
+  if (begins_with(head, "<?xml") && head.size() > 5 && is_blank(byte_at(head, 5))) {
     start.encoding = declared_in(std::string_view(head).substr(0, head.find("?>")));
   }
   return start;

@@ -4,29 +4,16 @@
 #include <charconv>
 #include <set>
 
+#include "blanks.hh"
 #include "local_text.hh"
-#include "terminal.hh"
+#include "shown_text.hh"
 
 using zrt4::detail::to_local;
 
 namespace {
 
-constexpr std::string_view blanks = " \t\r\n";
-
-std::string quoted(std::string_view text) {
-  return "'" + shortened(printable(text)) + "'";
-}
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(blanks);
-  if (first == text.npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
-bool is_blank(const std::basic_string<XMLCh>& text) {
-  return std::all_of(text.begin(), text.end(), [](XMLCh each) {
-    return each == ' ' || each == '\t' || each == '\r' || each == '\n';
-  });
+bool is_all_blank(const std::basic_string<XMLCh>& text) {
+  return std::all_of(text.begin(), text.end(), [](XMLCh each) { return is_blank(each); });
 }
 
 std::size_t characters_in(const std::basic_string<XMLCh>& text) {
@@ -208,11 +195,11 @@ void grammar_pass::judge_text() {
   };
   if (here.grammar->content->text != nullptr) {
     judge_text(name, *here.grammar->content->text, here.text);
-  } else if (!is_blank(here.text)) {
+  } else if (!is_all_blank(here.text)) {
     tell_of(here.text, ", where only elements belong");
     return;
   }
-  if (!is_blank(here.rest)) tell_of(here.rest, ", where only elements belong");
+  if (!is_all_blank(here.rest)) tell_of(here.rest, ", where only elements belong");
 }
 
 void grammar_pass::judge_text(const std::string& holder, const text_grammar& text,
