@@ -145,7 +145,7 @@ class clean_documents {
     }
     return "<CHANNEL>" + between() +
            shuffled({leaf("PROP", name(255)), leaf("NAME", name(255)),
-                     maybe(leaf("EVTYPE", event_type())), maybe(leaf("STREAM", number(16))),
+                     leaf("EVTYPE", event_type()), maybe(leaf("STREAM", number(16))),
                      maybe(leaf("DTYPE", data_type())), maybe(leaf("DESC", text(255))),
                      maybe(leaf("UNITS", text(15))), maybe(leaf("SIZE", number(100'000))),
                      maybe(leaf("SB_NAME", text(255))), maybe(leaf("DB_KEY", "-1")),
@@ -172,7 +172,7 @@ class clean_documents {
     std::string all =
         "<" + tag + ">" + between() +
         shuffled({leaf("vindo", name(255)), leaf("daqName", name(255)),
-                  maybe(leaf("evType", event_type())), maybe(leaf("subSystem", text(63))),
+                  leaf("evType", event_type()), maybe(leaf("subSystem", text(63))),
                   maybe(leaf("setPoint", number(2))), maybe(leaf("description", text(255))),
                   maybe(leaf("units", text(15))), maybe(leaf("lastIndex", number(5000)))});
     for (unsigned i = 0; i != 3 && kind == 1; ++i) {

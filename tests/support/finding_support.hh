@@ -39,17 +39,22 @@ inline std::vector<std::string> found_in(const std::string& document) {
   return lines;
 }
 
-/// Documents of one record, with `more` on a line of its own, the third.
+/// Documents of one record, with `more` on a line of its own, the third. Channels have an event
+/// type unless `more` tells it.
 inline std::string event_with(const std::string& more) {
   return "<BMR>\n<EVENT><TYPE>1</TYPE>\n" + more + "</EVENT></BMR>";
 }
+inline std::string event_type_unless_in(const std::string& more, const std::string& element) {
+  if (more.find(element) != more.npos) return {};
+  return "<" + element + ">1</" + element + ">";
+}
 inline std::string channel_with(const std::string& more) {
-  return "<CHANDESCRIPTIONS>\n<CHANNEL><PROP>A</PROP><NAME>N</NAME>\n" + more +
-         "</CHANNEL></CHANDESCRIPTIONS>";
+  return "<CHANDESCRIPTIONS>\n<CHANNEL>" + event_type_unless_in(more, "EVTYPE") +
+         "<PROP>A</PROP><NAME>N</NAME>\n" + more + "</CHANNEL></CHANDESCRIPTIONS>";
 }
 inline std::string variable_with(const std::string& kind, const std::string& more) {
-  return "<DAQvariables>\n<" + kind + "><vindo>A</vindo><daqName>N</daqName>\n" + more + "</" +
-         kind + "></DAQvariables>";
+  return "<DAQvariables>\n<" + kind + ">" + event_type_unless_in(more, "evType") +
+         "<vindo>A</vindo><daqName>N</daqName>\n" + more + "</" + kind + "></DAQvariables>";
 }
 inline std::string entry_with(const std::string& more) {
   return "<ENVINDEXDICT>\n<CHANNEL><INDEX>1</INDEX><PROP>A</PROP>\n" + more +

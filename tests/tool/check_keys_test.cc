@@ -17,7 +17,9 @@ class CheckKeys : public testing::Test {
 };
 
 std::string channel(const std::string& property, const std::string& name) {
-  return "<CHANNEL><PROP>" + property + "</PROP><NAME>" + name + "</NAME></CHANNEL>\n";
+  return "<CHANNEL><PROP>" + property + "</PROP><NAME>" + name +
+         "</NAME>"
+         "<EVTYPE>1</EVTYPE></CHANNEL>\n";
 }
 
 std::string channels(const std::string& all) {

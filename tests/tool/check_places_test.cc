@@ -42,17 +42,41 @@ TEST_F(CheckPlaces, SecondType) {
                   "begins another event"});
 }
 
+TEST_F(CheckPlaces, ChannelWithoutAnEventType) {
+  EXPECT_EQ(found_in("<CHANDESCRIPTIONS>\n<CHANNEL>\n<PROP>A</PROP><NAME>N</NAME>\n</CHANNEL>"
+                     "</CHANDESCRIPTIONS>"),
+            lines{"2:10 channel_without_event_type: channel 'A' has no event type: clients never "
+                  "find it"});
+  EXPECT_EQ(found_in("<DAQvariables>\n<DaqFloat><vindo>A</vindo><daqName>N</daqName></DaqFloat>"
+                     "</DAQvariables>"),
+            lines{"2:11 channel_without_event_type: channel 'A' has no event type: clients never "
+                  "find it"});
+  // Another word says it already.
+  EXPECT_EQ(found_in(channel_with("<EVTYPE/>")),
+            lines{"3:10 empty_element: EVTYPE lacks its number"});
+  EXPECT_EQ(found_in(channel_with("<EVTYPE>0</EVTYPE>")), lines{});
+  EXPECT_EQ(found_in("<CHANDESCRIPTIONS>\n<CHANNEL><NAME>N</NAME></CHANNEL></CHANDESCRIPTIONS>"),
+            lines{"2:10 record_left_out: CHANNEL without PROP is left out"});
+  // It is not read of what is merged into another.
+  EXPECT_EQ(found_in("<DAQvariables>\n<DaqFloat><evType>1</evType><vindo>A</vindo><daqName>N"
+                     "</daqName></DaqFloat>\n<DaqFloat><vindo>A</vindo><daqName>N</daqName>"
+                     "</DaqFloat></DAQvariables>"),
+            lines{"2:36 duplicate_property: property 'A' stands here 2 times: lines 2 and 3; they "
+                  "are read as one, which keeps the first"});
+}
+
 TEST_F(CheckPlaces, RecordsWithinOneAnother) {
   EXPECT_EQ(found_in(event_with("<EVENT><TYPE>2</TYPE></EVENT>")),
             lines{"3:8 nested_record: EVENT stands within EVENT (line 2), and ends it"});
-  EXPECT_EQ(found_in(channel_with("<CHANNEL><PROP>B</PROP><NAME>M</NAME></CHANNEL>")),
-            lines{"3:10 nested_record: CHANNEL stands within CHANNEL (line 2), and ends it"});
+  EXPECT_EQ(found_in(channel_with("<EVTYPE>1</EVTYPE>\n<CHANNEL><PROP>B</PROP><NAME>M</NAME>"
+                                  "<EVTYPE>1</EVTYPE></CHANNEL>")),
+            lines{"4:10 nested_record: CHANNEL stands within CHANNEL (line 2), and ends it"});
   EXPECT_EQ(found_in(channel_with("<DIM>0<DIM>1</DIM></DIM>")),
             lines{"3:12 nested_record: DIM stands within DIM (line 3), and ends it"});
   EXPECT_EQ(found_in(variable_with("DaqBits",
-                                   "<DaqFloat><vindo>B</vindo><daqName>M</daqName>"
-                                   "</DaqFloat>")),
-            lines{"3:11 nested_record: DaqFloat stands within DaqBits (line 2), and ends it"});
+                                   "<evType>1</evType>\n<DaqFloat><vindo>B</vindo>"
+                                   "<daqName>M</daqName><evType>1</evType></DaqFloat>")),
+            lines{"4:11 nested_record: DaqFloat stands within DaqBits (line 2), and ends it"});
   EXPECT_EQ(found_in(entry_with("<CHANNEL><INDEX>2</INDEX><PROP>B</PROP></CHANNEL>")),
             lines{"3:10 nested_record: CHANNEL stands within CHANNEL (line 2), and ends it"});
 }

@@ -65,12 +65,14 @@ TEST_F(CheckTexts, CutWithinACharacter) {
 }
 
 TEST_F(CheckTexts, BlanksThatBelongToAName) {
-  EXPECT_EQ(found_in("<CHANDESCRIPTIONS><CHANNEL>\n<PROP> A</PROP><NAME>N\n</NAME></CHANNEL>"
-                     "</CHANDESCRIPTIONS>"),
-            (lines{"2:7 blanks_around_name: PROP begins with a blank, which belongs to the name: "
-                   "' A'",
-                   "2:22 blanks_around_name: NAME ends with a line end, which belongs to the name: "
-                   "'N\\x0a'"}));
+  EXPECT_EQ(
+      found_in(
+          "<CHANDESCRIPTIONS><CHANNEL>\n<PROP> A</PROP><NAME>N\n</NAME><EVTYPE>1</EVTYPE></CHANNEL>"
+          "</CHANDESCRIPTIONS>"),
+      (lines{"2:7 blanks_around_name: PROP begins with a blank, which belongs to the name: "
+             "' A'",
+             "2:22 blanks_around_name: NAME ends with a line end, which belongs to the name: "
+             "'N\\x0a'"}));
   EXPECT_EQ(found_in(event_with("<SBLOCK>\n  B\n  <CHLIST><CHAN>C\nD</CHAN></CHLIST></SBLOCK>")),
             (lines{"3:9 blanks_around_name: SBLOCK begins with a line end, which belongs to the "
                    "name: '\\x0a  B\\x0a  '",

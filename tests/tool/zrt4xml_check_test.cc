@@ -36,14 +36,22 @@ std::string channels(const std::string& all) {
   return "<CHANDESCRIPTIONS>\n" + all + "\n</CHANDESCRIPTIONS>";
 }
 
+/// The end of a channel, with an event type unless `more` tells it.
+std::string end_of(const std::string& kind, const std::string& more, const std::string& type) {
+  const std::string element = "<" + type + ">";
+  if (more.find(element) != more.npos) return "</" + kind + ">";
+  return element + "1</" + type + "></" + kind + ">";
+}
+
 /// A channel "A" of name "N" with more elements on a line of their own.
 std::string channel_with(const std::string& more) {
-  return channels("<CHANNEL><PROP>A</PROP><NAME>N</NAME>\n" + more + "</CHANNEL>");
+  return channels("<CHANNEL><PROP>A</PROP><NAME>N</NAME>\n" + more +
+                  end_of("CHANNEL", more, "EVTYPE"));
 }
 
 std::string variable_with(const std::string& kind, const std::string& more) {
-  return "<DAQvariables><" + kind + "><vindo>A</vindo><daqName>N</daqName>\n" + more + "</" + kind +
-         "></DAQvariables>";
+  return "<DAQvariables><" + kind + "><vindo>A</vindo><daqName>N</daqName>\n" + more +
+         end_of(kind, more, "evType") + "</DAQvariables>";
 }
 
 const std::string one_channel = "F: channel descriptions, element dialect, 1 channel, 0 errors\n";
@@ -79,9 +87,9 @@ TEST(ToolCheck, WhatTheToolWritesIsFine) {
 
 TEST(ToolCheck, DuplicateProperties) {
   const run_result result =
-      checked(channels("<CHANNEL><PROP>A</PROP><NAME>1</NAME></CHANNEL>\n"
-                       "<CHANNEL><PROP>B</PROP><NAME>2</NAME></CHANNEL>\n"
-                       "<CHANNEL><PROP>A</PROP><NAME>3</NAME></CHANNEL>"));
+      checked(channels("<CHANNEL><PROP>A</PROP><NAME>1</NAME><EVTYPE>1</EVTYPE></CHANNEL>\n"
+                       "<CHANNEL><PROP>B</PROP><NAME>2</NAME><EVTYPE>1</EVTYPE></CHANNEL>\n"
+                       "<CHANNEL><PROP>A</PROP><NAME>3</NAME><EVTYPE>1</EVTYPE></CHANNEL>"));
   EXPECT_EQ(result.code, 1);
   EXPECT_EQ(result.err, "");
   EXPECT_EQ(result.out,
@@ -90,7 +98,8 @@ TEST(ToolCheck, DuplicateProperties) {
 }
 
 TEST(ToolCheck, DuplicatesThatTheReaderMerges) {
-  const std::string variable = "<DaqFloat><vindo>A</vindo><daqName>N</daqName></DaqFloat>\n";
+  const std::string variable =
+      "<DaqFloat><vindo>A</vindo><daqName>N</daqName><evType>1</evType></DaqFloat>\n";
   EXPECT_EQ(checked("<DAQvariables>" + variable + variable + "</DAQvariables>").out,
             one_variable +
                 "F:1:32: property 'A' stands here 2 times: lines 1 and 2; they are read "
@@ -109,10 +118,13 @@ TEST(ToolCheck, DuplicatesInDictionariesAndCameras) {
 }
 
 TEST(ToolCheck, ChannelWithoutName) {
-  EXPECT_EQ(checked(channels("<CHANNEL><PROP>A</PROP></CHANNEL>")).out,
+  EXPECT_EQ(checked(channels("<CHANNEL><PROP>A</PROP><EVTYPE>1</EVTYPE></CHANNEL>")).out,
             one_channel + "F:2:16: channel 'A' has no name\n");
-  EXPECT_EQ(checked("<DAQvariables><DaqFloat><vindo>A</vindo></DaqFloat></DAQvariables>").out,
-            one_variable + "F:1:32: channel 'A' has no name\n");
+  EXPECT_EQ(
+      checked(
+          "<DAQvariables><DaqFloat><vindo>A</vindo><evType>1</evType></DaqFloat></DAQvariables>")
+          .out,
+      one_variable + "F:1:32: channel 'A' has no name\n");
 }
 
 TEST(ToolCheck, RecordsThatTheReaderLeavesOut) {
@@ -122,10 +134,10 @@ TEST(ToolCheck, RecordsThatTheReaderLeavesOut) {
   } cases[] = {
       {"<BMR>\n<EVENT><PRIORITY>1</PRIORITY></EVENT><EVENT><TYPE>1</TYPE></EVENT></BMR>",
        ":2:8: EVENT without TYPE is left out\n"},
-      {"<CHANDESCRIPTIONS><CHANNEL><NAME>N</NAME><PROP>A</PROP></CHANNEL>\n"
-       "<CHANNEL><PROP> </PROP><NAME>M</NAME></CHANNEL></CHANDESCRIPTIONS>",
+      {"<CHANDESCRIPTIONS><CHANNEL><NAME>N</NAME><PROP>A</PROP><EVTYPE>1</EVTYPE></CHANNEL>\n"
+       "<CHANNEL><PROP> </PROP><NAME>M</NAME><EVTYPE>1</EVTYPE></CHANNEL></CHANDESCRIPTIONS>",
        ":2:16: PROP is empty, and without it this record is left out (line 2)\n"},
-      {"<DAQvariables>\n<DaqBits><daqName>N</daqName></DaqBits></DAQvariables>",
+      {"<DAQvariables>\n<DaqBits><daqName>N</daqName><evType>1</evType></DaqBits></DAQvariables>",
        ":2:10: DaqBits without vindo is left out\n"},
       {"<ENVINDEXDICT>\n<CHANNEL><PROP>A</PROP></CHANNEL>"
        "<CHANNEL><INDEX>1</INDEX><PROP>B</PROP></CHANNEL></ENVINDEXDICT>",
@@ -141,11 +153,12 @@ TEST(ToolCheck, RecordsThatTheReaderLeavesOut) {
     EXPECT_TRUE(prints_valid_json("check --json " + file.path()));
   }
   // What follows an end tag still belongs to the record.
-  EXPECT_EQ(
-      checked("<CHANDESCRIPTIONS><CHANNEL><NAME>N</NAME></CHANNEL><PROP>A</PROP>"
-              "</CHANDESCRIPTIONS>")
-          .out,
-      one_channel + "F:1:58: PROP stands behind CHANNEL (line 1), and is read as a part of it\n");
+  EXPECT_EQ(checked("<CHANDESCRIPTIONS><CHANNEL><NAME>N</NAME></CHANNEL><PROP>A</PROP>"
+                    "<EVTYPE>1</EVTYPE></CHANDESCRIPTIONS>")
+                .out,
+            one_channel +
+                "F:1:58: PROP stands behind CHANNEL (line 1), and is read as a part of it\n"
+                "F:1:74: EVTYPE stands behind CHANNEL (line 1), and is read as a part of it\n");
 }
 
 TEST(ToolCheck, TextsCutAtTheRecordsLimit) {
@@ -163,7 +176,7 @@ TEST(ToolCheck, TextsCutAtTheRecordsLimit) {
       return channels("<CHANNEL><PROP>A</PROP>" +
                       std::string(name == "NAME" ? "" : "<NAME>N</NAME>") +
                       "<BIT>0</BIT><DIM>0</DIM><STAT>0</STAT>\n<" + name + ">" + text + "</" +
-                      name + "></CHANNEL>");
+                      name + "><EVTYPE>1</EVTYPE></CHANNEL>");
     };
     EXPECT_EQ(checked(holding(kept)).out, one_channel) << name;
     EXPECT_EQ(checked(holding(kept + "x")).out,

@@ -134,7 +134,8 @@ void byte_pass::find_early_text() {
   std::size_t at = start.mark;
   std::size_t early_end = at;  // of what may not stand there
   const auto is_early = [&](std::size_t from, std::size_t to) {
-    return std::any_of(text.begin() + from, text.begin() + to, [](unsigned char c) { return !is_blank(c); });
+    return std::any_of(text.begin() + from, text.begin() + to,
+                       [](unsigned char c) { return !is_blank(c); });
   };
   bool is_declaration = false;
   bool has_text = false;
@@ -142,7 +143,8 @@ void byte_pass::find_early_text() {
     const std::size_t tag = std::min(text.find('<', at), text.size());
     if (is_early(at, tag)) has_text = true;
     at = early_end = tag;
-    if (begins(at, "<?xml") && at + 5 < text.size() && is_blank(static_cast<unsigned char>(text[at + 5]))) {
+    if (begins(at, "<?xml") && at + 5 < text.size() &&
+        is_blank(static_cast<unsigned char>(text[at + 5]))) {
       is_declaration = true;
       break;
     }

@@ -41,7 +41,8 @@ std::string declared_in(std::string_view declaration) {
   std::size_t at = declaration.find("encoding");
   if (at == declaration.npos) return {};
   at += std::string_view("encoding").size();
-  while (at < declaration.size() && (is_blank(byte_at(declaration, at)) || declaration[at] == '=')) ++at;
+  while (at < declaration.size() && (is_blank(byte_at(declaration, at)) || declaration[at] == '='))
+    ++at;
   if (at == declaration.size()) return {};
   const char quote = declaration[at++];
   if (quote != '"' && quote != '\'') return {};

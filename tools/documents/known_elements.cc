@@ -122,6 +122,8 @@ constexpr void give_role(known_element& element, field_role role) {
       begin_numbered(element, element.of);
       break;
     case field_role::event_type:
+      element.is_expected = true;
+      element.if_missing = rule::channel_without_event_type;
       element.form = number_form::type;
       element.names = number_names::event_types;
       break;

@@ -63,8 +63,9 @@ struct known_element {
   text_role role = text_role::none;
   part of = part::document;
   part begins = part::none;
-  bool is_required = false;         ///< the reader leaves the record out without its text
-  bool is_expected = false;         ///< a record without it is odd
+  bool is_required = false;  ///< the reader leaves the record out without its text
+  bool is_expected = false;  ///< a record without it is odd
+  rule if_missing = rule::channel_without_name;
   bool describes_record = false;    ///< the record, as long as there is not what it is part of
   bool is_single = true;            ///< once in what it is part of
   bool may_follow = false;          ///< as well behind what it is part of as within

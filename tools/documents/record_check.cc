@@ -116,11 +116,13 @@ void record_check::find_empty(const walked_element& element) {
   const auto add = [&](rule what, const char* text) {
     found.add(what, element.place, [&] { return std::string(element.name) + text; });
   };
+  const bool is_told_of_record =
+      meaning.is_required || (meaning.is_expected && meaning.role == text_role::name);
   if (meaning.begins == part::list) {
     const begun_part& list = at_hand(part::list);
     const bool is_empty = list.exists && list.number == element.number && list.opened == 0;
     if (is_empty) add(rule::empty_list, " names no channel, which means all of them");
-  } else if (meaning.is_required || meaning.is_expected || meaning.attribute != nullptr) {
+  } else if (is_told_of_record || meaning.attribute != nullptr) {
     // Told of the record, if nothing makes up for it.
   } else if (meaning.begins != part::none && meaning.role != text_role::none) {
     add(rule::empty_element,
@@ -187,16 +189,26 @@ void record_check::end_record() {
       return std::string(each.name) + " is empty" + effect + in_line(record.place);
     });
   }
-  if (is_left_out) return;
+  if (!is_left_out) find_missing(record);
+}
+
+void record_check::find_missing(const begun_part& record) {
   for (const known_element& each : known) {
     const fields bit = bit_of(each);
     if (!each.is_expected || ((record.taken | record.told) & bit) != 0) continue;
+    if (each.role == text_role::number) {
+      if (record.is_merged || (record.opened & bit) != 0) continue;  // or told already
+      found.add(each.if_missing, record.place, [&] {
+        return "channel " + quoted(property) + " has no event type: clients never find it";
+      });
+      continue;
+    }
     file_place where = record.place;
     for (const known_element& key : known) {
       if (key.is_required) where = record.where[index_of(key)];
     }
     if ((record.opened & bit) != 0) where = record.where[index_of(each)];
-    found.add(rule::channel_without_name, where,
+    found.add(each.if_missing, where,
               [&] { return "channel " + quoted(property) + " has no name"; });
   }
 }

@@ -80,6 +80,7 @@ class record_check : public element_walk {
   void begin(part which, const walked_element& element);
   void end(part which);
   void end_record();
+  void find_missing(const begun_part& record);
   void find_empty(const walked_element& element);
   /// Whether it was there before.
   bool add_key(const walked_element& element, std::string_view text);

@@ -40,6 +40,8 @@ constexpr rule_traits rules[] = {
     {rule::event_skipped, error, "event_skipped",
      "the type of an event is none, and the whole event is skipped"},
     {rule::channel_without_name, warning, "channel_without_name", "a channel has no DAQ name"},
+    {rule::channel_without_event_type, warning, "channel_without_event_type",
+     "a channel has no event type, and no client finds it"},
     {rule::empty_element, error, "empty_element", "an element lacks its value"},
     {rule::empty_list, warning, "empty_list", "a list of channels is empty, which means all"},
 

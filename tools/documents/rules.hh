@@ -34,6 +34,7 @@ enum class rule : unsigned char {
   record_left_out,
   event_skipped,
   channel_without_name,
+  channel_without_event_type,
   empty_element,
   empty_list,
   // Numbers.

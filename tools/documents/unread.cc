@@ -125,6 +125,7 @@ bool loses_nothing(rule what, document_kind kind, read_as how) {
     case rule::damage:
     case rule::loose_element:
     case rule::channel_without_name:
+    case rule::channel_without_event_type:
     case rule::empty_element:
     case rule::empty_list:
     case rule::impossible_number:
