@@ -41,6 +41,7 @@ exit_code execute(const command_line& line) {
   const arguments& given = line.given;
   const std::string& first = given.files.empty() ? given.file : given.files.front();
   try {
+    const zrt4::xml_session in_use;
     return line.execute();
   } catch (const bad_document& reason) {
     report(reason.file + reason.place.shown(), reason.what());
@@ -56,14 +57,13 @@ exit_code execute(const command_line& line) {
 }
 
 int run(int argc, char** argv) {
+  choose_code_page();
   command_line line;
   if (const auto ended = line.parse(argc, argv))
     return *ended == exit_fine ? flushed(*ended) : *ended;
   if (line.given.quiet) be_quiet();
   // A reader that went away is no error, however this process was started.
   std::signal(SIGPIPE, SIG_DFL);
-  choose_code_page();
-  const zrt4::xml_session in_use;
   return flushed(execute(line));
 }
 

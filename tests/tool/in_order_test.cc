@@ -4,7 +4,9 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdlib>
 #include <memory>
+#include <new>
 #include <set>
 #include <stdexcept>
 
@@ -91,4 +93,43 @@ TEST(InOrder, WhatIsNotTakenIsReleased) {
 
 TEST(InOrder, NoResultsNeedNoThreads) {
   const in_order<int> results(0, 8, [](std::size_t) -> int { throw std::logic_error("called"); });
+}
+
+namespace {
+
+std::atomic<bool> memory_is_short = false;
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  void* const memory = memory_is_short ? nullptr : std::malloc(size);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+
+TEST(InOrder, ResultsArriveWhereThereIsNoMemoryLeft) {
+  std::atomic<bool> go = false;
+  in_order<int> results(2, 2, [&](std::size_t number) {
+    while (!go) std::this_thread::yield();
+    if (number == 1) throw std::bad_alloc();
+    return 7;
+  });
+  memory_is_short = true;
+  go = true;
+  const int first = results.next();
+  bool second_failed = false;
+  try {
+    (void)results.next();
+  } catch (const std::bad_alloc&) {
+    second_failed = true;
+  }
+  memory_is_short = false;
+  EXPECT_EQ(first, 7);
+  EXPECT_TRUE(second_failed);
 }

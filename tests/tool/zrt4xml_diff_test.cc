@@ -440,3 +440,40 @@ TEST(ToolMergeDryRun, WritesNoFile) {
   EXPECT_EQ(run("merge --dry-run --to text " + base.path() + " " + base.path()).code, 2);
   EXPECT_EQ(old.content(), "old");
 }
+
+TEST(ToolDiff, KeysThatNobodySeesWholeStandInQuotes) {
+  EXPECT_EQ(compared("<C><Integer><ToolTip>x</ToolTip></Integer><Integer Name='A'/></C>",
+                     "<C><Integer Name=' A'/></C>")
+                .out,
+            "- feature \"\"\n    type: 1 Integer\n    tool_tip: \"x\"\n"
+            "+ feature \" A\"\n    type: 1 Integer\n"
+            "- feature A\n    type: 1 Integer\n");
+}
+
+TEST(ToolDiff, JsonNamesTypesAndThresholdsThatAreNoNumbers) {
+  const test::temporary_file a(list(chan("A", "<EVTYPE>1</EVTYPE>")));
+  const test::temporary_file b(list(chan("A", "<EVTYPE>40</EVTYPE>")));
+  const std::string types = "diff --json " + a.path() + " " + b.path();
+  EXPECT_THAT(run(types).out, testing::HasSubstr(R"(
+          "name": "event_type",
+          "before": 1,
+          "before_name": "NORMAL",
+          "after": 40,
+          "after_name": "UNKNOWN"
+)"));
+  EXPECT_TRUE(prints_valid_json(types));
+  const auto entry = [](const std::string& threshold) {
+    return "<ENVINDEXDICT><CHANNEL><INDEX>1</INDEX><PROP>A</PROP><DABS>" + threshold +
+           "</DABS></CHANNEL></ENVINDEXDICT>";
+  };
+  const test::temporary_file c(entry("nan"));
+  const test::temporary_file d(entry("0.5"));
+  const std::string thresholds = "diff --json " + c.path() + " " + d.path();
+  EXPECT_THAT(run(thresholds).out, testing::HasSubstr(R"(
+          "name": "absolute_threshold",
+          "before": null,
+          "before_name": "nan",
+          "after": 0.5
+)"));
+  EXPECT_TRUE(prints_valid_json(thresholds));
+}

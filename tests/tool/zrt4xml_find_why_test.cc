@@ -79,7 +79,8 @@ TEST(ToolFindWhy, ChannelWithoutEventTypeIsNotFound) {
   EXPECT_EQ(result.code, 1);
   EXPECT_EQ(result.out, "");
   EXPECT_EQ(result.err, "zrt4xml: a: the channel that has it (" + file.path() +
-                            ":2) has no event type, so that no client finds it\n");
+                            ":2) has no event type, so that a client that asks for its "
+                            "types finds none\n");
 }
 
 TEST(ToolFindWhy, SelectedThoughTheChannelHasAnotherEventType) {
@@ -293,4 +294,55 @@ TEST(ToolFind, JsonNamesFilesThatCannotBeUsed) {
                                             "    }\n"
                                             "  ]\n}\n"));
   EXPECT_TRUE(prints_valid_json(arguments));
+}
+
+TEST(ToolFindWhy, ANameOfAChannelWithoutEventTypeIsSelectedAllTheSame) {
+  const test::temporary_file file(
+      list(described("<EVTYPE>6</EVTYPE>", "A", "X") + described("", "B", "Y")));
+  const run_result result = run("find --name Y --event image " + file.path());
+  EXPECT_EQ(result.code, 1);
+  EXPECT_EQ(result.out, "selected for IMAGE: yes\nbut:           it is the DAQ name of 'Y' (" +
+                            file.path() +
+                            ":3), which does not have event type IMAGE; a selector asks only "
+                            "whether some channel has it\n");
+  EXPECT_EQ(result.err, "zrt4xml: Y: the channel that has it (" + file.path() +
+                            ":3) has no event type, so that a client that asks for its types finds "
+                            "none\n");
+}
+
+TEST(ToolFindWhy, TellsByWhichOtherChannelTheNameIsSelected) {
+  const test::temporary_file file(list(described("<EVTYPE>6</EVTYPE>", "A", "X") +
+                                       described("<EVTYPE>1</EVTYPE>", "X", "B") +
+                                       "<CHANNEL><EVTYPE>4</EVTYPE><PROP>X</PROP></CHANNEL>\n"));
+  const auto remark_for = [&](const std::string& event) {
+    return lines_of(run("find --name X --event " + event + " " + file.path()).out, "but:");
+  };
+  EXPECT_EQ(remark_for("image"), all({}));
+  EXPECT_EQ(remark_for("normal"), all({"it is the property of 'B' (" + file.path() + ":3)"}));
+  EXPECT_EQ(remark_for("env"),
+            all({"it is the property of 'B' (" + file.path() +
+                 ":3), which does not have event type ENV; a selector asks only whether some "
+                 "channel has it"}));
+}
+
+TEST(ToolFindWhy, ADaqNameThatWasMergedAwayIsExplained) {
+  for (const std::string second :
+       {"<DaqFloat><evType>6</evType><vindo>A</vindo><daqName>N2</daqName></DaqFloat>",
+        "<DaqFloat><daqName>N2</daqName><evType>6</evType><vindo>A</vindo></DaqFloat>"}) {
+    const test::temporary_file file(
+        "<DAQvariables>\n"
+        "<DaqFloat><evType>6</evType><vindo>A</vindo><daqName>N1</daqName></DaqFloat>\n" +
+        second + "\n<DaqFloat><evType>6</evType><vindo>B</vindo></DaqFloat></DAQvariables>");
+    const std::string reason = "the channel that has it (" + file.path() +
+                               ":3) is merged into 'N1' (" + file.path() +
+                               ":2), which has the same property\n";
+    const run_result by_name = run("find --name N2 " + file.path());
+    EXPECT_EQ(by_name.code, 1);
+    EXPECT_EQ(by_name.err, "zrt4xml: N2: " + reason);
+    EXPECT_EQ(run("find -i --name n2 " + file.path()).err, "zrt4xml: n2: only 'N2'; " + reason);
+    EXPECT_EQ(run("find --name 'N[23]' " + file.path()).err,
+              "zrt4xml: N[23]: only 'N2'; " + reason);
+    EXPECT_EQ(run("find --name N3 " + file.path()).err,
+              "zrt4xml: N3: no channel has this DAQ name or property\n");
+  }
 }

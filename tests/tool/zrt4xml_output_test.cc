@@ -101,7 +101,7 @@ TEST_F(ToolOutput, NamesMayHoldAnyBytesAndBeAsLongAsNamesCan) {
 }
 
 TEST_F(ToolOutput, SignalsRemoveWhatStandsBesideAndEndTheProgram) {
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGALRM, SIGUSR1}) {
     const std::string large = folder + "/large.xml";
     std::ofstream(large) << "<CHANDESCRIPTIONS>" << [] {
       std::string all;

@@ -217,3 +217,42 @@ TEST(ToolShow, KindOfTheOtherDialectIsTheDialectOfTheRoot) {
               testing::HasSubstr("\"kind\": \"variables\""));
   EXPECT_TRUE(prints_valid_json("show --json --kind channels " + file.path()));
 }
+
+TEST(ToolShow, ControlCharactersOfTextsAndFileNamesNeverReachATerminal) {
+  const test::temporary_file file(
+      "<?xml version='1.1' encoding='UTF-8'?>"
+      "<CHANDESCRIPTIONS><CHANNEL><EVTYPE>1</EVTYPE><PROP>&#x1b;[31m</PROP><NAME>&#x9b;2J</NAME>"
+      "<DESC>\xe2\x82\xac</DESC><UNITS>12345678901234\xc3\xa9</UNITS></CHANNEL></"
+      "CHANDESCRIPTIONS>");
+  const std::string listing = run("show " + file.path()).out;
+  EXPECT_THAT(listing, testing::HasSubstr("\tprop   :\\x1b[31m\n\tname   :\\xc2\\x9b2J\n"));
+  EXPECT_THAT(listing, testing::HasSubstr("\tdesc   :\xe2\x82\xac\n"));
+  EXPECT_THAT(listing, testing::HasSubstr("\tunit   :12345678901234\\xc3\n"));
+
+  const std::string odd = file.path() + "\x1b[31m\n.xml";
+  const std::string shown = file.path() + "\\x1b[31m\\x0a.xml";
+  std::filesystem::copy_file(file.path(), odd);
+  const std::string names = " '" + odd + "' " + file.path();
+  EXPECT_THAT(run("show" + names).out, testing::StartsWith("==> " + shown + " <==\n"));
+  EXPECT_THAT(run("stat" + names).out, testing::StartsWith(shown + ": channel descriptions, "));
+  EXPECT_THAT(run("check" + names).out, testing::StartsWith(shown + ": channel descriptions, "));
+  EXPECT_THAT(run("check --format gcc" + names).out, testing::StartsWith(shown + ":1:"));
+  EXPECT_THAT(run("find --name '*'" + names).out,
+              testing::HasSubstr("\nstands in:     " + shown + ":1\n"));
+  EXPECT_THAT(run("diff" + names).out, "");
+  const test::temporary_file other(test::channel());
+  EXPECT_THAT(run("diff '" + odd + "' " + other.path()).out,
+              testing::StartsWith("--- " + shown + "\n+++ " + other.path() + "\n"));
+  EXPECT_EQ(run("find --name A --event '\x1b[31m' x").err,
+            "zrt4xml: --event: no such event type: \\x1b[31m\nTry 'zrt4xml find --help'.\n");
+  std::filesystem::remove(odd);
+}
+
+TEST(ToolShow, ALongListingThatTheDeviceDoesNotTakeIsToldOnce) {
+  std::string many;
+  for (int i = 0; i < 2000; ++i) many += "<CHANNEL><PROP>A</PROP></CHANNEL>";
+  const test::temporary_file file("<CHANDESCRIPTIONS>" + many + "</CHANDESCRIPTIONS>");
+  const run_result result = run("show " + file.path() + " >/dev/full");
+  EXPECT_EQ(result.code, 2);
+  EXPECT_EQ(result.err, "zrt4xml: standard output: No space left on device\n");
+}

@@ -192,3 +192,19 @@ TEST(ToolStat, FullDeviceClosedPipeAndWrongUsage) {
   EXPECT_EQ(run("stat").code, 2);
   EXPECT_EQ(run("stat /nonexistent").code, 2);
 }
+
+TEST(ToolStat, ThresholdsThatAreNoNumbersHaveTheirNamesInJson) {
+  const test::temporary_file file(
+      "<ENVINDEXDICT>"
+      "<CHANNEL><INDEX>1</INDEX><PROP>A</PROP><DABS>nan</DABS></CHANNEL>"
+      "<CHANNEL><INDEX>2</INDEX><PROP>B</PROP><DABS>-inf</DABS></CHANNEL>"
+      "</ENVINDEXDICT>");
+  const std::string answer = run("stat --json " + file.path()).out;
+  EXPECT_THAT(answer, testing::HasSubstr("            \"value\": null,\n"
+                                         "            \"name\": \"-inf\",\n"
+                                         "            \"count\": 1\n"));
+  EXPECT_THAT(answer, testing::HasSubstr("            \"value\": null,\n"
+                                         "            \"name\": \"nan\",\n"
+                                         "            \"count\": 1\n"));
+  EXPECT_TRUE(prints_valid_json("stat --json " + file.path()));
+}

@@ -39,12 +39,14 @@ class text_output : public check_output {
       const colour hue = count.errors != 0     ? colour::red
                          : count.warnings != 0 ? colour::yellow
                                                : colour::green;
-      std::printf("%s: %s\n", document.file.c_str(), coloured(hue, what_it_is(document)).c_str());
+      std::printf("%s: %s\n", printable(document.file).c_str(),
+                  coloured(hue, what_it_is(document)).c_str());
     }
     for (const finding& each : document.found) {
       const severity weight = *wishes.rules.weight_of(each.what);
       const colour hue = weight == severity::error ? colour::red : colour::yellow;
-      std::printf("%s%s: %s %s [%s]\n", document.file.c_str(), each.place.shown().c_str(),
+      std::printf("%s%s: %s %s [%s]\n", printable(document.file).c_str(),
+                  each.place.shown().c_str(),
                   coloured(hue, std::string(name_of(weight)) + ":").c_str(), each.text.c_str(),
                   traits_of(each.what).name.data());
     }
@@ -110,8 +112,8 @@ class gcc_output : public line_output {
   void print(const std::string& file, file_place place, std::string_view weight,
              const std::string& text, rule what) override {
     if (place.line == 0) place = {1, 1};
-    std::printf("%s%s: %s: %s [%s]\n", file.c_str(), place.shown().c_str(), weight.data(),
-                text.c_str(), traits_of(what).name.data());
+    std::printf("%s%s: %s: %s [%s]\n", printable(file).c_str(), place.shown().c_str(),
+                weight.data(), text.c_str(), traits_of(what).name.data());
   }
 };
 

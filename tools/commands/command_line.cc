@@ -17,6 +17,7 @@
 #include "set.hh"
 #include "show.hh"
 #include "stat.hh"
+#include "terminal.hh"
 #include "type_names.hh"
 #include "types.hh"
 
@@ -445,7 +446,7 @@ std::string wrong_usage(const CLI::App* app, const CLI::Error& error) {
   std::string text = error.what();
   if (chosen.empty() && !unknown.empty()) text = "no such subcommand: " + unknown.front();
   const std::string help = "zrt4xml " + (chosen.empty() ? "" : chosen.front()->get_name() + " ");
-  return "zrt4xml: " + text + "\nTry '" + help + "--help'.\n";
+  return "zrt4xml: " + printable(text) + "\nTry '" + help + "--help'.\n";
 }
 
 }  // namespace

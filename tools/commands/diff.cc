@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "blanks.hh"
 #include "dialect_rows.hh"
 #include "difference.hh"
 #include "document_kind.hh"
@@ -19,7 +20,8 @@ std::string headline(std::string_view one_name, const row& record) {
   std::string line(one_name);
   const row::field& key = record.key();
   if (const auto* name = std::get_if<std::string_view>(&key.value)) {
-    return line + " " + printable(*name);
+    const bool is_seen_whole = !name->empty() && trimmed(*name) == *name;
+    if (is_seen_whole) return line + " " + printable(*name);
   }
   return line + " " + described(key);
 }
@@ -76,6 +78,12 @@ void print(const difference& each, const std::string& indent) {
   for (const difference& inner : each.inside) print(inner, indent + "    ");
 }
 
+void add_value(json& object, const std::string& name, const row::field& field) {
+  object[name] = to_json(field.value);
+  const std::string beside = name_beside(field);
+  if (!beside.empty()) object[name + "_name"] = beside;
+}
+
 json to_json(const difference& each) {
   static constexpr const char* names[] = {"added", "removed", "changed"};
   json result{{"change", names[static_cast<std::size_t>(each.what)]},
@@ -87,9 +95,10 @@ json to_json(const difference& each) {
   }
   json& fields = result["fields"] = json::array();
   for (const difference::field& field : each.fields) {
-    fields.push_back({{"name", field.before->name},
-                      {"before", to_json(field.before->value)},
-                      {"after", to_json(field.after->value)}});
+    json one{{"name", field.before->name}};
+    add_value(one, "before", *field.before);
+    add_value(one, "after", *field.after);
+    fields.push_back(std::move(one));
   }
   json& inside = result["inside"] = json::array();
   for (const difference& inner : each.inside) inside.push_back(to_json(inner));
@@ -193,8 +202,9 @@ bool print_differences(const compared& both, answer_format format) {
     const bool is_first = !std::exchange(different, true);
     if (format == answer_format::text) {
       if (is_first) {
-        std::printf("%s\n%s\n", coloured(colour::bold, "--- " + both.before_name).c_str(),
-                    coloured(colour::bold, "+++ " + both.after_name).c_str());
+        std::printf("%s\n%s\n",
+                    coloured(colour::bold, "--- " + printable(both.before_name)).c_str(),
+                    coloured(colour::bold, "+++ " + printable(both.after_name)).c_str());
       }
       print(each, "");
     } else if (format == answer_format::json) {

@@ -63,7 +63,7 @@ selection selection_of(const channel_search& channels, const std::string& name, 
   if (!channels.selects(name, event)) {
     return {event, false, channels.why_not_selected(name, event)};
   }
-  return {event, true, position ? channels.odd_about_selection(*position, event) : ""};
+  return {event, true, channels.odd_about_selection(name, position, event)};
 }
 
 answer answer_for(const channel_search& channels, const wanted_channel& wanted) {
@@ -85,7 +85,7 @@ answer answer_for(const channel_search& channels, const wanted_channel& wanted) 
     if (!result.channel) result.reason = channels.why_not_found(wanted.name);
     result.is_yes = result.channel && (!wanted.event || result.selected->is_selected);
   } else {
-    if (result.matches.empty()) result.reason = "matches no channel's DAQ name or property";
+    if (result.matches.empty()) result.reason = channels.why_nothing_matches(names);
     result.is_yes = !result.matches.empty() &&
                     std::all_of(result.matches.begin(), result.matches.end(), [](const auto& one) {
                       return !one.selected || one.selected->is_selected;

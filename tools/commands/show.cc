@@ -8,7 +8,9 @@
 #include "each_file.hh"
 #include "json_answer.hh"
 #include "odd_numbers.hh"
+#include "printable_output.hh"
 #include "row_json.hh"
+#include "terminal.hh"
 
 namespace {
 
@@ -43,14 +45,14 @@ exit_code report_result(const std::string& file, int errors) {
 exit_code show(const std::vector<std::string>& files, std::optional<document_kind> kind,
                std::size_t jobs) {
   const auto print_heading = [&](const std::string& name) {
-    if (files.size() > 1) std::printf("==> %s <==\n", name.c_str());
+    if (files.size() > 1) std::printf("==> %s <==\n", printable(name).c_str());
   };
   return for_each_file(
       files, jobs, reader_for<&kind_traits::list>(kind),
       [&](const shown<listed_document>& one) {
         print_heading(one.file);
         report(one.document.how.messages);
-        one.document.print();
+        print_as_printable(one.document.print);
         if (!one.document.not_listed.empty()) report(one.file, one.document.not_listed);
         return report_result(one.file, one.document.how.errors);
       },

@@ -189,7 +189,8 @@ json to_json(const std::vector<field_tallies>& all) {
     json& list = result[std::string(tallies.field)] = json::array();
     for (const auto& [of, records] : tallies.by_value) {
       json one = {{"value", to_json(of.value)}};
-      if (!of.number_name.empty()) one["name"] = of.number_name;
+      const std::string name = name_beside({{}, of.value, of.number_name});
+      if (!name.empty()) one["name"] = name;
       one["count"] = records;
       list.push_back(std::move(one));
     }
@@ -250,7 +251,7 @@ json to_json(const index_use& use) {
 }
 
 void print(const counted& one) {
-  std::printf("%s: %s, %s\n", one.file.c_str(),
+  std::printf("%s: %s, %s\n", printable(one.file).c_str(),
               std::string(traits_of(one.kind).description).c_str(),
               records_of(one.kind, one.records).c_str());
   if (one.indices) print(*one.indices);

@@ -8,6 +8,7 @@
 #include "file_error.hh"
 #include "input_file.hh"
 #include "selector_rules.hh"
+#include "shown_text.hh"
 #include "terminal.hh"
 #include "type_masks.hh"
 #include "type_names.hh"
@@ -21,10 +22,6 @@ std::string hexadecimal(std::uint32_t mask) {
   char text[sizeof "0x80000000"];
   std::snprintf(text, sizeof text, "0x%x", mask);
   return text;
-}
-
-std::string quoted(const std::string& text) {
-  return "'" + shortened(printable(text)) + "'";
 }
 
 /// A type as it was written, where that says something else than its mask.
@@ -53,6 +50,10 @@ std::optional<std::int32_t> number_of(const written_type& written) {
 }
 
 }  // namespace
+
+std::string place_of_channel::shown() const {
+  return printable(file) + ":" + std::to_string(line);
+}
 
 std::string names_of_event_types(std::uint32_t mask) {
   std::string names;
@@ -169,17 +170,43 @@ std::optional<std::size_t> channel_search::first_bearing(
   return {};
 }
 
+std::string channel_search::channel_called(std::size_t position) const {
+  const std::string name = channel(position).daq_name;
+  return name.empty() ? "a channel without DAQ name" : quoted(name);
+}
+
+// A record keeps the DAQ name of the first of its channels.
+std::string channel_search::what_merged_one_has(const name_pattern& names) const {
+  for (const merged_channel& each : channels.merged) {
+    if (each.name.empty() || !names.matches(each.name.c_str())) continue;
+    const auto into = first_bearing(each.property, &chan_descr_2010::prop_name);
+    if (!into) continue;
+    return (names.is_one_name() ? std::string() : "only " + quoted(each.name) + "; ") +
+           "the channel that has it (" + place_of(each.origin).shown() + ") is merged into " +
+           channel_called(*into) + " (" + place_of(*into).shown() +
+           "), which has the same property";
+  }
+  return {};
+}
+
+std::string channel_search::why_nothing_matches(const name_pattern& names) const {
+  const std::string merged_one = what_merged_one_has(names);
+  return merged_one.empty() ? "matches no channel's DAQ name or property" : merged_one;
+}
+
 std::string channel_search::why_not_found(const std::string& name) const {
   for (std::size_t i = 0; i < channels.list.size(); ++i) {
     const chan_descr_2010& each = channel(i);
     if (name != each.daq_name && name != each.prop_name) continue;
     if (each.ev_type == 0) {
       return "the channel that has it (" + place_of(i).shown() +
-             ") has no event type, so that no client finds it";
+             ") has no event type, so that a client that asks for its types finds none";
     }
     return "looked up by DAQ name for " + names_of_event_types(each.ev_type) +
-           "; it is the property of " + quoted(each.daq_name) + " (" + place_of(i).shown() + ")";
+           "; it is the property of " + channel_called(i) + " (" + place_of(i).shown() + ")";
   }
+  std::string merged_one = what_merged_one_has(name_pattern(name));
+  if (!merged_one.empty()) return merged_one;
   std::string nobody = "no channel has this DAQ name or property";
   const auto others = matching(name_pattern(name, name_pattern::letters::any_case));
   if (!others.empty()) return nobody + "; one has it in other letters, as find -i shows";
@@ -207,9 +234,7 @@ std::string channel_search::why_not_selected(const std::string& name, int event)
     const std::string by = "looked up by DAQ name for " + type + "; ";
     const auto its = first_bearing(name, &chan_descr_2010::prop_name);
     if (!its) return by + "no channel has this one";
-    const std::string daq_name = channel(*its).daq_name;
-    return by + printable(name) + " is a property, of " +
-           (daq_name.empty() ? "a channel without DAQ name" : quoted(daq_name));
+    return by + printable(name) + " is a property, of " + channel_called(*its);
   }
   const std::string by = "looked up by property for " + type + "; ";
   const auto its = first_bearing(name, &chan_descr_2010::daq_name);
@@ -217,8 +242,21 @@ std::string channel_search::why_not_selected(const std::string& name, int event)
   return by + printable(name) + " is a DAQ name, of " + quoted(channel(*its).prop_name);
 }
 
-std::string channel_search::odd_about_selection(std::size_t position, int event) const {
-  if (has_bit(channel(position).ev_type, event)) return {};
-  return "this channel does not have event type " + std::string(event_name_itoa(event)) +
-         "; a selector asks only whether some channel has it";
+std::string channel_search::odd_about_selection(const std::string& name,
+                                                std::optional<std::size_t> position,
+                                                int event) const {
+  const bool by_daq_name = found_by_daq_name(event);
+  const auto field = by_daq_name ? &chan_descr_2010::daq_name : &chan_descr_2010::prop_name;
+  const bool is_this_one = position && name == channel(*position).*field;
+  const auto selected = is_this_one ? position : first_bearing(name, field);
+  const std::string lacks = has_bit(channel(*selected).ev_type, event)
+                                ? ""
+                                : "does not have event type " +
+                                      std::string(event_name_itoa(event)) +
+                                      "; a selector asks only whether some channel has it";
+  if (is_this_one) return lacks.empty() ? "" : "this channel " + lacks;
+  const std::string other = std::string("it is the ") + (by_daq_name ? "DAQ name" : "property") +
+                            " of " + channel_called(*selected) + " (" +
+                            place_of(*selected).shown() + ")";
+  return lacks.empty() ? other : other + ", which " + lacks;
 }

@@ -19,7 +19,7 @@ struct place_of_channel {
   std::string file;
   std::uint32_t line;
 
-  std::string shown() const { return file + ":" + std::to_string(line); }
+  std::string shown() const;
 };
 
 class channel_search {
@@ -55,9 +55,12 @@ class channel_search {
   std::string name_for(std::size_t position, int event) const;
 
   std::string why_not_found(const std::string& name) const;
+  std::string why_nothing_matches(const name_pattern& names) const;
   std::string why_not_selected(const std::string& name, int event) const;
-  /// What a person would not expect of a channel that is selected; nothing as a rule.
-  std::string odd_about_selection(std::size_t position, int event) const;
+  /// What a person would not expect of a name that is selected, of whom the channel at `position`
+  /// is told; nothing as a rule.
+  std::string odd_about_selection(const std::string& name, std::optional<std::size_t> position,
+                                  int event) const;
 
  private:
   std::optional<std::size_t> first_bearing(const std::string& name,
@@ -67,6 +70,8 @@ class channel_search {
   }
 
   void place_merged();
+  std::string what_merged_one_has(const name_pattern& names) const;
+  std::string channel_called(std::size_t position) const;
 
   placed_channels channels;
   std::map<std::size_t, std::vector<place_of_channel>> merged;  ///< by position

@@ -20,6 +20,8 @@ struct type_element {
 
 constexpr std::string_view variable_name_of_property =
     library::field_of<&chan_descr_2010::prop_name>()->variable.name;
+constexpr std::string_view variable_name_of_name =
+    library::field_of<&chan_descr_2010::daq_name>()->variable.name;
 constexpr std::string_view variable_name_of_event_type =
     library::field_of<&chan_descr_2010::ev_type>()->variable.name;
 
@@ -70,8 +72,8 @@ class watched_reader : public library::channel_reader<Variant> {
     }
     if (channels.list.size() != before) {
       list();
-    } else if (value != nullptr && tag == variable_name_of_property && is_variables) {
-      channels.merged.push_back({value, current});
+    } else if (value != nullptr && is_variables) {
+      note_merging(tag, value);
     }
   }
 
@@ -80,6 +82,18 @@ class watched_reader : public library::channel_reader<Variant> {
     current = {file, line, {}, {}};
     odd_texts.clear();
     listed = none;
+    is_merged = false;
+    name.clear();
+  }
+
+  void note_merging(std::string_view tag, const char* value) {
+    if (tag == variable_name_of_property) {
+      channels.merged.push_back({value, name, current});
+      is_merged = true;
+    } else if (tag == variable_name_of_name) {
+      name = value;
+      if (is_merged) channels.merged.back().name = name;
+    }
   }
 
   void note_type(const type_element& element, const char* text) {
@@ -115,6 +129,8 @@ class watched_reader : public library::channel_reader<Variant> {
   channel_origin current;
   std::map<const type_element*, std::string> odd_texts;
   std::size_t listed = none;
+  bool is_merged = false;
+  std::string name;  // of the channel, as far as it has been read
 };
 
 template <class Variant>

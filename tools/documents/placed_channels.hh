@@ -30,6 +30,7 @@ struct channel_origin {
 /// A channel that was merged into the record that had its property.
 struct merged_channel {
   std::string property;
+  std::string name;  ///< its DAQ name, which the record does not have
   channel_origin origin;
 };
 

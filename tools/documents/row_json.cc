@@ -27,15 +27,20 @@ json to_json(const cell& value) {
   return std::visit([](const auto& held) { return of(held); }, value);
 }
 
+std::string name_beside(const row::field& field) {
+  const auto* value = std::get_if<threshold>(&field.value);
+  if (value != nullptr && !std::isfinite(value->value)) return text_of(*value);
+  return std::string(field.number_name);
+}
+
 json to_json(const row& record) {
   if (record.fields.size() == 1 && record.groups.empty()) return to_json(record.key().value);
   json object = json::object();
   for (const row::field& field : record.fields) {
     const std::string name(field.name);
     object[name] = to_json(field.value);
-    if (!field.number_name.empty()) object[name + "_name"] = field.number_name;
-    const auto* value = std::get_if<threshold>(&field.value);
-    if (value != nullptr && !std::isfinite(value->value)) object[name + "_name"] = text_of(*value);
+    const std::string beside = name_beside(field);
+    if (!beside.empty()) object[name + "_name"] = beside;
   }
   for (const row_group& group : record.groups) {
     json& rows = object[std::string(group.name)] = json::array();

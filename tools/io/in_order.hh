@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <condition_variable>
 #include <cstddef>
+#include <exception>
 #include <functional>
-#include <future>
 #include <mutex>
+#include <new>
+#include <optional>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -27,6 +29,8 @@ class in_order {
       while (workers.size() < waiting.size()) workers.emplace_back([this] { work(); });
     } catch (const std::system_error&) {
       // The system gives no more threads: those that there are do the work, or the caller's own.
+    } catch (const std::bad_alloc&) {
+      // Nor is there memory for one.
     }
   }
 
@@ -46,19 +50,38 @@ class in_order {
   /// The next result; throws what `make` threw.
   Result next() {
     if (workers.empty()) return make_one(taken++);
-    std::future<Result> result;
+    outcome result;
     {
       std::unique_lock lock(guard);
-      std::future<Result>& place = waiting[taken % waiting.size()];
-      made_one.wait(lock, [&] { return place.valid(); });
-      result = std::move(place);
+      outcome& place = waiting[taken % waiting.size()];
+      made_one.wait(lock, [&] { return place.is_there(); });
+      result = std::exchange(place, {});
       ++taken;
     }
     taken_one.notify_one();
-    return result.get();
+    if (result.failure) std::rethrow_exception(result.failure);
+    return std::move(*result.value);
   }
 
  private:
+  /// What became of a number. Keeping it takes no memory, of which there may be none left.
+  struct outcome {
+    std::optional<Result> value;
+    std::exception_ptr failure;
+
+    bool is_there() const { return value || failure; }
+  };
+
+  outcome outcome_of(std::size_t number) {
+    outcome made;
+    try {
+      made.value.emplace(make_one(number));
+    } catch (...) {
+      made.failure = std::current_exception();
+    }
+    return made;
+  }
+
   void work() {
     std::unique_lock lock(guard);
     for (;;) {
@@ -66,10 +89,9 @@ class in_order {
       if (begun >= end) return;
       const std::size_t number = begun++;
       lock.unlock();
-      std::packaged_task<Result()> task([&] { return make_one(number); });
-      task();
+      outcome made = outcome_of(number);
       lock.lock();
-      waiting[number % waiting.size()] = task.get_future();
+      waiting[number % waiting.size()] = std::move(made);
       made_one.notify_one();
     }
   }
@@ -81,7 +103,7 @@ class in_order {
   std::size_t begun = 0;
   std::size_t taken = 0;
   std::size_t end;
-  std::vector<std::future<Result>> waiting;  ///< by number, modulo their count
+  std::vector<outcome> waiting;  ///< by number, modulo their count
   std::vector<std::thread> workers;
 };
 

@@ -1,15 +1,11 @@
 #include "json.hh"
 
-#include <stdio_ext.h>
-
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <cwchar>
 #include <nlohmann/json.hpp>
 
-#include "file_error.hh"
 #include "output_file.hh"
+#include "standard_output.hh"
 #include "utf8.hh"
 
 namespace {
@@ -105,14 +101,6 @@ void json_printer::begin(char opening, char closing) {
 }
 
 void json_printer::write_out() {
-  errno = 0;
-  const std::size_t written = std::fwrite(pending.data(), 1, pending.size(), stdout);
-  const bool is_last = open.empty();
-  if (written != pending.size() || (is_last && std::fflush(stdout) != 0)) {
-    const int reason = errno;
-    std::clearerr(stdout);  // it is told here
-    __fpurge(stdout);
-    throw file_error("standard output", reason != 0 ? std::strerror(reason) : "write error");
-  }
+  print_or_throw(stdout, pending, open.empty());
   pending.clear();
 }

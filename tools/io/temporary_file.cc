@@ -13,8 +13,9 @@
 
 namespace {
 
-// What a person, a terminal, a limit or the system at its end sends.
-constexpr int ending_signals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU, SIGXFSZ};
+// What a person, a terminal, a limit, a reader that went away or the system at its end sends.
+constexpr int ending_signals[] = {SIGHUP,  SIGINT,  SIGQUIT, SIGTERM, SIGPIPE,
+                                  SIGALRM, SIGUSR1, SIGUSR2, SIGXCPU, SIGXFSZ};
 
 // For the handler, which can reach nothing else.
 char to_remove[PATH_MAX];
