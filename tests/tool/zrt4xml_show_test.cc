@@ -244,7 +244,8 @@ TEST(ToolShow, ControlCharactersOfTextsAndFileNamesNeverReachATerminal) {
   EXPECT_THAT(run("diff '" + odd + "' " + other.path()).out,
               testing::StartsWith("--- " + shown + "\n+++ " + other.path() + "\n"));
   EXPECT_EQ(run("find --name A --event '\x1b[31m' x").err,
-            "zrt4xml: --event: no such event type: \\x1b[31m\nTry 'zrt4xml find --help'.\n");
+            "zrt4xml: --event: no such event type: \\x1b[31m; zrt4xml types lists them\nTry "
+            "'zrt4xml find --help'.\n");
   std::filesystem::remove(odd);
 }
 

@@ -194,7 +194,8 @@ TEST(Tool, WrongUsageIsToldInOneLineAndWhereHelpIs) {
       {"convert x --to xml -o ''",
        "zrt4xml: --output: the name is empty\nTry 'zrt4xml convert --help'.\n"},
       {"find x --name A --event FOO",
-       "zrt4xml: --event: no such event type: FOO\nTry 'zrt4xml find --help'.\n"},
+       "zrt4xml: --event: no such event type: FOO; zrt4xml types lists them\nTry 'zrt4xml find "
+       "--help'.\n"},
   };
   for (const auto& each : cases) {
     const run_result result = run(each.arguments);

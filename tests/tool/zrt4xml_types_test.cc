@@ -97,8 +97,8 @@ TEST(ToolTypes, NoTypeIsExitCodeOne) {
             "event type 1 NORMAL, mask 0x2, looked up by property\n"
             "event type 29 29, mask 0x20000000, looked up by property\n");
   EXPECT_EQ(result.err,
-            "zrt4xml: NORMALLY: no event type or data type has this name or number\n"
-            "zrt4xml: 54: no event type or data type has this name or number\n");
+            "zrt4xml: NORMALLY: no event type or data type has this name, number or mask\n"
+            "zrt4xml: 54: no event type or data type has this name, number or mask\n");
   const run_result quiet = run("types -q 54");
   EXPECT_EQ(quiet.code, 1);
   EXPECT_EQ(quiet.out + quiet.err, "");
@@ -160,4 +160,17 @@ TEST(TypesPage, HasEveryDataTypeOfTheLibrary) {
     expected[key] = row{key, name, mask != 0 ? hexadecimal(mask) : ""};
   }
   EXPECT_EQ(table_under("Data types"), expected);
+}
+
+TEST(ToolTypes, MasksAsListingsShowThem) {
+  EXPECT_EQ(run("types 0x80000040").out, "data type 38 BPM_2010, mask 0x80000040\n");
+  EXPECT_EQ(run("types 0X2").out,
+            "event type 1 NORMAL, mask 0x2, looked up by property\n"
+            "data type 1 UPD, mask 0x2\n");
+  for (const std::string none : {"0x3", "0x", "0x2g", "0x100000002", "0x-2"}) {
+    const run_result result = run("types " + none);
+    EXPECT_EQ(result.code, 1) << none;
+    EXPECT_EQ(result.err,
+              "zrt4xml: " + none + ": no event type or data type has this name, number or mask\n");
+  }
 }

@@ -121,7 +121,8 @@ CLI::App* add_find(CLI::App& app, arguments& given) {
   command->add_option("--event", given.event, "Is it selected for this event type, name or number?")
       ->type_name("EVENT")
       ->check([](const std::string& text) -> std::string {
-        return event_type_of(text) ? "" : "no such event type: " + text;
+        return event_type_of(text) ? ""
+                                   : "no such event type: " + text + "; zrt4xml types lists them";
       });
   add_json(command, given);
   command->footer(
@@ -397,13 +398,14 @@ CLI::App* add_types(CLI::App& app, arguments& given) {
   CLI::App* command =
       app.add_subcommand("types", "Print the event types and data types: number, name and mask");
   command
-      ->add_option("TYPE", given.types,
-                   "Only those of this number, name or pattern of names, in any case of letters")
+      ->add_option(
+          "TYPE", given.types,
+          "Only those of this number, mask, name or pattern of names, in any case of letters")
       ->type_name("");
   add_json(command, given);
   command->footer(
       "Exit code: 1 when a TYPE is none.\n"
-      "Example:\n  zrt4xml types NORMAL 38 'bpm*'");
+      "Example:\n  zrt4xml types NORMAL 38 'bpm*' 0x80000040");
   return command;
 }
 
@@ -505,7 +507,8 @@ command_line::command_line()
   app->fallthrough();
   app->add_flag(
       "-q,--quiet", given.quiet,
-      "No messages but those of exit code 2; find, check, diff and dry runs print nothing either");
+      "No messages but those of exit code 2; find, check, diff, types and dry runs print nothing "
+      "either");
   app->footer(
       "Example:\n"
       "  zrt4xml show events.xml\n"

@@ -1,8 +1,10 @@
 #include "types.hh"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "event_util.hh"
 #include "json_answer.hh"
@@ -25,18 +27,31 @@ bool is_number(const std::string& text) {
   return !text.empty() && text.find_first_not_of("0123456789") == text.npos;
 }
 
+// As listings and `find` show them.
+std::optional<std::uint32_t> mask_in(const std::string& text) {
+  constexpr std::size_t prefix = 2;
+  if (text.compare(0, prefix, "0x") != 0 && text.compare(0, prefix, "0X") != 0) return {};
+  std::uint32_t mask = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data() + prefix, end, mask, 16);
+  if (error != std::errc() || stop != end) return {};
+  return mask;
+}
+
 class wanted_type {
  public:
   explicit wanted_type(const std::string& given)
-      : text(given), names(given, name_pattern::letters::any_case) {}
+      : text(given), mask(mask_in(given)), names(given, name_pattern::letters::any_case) {}
 
   bool is(const named_type& type) const {
+    if (mask) return type.mask == mask;
     if (is_number(text)) return text == std::to_string(type.number);
     return names.matches(std::string(type.name).c_str());
   }
 
  private:
   std::string text;
+  std::optional<std::uint32_t> mask;
   name_pattern names;
 };
 
@@ -109,7 +124,7 @@ bool keep_wanted(table (&tables)[2], const std::vector<std::string>& wanted) {
                          [&](const named_type& type) { return each_wanted[i].is(type); });
     };
     if (std::any_of(std::begin(tables), std::end(tables), knows)) continue;
-    report(wanted[i], "no event type or data type has this name or number");
+    report(wanted[i], "no event type or data type has this name, number or mask");
     all_known = false;
   }
   for (table& of : tables) {

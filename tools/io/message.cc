@@ -17,7 +17,8 @@ void wipe_open_line() {
 }  // namespace
 
 std::string message_line(const std::string& file, const std::string& text) {
-  return "zrt4xml: " + printable(file) + ": " + text + "\n";
+  const std::string name = file.empty() ? "''" : printable(file);
+  return "zrt4xml: " + name + ": " + text + "\n";
 }
 
 void report(const std::vector<std::string>& lines) {
