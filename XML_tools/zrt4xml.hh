@@ -22,9 +22,10 @@
 /// what of them reads back). `write_file` writes that document and replaces a file as a whole or
 /// not at all. It returns 0, or else the system's number of the error (`ENOENT`, `ENOSPC`, ...) and
 /// the file is what it was, with nothing left beside it. Behind a link, the file that it names is
-/// replaced, with its mode; a file that must not be written stays; a device or a pipe takes what it
-/// can. Nothing is printed. `write_file_or_throw` throws the error as a `std::system_error`, whose
-/// code that is. What is thrown when memory runs out passes, before anything was written.
+/// replaced, with its mode, or made; a file that must not be written stays; a device or a pipe
+/// takes what it can. Nothing is printed. `write_file_or_throw` throws the error as a
+/// `std::system_error`, whose code that is. What is thrown when memory runs out passes, before
+/// anything was written.
 
 #include <sys/stat.h>
 
@@ -143,12 +144,18 @@ inline int write_and_close(std::FILE* file, const std::string& content) {
   return reason;
 }
 
-/// Creates a file beside `name` that nobody else has, and puts its name into `beside`.
+/// Where in `name` that of the file begins, behind its folder's.
+inline std::size_t folder_end(const std::string& name) {
+  return name.rfind('/') + 1;
+}
+
+/// Creates a file beside `name` that nobody else has, and puts its name into `beside`. It says
+/// nothing of `name`, which may be as long as names can be.
 inline int create_beside(const std::string& name, std::string& beside, std::FILE*& file) {
   static std::atomic<unsigned> number{0};
   constexpr int most_attempts = 1000;
   for (int attempt = 0; attempt < most_attempts; ++attempt) {
-    beside = name + "." + std::to_string(number++) + ".new";
+    beside = name.substr(0, folder_end(name)) + ".zrt4xml." + std::to_string(number++) + ".new";
     file = std::fopen(beside.c_str(), "wxe");
     if (file != nullptr) return 0;
     if (errno != EEXIST) break;
@@ -170,15 +177,40 @@ inline int replace_regular_file(const std::string& name, const ::mode_t* mode,
   return reason;
 }
 
+using owned_path = std::unique_ptr<char, void (*)(void*)>;
+
+/// What stands behind the links of `name`; null, with `errno`, when nothing does.
+inline owned_path behind_links(const std::string& name) {
+  return {::realpath(name.c_str(), nullptr), std::free};
+}
+
+/// `name` is a link to what is not there: that is made, and removed unless it is written.
+inline int make_behind_link(const std::string& name, const std::string& content) {
+  std::FILE* const made = std::fopen(name.c_str(), "ae");
+  if (made == nullptr) return errno;
+  (void)std::fclose(made);
+  const owned_path target = behind_links(name);
+  if (target == nullptr) return errno;
+  const int reason = replace_regular_file(target.get(), nullptr, content);
+  if (reason != 0) (void)std::remove(target.get());
+  return reason;
+}
+
+inline int make_file(const std::string& name, const std::string& content) {
+  struct ::stat entry {};
+  const bool is_link = ::lstat(name.c_str(), &entry) == 0 && S_ISLNK(entry.st_mode);
+  return is_link ? make_behind_link(name, content) : replace_regular_file(name, nullptr, content);
+}
+
 inline int replace_file(const std::string& name, const std::string& content) {
   struct ::stat old {};
-  if (::stat(name.c_str(), &old) != 0) return replace_regular_file(name, nullptr, content);
+  if (::stat(name.c_str(), &old) != 0) return errno == ENOENT ? make_file(name, content) : errno;
   const bool is_regular = S_ISREG(old.st_mode);
   std::FILE* const there = std::fopen(name.c_str(), is_regular ? "r+e" : "we");
   if (there == nullptr) return errno;
   if (!is_regular) return write_and_close(there, content);
   (void)std::fclose(there);  // it may be written
-  const std::unique_ptr<char, void (*)(void*)> target(::realpath(name.c_str(), nullptr), std::free);
+  const owned_path target = behind_links(name);
   if (target == nullptr) return errno;
   return replace_regular_file(target.get(), &old.st_mode, content);
 }

@@ -162,6 +162,38 @@ TEST(WriteFile, KeepsModeAndFollowsLinks) {
   EXPECT_EQ(mode_of(folder / "old.xml"), std::filesystem::perms{0604});
 }
 
+TEST(WriteFile, MakesWhatALinkNamesAndBreaksNone) {
+  const temporary_folder folder;
+  std::filesystem::create_directory(folder / "sub");
+  std::filesystem::create_symlink("sub/second", folder / "first");
+  std::filesystem::create_symlink("../made.xml", folder / "sub/second");
+  EXPECT_EQ(channels().write_file(folder / "first"), 0);
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "first"));
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "sub/second"));
+  EXPECT_TRUE(std::filesystem::is_regular_file(folder / "made.xml"));
+  std::filesystem::create_symlink("none/new.xml", folder / "nowhere");
+  EXPECT_EQ(channels().write_file(folder / "nowhere"), ENOENT);
+  {
+    std::filesystem::create_symlink("limited.xml", folder / "first_of_two");
+    const file_size_limit limit(100);
+    EXPECT_EQ(channels().write_file(folder / "first_of_two"), EFBIG);
+  }
+  std::filesystem::create_symlink("round", folder / "round");
+  EXPECT_EQ(channels().write_file(folder / "round"), ELOOP);
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "round"));
+  EXPECT_EQ(folder.names(), (std::set<std::string>{"first", "first_of_two", "made.xml", "nowhere",
+                                                   "round", "sub"}));
+}
+
+TEST(WriteFile, TakesTheLongestName) {
+  const temporary_folder folder;
+  const std::string longest(255, 'n');
+  EXPECT_EQ(channels().write_file(folder / longest), 0);
+  EXPECT_EQ(channels().write_file(folder / longest), 0);
+  EXPECT_EQ(folder.names(), std::set<std::string>{longest});
+  EXPECT_EQ(channels().write_file(folder / (longest + "n")), ENAMETOOLONG);
+}
+
 TEST(WriteFile, ReturnsTheSystemsErrorNumber) {
   const temporary_folder folder;
   const channel_list list = channels();
