@@ -21,13 +21,11 @@
 
 namespace {
 
-// Texts are shown in the user's code page; where the environment names none, as UTF-8 rather than
-// as ASCII with holes. Numbers keep their decimal point.
+// The scanner makes UTF-8 of texts whatever the locale is, where it converts by ICU, and what the
+// locale says otherwise. Numbers keep their decimal point.
 void choose_code_page() {
   std::setlocale(LC_CTYPE, "");
-  if (std::strcmp(nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0) {
-    std::setlocale(LC_CTYPE, "C.UTF-8");
-  }
+  if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) std::setlocale(LC_CTYPE, "C.UTF-8");
 }
 
 exit_code flushed(exit_code result) {

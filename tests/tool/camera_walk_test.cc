@@ -33,8 +33,6 @@ class recording_walk : public camera_walk {
   }
   void element_ended(const camera_element& /*element*/) override {}
   void text_was_dropped(const camera_element& /*element*/, const std::string& /*text*/) override {}
-  void characters_met(const camera_element& /*element*/, const XMLCh* /*text*/,
-                      std::size_t /*length*/) override {}
 
   static std::string kept(const std::string& text) { return is_mark_of_reader(text) ? "" : text; }
 };

@@ -4,7 +4,7 @@ check_page_test.py PAGE TOOL: each rule has a section with its severity and a do
 tool finds it, and nothing else, as the page shows it; and no section is of a rule that is none.
 
 A document stands in a block "xml wrong", a word behind which says how it is checked: "bytes" (\\xNN is
-a byte), "--strict", or "LC_ALL=latin1".
+a byte), or "--strict".
 """
 
 import os
@@ -29,17 +29,9 @@ def bytes_of(document, how):
 
 def checked(document, how, folder):
     (folder / "document.xml").write_bytes(bytes_of(document, how))
-    environment = dict(os.environ, LC_ALL="C.UTF-8")
-    if how.startswith("LC_ALL="):
-        name = how.removeprefix("LC_ALL=")
-        # It warns of what it does not know of the language, and makes the locale all the same.
-        subprocess.run(["localedef", "-i", "en_US", "-f", "ISO-8859-1", folder / name],
-                       stderr=subprocess.DEVNULL, check=False)
-        # The C library keeps the list of folders, and LeakSanitizer does not see where.
-        environment.update(LC_ALL=name, LOCPATH=str(folder), ASAN_OPTIONS="detect_leaks=0")
     options = [how] if how.startswith("--") else []
     result = subprocess.run([TOOL, "check", "--only-findings", *options, "document.xml"],
-                            cwd=folder, env=environment, capture_output=True, check=False)
+                            cwd=folder, capture_output=True, check=False)
     return (result.stdout + result.stderr).decode(errors="replace")
 
 

@@ -308,25 +308,6 @@ TEST(ToolCheck, InterruptedTexts) {
   EXPECT_EQ(checked(channel_with("<DESC>&amp;y</DESC><DIM>0<!-- c --> </DIM>")).out, one_channel);
 }
 
-TEST(ToolCheck, CharactersThatTheLocaleLacks) {
-  char folder[] = "/tmp/zrt4_locale_XXXXXX";
-  ASSERT_NE(mkdtemp(folder), nullptr);
-  const std::string place = folder;
-  ASSERT_EQ(
-      std::system(("localedef -i en_US -f ISO-8859-1 " + place + "/latin1 2>/dev/null").c_str()),
-      0);
-  const test::temporary_file file(channel_with("<UNITS>&#181;m</UNITS>\n<DESC>&#937;</DESC>"));
-  const std::string lost = ":4:7: DESC holds U+03A9, which the code page of this locale lacks\n";
-  const std::string command =
-      "LOCPATH=" + place + " LC_ALL=latin1 " + test::tool() + "check " + file.path();
-  const test::temporary_file out("");
-  EXPECT_NE(std::system((command + " >" + out.path()).c_str()), 0);
-  EXPECT_THAT(plain(out.content()), testing::HasSubstr(file.path() + lost));
-  EXPECT_THAT(out.content(), testing::Not(testing::HasSubstr("UNITS")));
-  EXPECT_EQ(run_plainly("check " + file.path()).code, 0);
-  std::filesystem::remove_all(folder);
-}
-
 TEST(ToolCheck, MissingAttributes) {
   EXPECT_EQ(checked(variable_with("DaqBits", "<bitTitle>on</bitTitle>")).out,
             "F: channel descriptions, variable dialect, 1 channel, 2 errors\n"

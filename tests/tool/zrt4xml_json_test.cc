@@ -235,3 +235,35 @@ TEST(ToolJson, FullDeviceAndClosedPipe) {
   EXPECT_EQ(closed.out, "{\n");
   EXPECT_EQ(closed.err, "");
 }
+
+TEST(ToolJson, TextsAreUtf8WhateverTheLocale) {
+  char folder[] = "/tmp/zrt4_locale_XXXXXX";
+  ASSERT_NE(mkdtemp(folder), nullptr);
+  const std::string place = folder;
+  // It warns of what it does not know of the language, and makes the locale all the same.
+  (void)std::system(("localedef -i en_US -f ISO-8859-1 " + place + "/latin1 2>/dev/null").c_str());
+  ASSERT_TRUE(std::filesystem::exists(place + "/latin1"));
+  const test::temporary_file file(test::channel("<DESC>\xc3\x9c\xce\xa9</DESC>"));
+  const auto answered = [&](const std::string& locale, const std::string& arguments) {
+    const test::temporary_file out("");
+    const int status = std::system(("LOCPATH=" + place + " LC_ALL=" + locale + " " + test::tool() +
+                                    arguments + " >" + out.path() + " 2>&1")
+                                       .c_str());
+    return std::to_string(WEXITSTATUS(status)) + "\n" + out.content();
+  };
+  for (const std::string& command :
+       {"show --json " + file.path(), "show " + file.path(), "check " + file.path(),
+        "list --csv " + file.path(), "convert --to text --lossy " + file.path(),
+        "find --name A.C " + file.path(), "find -i --name '\xc3\xbc*' " + file.path()}) {
+    const std::string expected = answered("C.UTF-8", command);
+    for (const std::string locale : {"latin1", "C", "nonsense"}) {
+      EXPECT_EQ(answered(locale, command), expected) << locale;
+    }
+  }
+  EXPECT_THAT(answered("latin1", "show --json " + file.path()),
+              testing::HasSubstr("\"description\": \"\xc3\x9c\xce\xa9\""));
+  EXPECT_THAT(answered("latin1", "check " + file.path()), testing::StartsWith("0\n"));
+  EXPECT_THAT(answered("latin1", "convert --to xml " + file.path()),
+              testing::HasSubstr("\n<DESC>\xc3\x9c\xce\xa9</DESC>\n"));
+  std::filesystem::remove_all(folder);
+}

@@ -521,10 +521,9 @@ command_line::command_line()
       "  2  wrong usage, or a file that cannot be opened, used or written\n"
       "\n"
       "Environment:\n"
-      "  NO_COLOR                when set, no colour on a terminal\n"
-      "  LC_ALL, LC_CTYPE, LANG  the code page of texts; UTF-8 where they name none\n"
+      "  NO_COLOR  when set, no colour on a terminal\n"
       "\n"
-      "Messages go to standard error.");
+      "Texts are UTF-8, whatever the locale. Messages go to standard error.");
   add(add_show(*app, given), run_show);
   add(add_find(*app, given), run_find);
   add(add_check(*app, given), run_check);

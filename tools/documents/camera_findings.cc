@@ -13,7 +13,6 @@
 #include "camera_walk.hh"
 #include "input_file.hh"
 #include "local_text.hh"
-#include "lost_characters.hh"
 #include "scan.hh"
 #include "shown_text.hh"
 #include "similar_names.hh"
@@ -87,8 +86,6 @@ class camera_pass : public camera_walk {
   void element_began(camera_element& element, xercesc::AttributeList& attributes) override;
   void element_ended(const camera_element& element) override;
   void text_was_dropped(const camera_element& element, const std::string& text) override;
-  void characters_met(const camera_element& element, const XMLCh* text,
-                      std::size_t length) override;
 
   void check_name(const camera_feature& feature);
   void check_text(const camera_feature& feature, const camera_feature::text& text);
@@ -267,12 +264,6 @@ void camera_pass::text_was_dropped(const camera_element& element, const std::str
   found.add(
       rule::stray_text, element.place,
       "the text " + quoted(trimmed(text)) + " directly within " + element.shown + " is not read");
-}
-
-void camera_pass::characters_met(const camera_element& element, const XMLCh* text,
-                                 std::size_t length) {
-  std::string lost = lost_character(element.name, text, length);
-  if (!lost.empty()) found.add(rule::character_lost, element.place, std::move(lost));
 }
 
 // Where categories say what a camera offers, all else is the means to it.

@@ -123,7 +123,6 @@ void camera_walk::endElement(const XMLCh* const /*name*/) {
 void camera_walk::docCharacters(const XMLCh* const text, const XMLSize_t length,
                                 const bool is_section) {
   if (open.empty()) return;
-  characters_met(open.back(), text, length);
   if (!is_section) {
     run.append(text, length);
     return;

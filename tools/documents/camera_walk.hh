@@ -85,8 +85,6 @@ class camera_walk : public xercesc::HandlerBase, public xercesc::XMLDocumentHand
   virtual void element_ended(const camera_element& element) = 0;
   /// A text that no feature takes, directly within `element`.
   virtual void text_was_dropped(const camera_element& element, const std::string& text) = 0;
-  virtual void characters_met(const camera_element& element, const XMLCh* text,
-                              std::size_t length) = 0;
 
   const std::vector<camera_element>& open_elements() const { return open; }
   file_place here() const { return {locator->getLineNumber(), locator->getColumnNumber()}; }

@@ -7,7 +7,6 @@
 
 #include "blanks.hh"
 #include "direct_scanner.hh"
-#include "lost_characters.hh"
 
 using zrt4::detail::to_local;
 
@@ -109,9 +108,6 @@ void element_walk::add_text(walked_element& to, const XMLCh* chars, XMLSize_t le
     to.length += more.size();
     append(to.text, more);
   }
-  if (blank) return;
-  std::string lost = lost_character(to.name, chars, length);
-  if (!lost.empty()) found.add(rule::character_lost, to.place, std::move(lost));
 }
 
 // More comes behind what a reader got.

@@ -67,8 +67,6 @@ constexpr rule_traits rules[] = {
     {rule::interrupted_text, error, "interrupted_text", "only one piece of a text is read"},
     {rule::text_cut, error, "text_cut", "a text is longer than its field"},
     {rule::character_cut, error, "character_cut", "a text is cut within a character"},
-    {rule::character_lost, error, "character_lost",
-     "the code page of the locale lacks a character"},
     {rule::blanks_around_name, error, "blanks_around_name", "blanks or line ends belong to a name"},
     {rule::blanks_around_text, warning, "blanks_around_text",
      "blanks or line ends belong to a text"},

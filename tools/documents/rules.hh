@@ -57,7 +57,6 @@ enum class rule : unsigned char {
   interrupted_text,
   text_cut,
   character_cut,
-  character_lost,
   blanks_around_name,
   blanks_around_text,
   // Cameras, where names and texts go to the feature that began last.
