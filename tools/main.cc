@@ -11,6 +11,7 @@
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <xercesc/util/OutOfMemoryException.hpp>
 
 #include "bad_document.hh"
 #include "command_line.hh"
@@ -49,6 +50,8 @@ exit_code execute(const command_line& line) {
   } catch (const std::runtime_error& reason) {
     report_always(first, reason.what());
   } catch (const std::bad_alloc&) {
+    report_always(first, "out of memory");
+  } catch (const xercesc::OutOfMemoryException&) {
     report_always(first, "out of memory");
   }
   return exit_trouble;

@@ -9,7 +9,9 @@
 #include <new>
 #include <set>
 #include <stdexcept>
+#include <xercesc/util/OutOfMemoryException.hpp>
 
+#include "each_file.hh"
 #include "support.hh"
 
 using namespace std::chrono_literals;
@@ -132,4 +134,24 @@ TEST(InOrder, ResultsArriveWhereThereIsNoMemoryLeft) {
   memory_is_short = false;
   EXPECT_EQ(first, 7);
   EXPECT_TRUE(second_failed);
+}
+
+TEST(ForEachFile, TheScannersWordForNoMemoryNamesTheFile) {
+  const test::temporary_file file("<BMR/>");
+  const auto read = [](input_file&) -> int { throw xercesc::OutOfMemoryException(); };
+  for (const std::size_t jobs : {1U, 2U}) {
+    std::string told;
+    exit_code code = exit_fine;
+    const test::output printed = test::captured([&] {
+      code = for_each_file(
+          {file.path(), file.path()}, jobs, read, [](int) { return exit_fine; },
+          [&](const unusable_file& unusable) {
+            told += unusable.name + ": " + unusable.reason + "\n";
+          });
+    });
+    const std::string each = file.path() + ": out of memory\n";
+    EXPECT_EQ(code, exit_trouble);
+    EXPECT_EQ(told, each + each);
+    EXPECT_EQ(printed.err, "zrt4xml: " + each + "zrt4xml: " + each);
+  }
 }

@@ -69,4 +69,9 @@ TEST(ToolBits, NoSuchChannelAndNoBits) {
   EXPECT_EQ(bare.err, "zrt4xml: A.C: this channel has no bits\n");
   EXPECT_EQ(run("show " ZRT4_SOURCE_DIR "/examples/dictionaries/small.xml --bits A").code, 2);
   EXPECT_EQ(run("show " + file.path() + " --value 1").code, 2);
+  EXPECT_EQ(run("show /nonexistent --bits A").err,
+            "zrt4xml: /nonexistent: No such file or directory\n");
+  const run_result nobody = run("show " + file.path() + " --bits ''");
+  EXPECT_EQ(nobody.code, 2);
+  EXPECT_THAT(nobody.err, testing::StartsWith("zrt4xml: --bits: the name is empty\n"));
 }

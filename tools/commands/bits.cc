@@ -118,11 +118,13 @@ bool bears(const chan_descr_2010& channel, const std::string& name) {
 
 exit_code show_bits(const std::vector<std::string>& files, const std::string& name,
                     std::optional<std::uint32_t> value) {
+  bool is_searched = false;
   bool is_found = false;
   bool has_bits = false;
   const exit_code read = for_each_file(
       files, 1, load,
       [&](const loaded_channels& one) {
+        is_searched = true;
         report_reading(one.file, one.how, "what could be read is searched");
         for (const chan_descr_2010& channel : one.list) {
           if (has_bits || !bears(channel, name)) continue;
@@ -133,7 +135,7 @@ exit_code show_bits(const std::vector<std::string>& files, const std::string& na
         return fine_if(one.how.errors == 0);
       },
       [](const unusable_file&) {});
-  if (!is_found) report(name, "no channel has this DAQ name or property");
+  if (is_searched && !is_found) report(name, "no channel has this DAQ name or property");
   if (is_found && !has_bits) report(name, "this channel has no bits");
   return std::max(read, fine_if(has_bits));
 }

@@ -79,6 +79,7 @@ CLI::App* add_show(CLI::App& app, arguments& given) {
           ->add_option("--bits", given.name,
                        "Draw the word of the channel with this DAQ name or property, with its bits")
           ->type_name("CHANNEL")
+          ->check([](const std::string& name) { return name.empty() ? "the name is empty" : ""; })
           ->excludes("--kind");
   command
       ->add_option("--value", given.word,

@@ -6,6 +6,7 @@
 #include <string>
 #include <type_traits>
 #include <vector>
+#include <xercesc/util/OutOfMemoryException.hpp>
 
 #include "bad_document.hh"
 #include "exit_code.hh"
@@ -37,6 +38,8 @@ exit_code use_file(const std::string& name, Use&& use, GiveUp&& give_up) {
     report_always(reason.file, reason.what());
     return exit_trouble;
   } catch (const std::bad_alloc&) {
+    fail_without_memory(shown_name(name));
+  } catch (const xercesc::OutOfMemoryException&) {
     fail_without_memory(shown_name(name));
   }
 }

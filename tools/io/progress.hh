@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <xercesc/util/OutOfMemoryException.hpp>
 
 /// While it lives, and has lived for half a second, a line on standard error names what is being
 /// done, how far it is and how long it takes; only on a terminal, and not when the tool was asked
@@ -40,14 +41,16 @@ class progress {
 /// Throws the `file_error` for it.
 [[noreturn]] void fail_without_memory(const std::string& file);
 
-/// What `work()` returns, with the line on the terminal while it runs. Running out of memory
-/// becomes a `file_error` that names the file.
+/// What `work()` returns, with the line on the terminal while it runs. Running out of memory,
+/// which the scanner tells in its own way, becomes a `file_error` that names the file.
 template <class Work>
 auto with_progress(const std::string& file, Work&& work, std::string_view doing = "reading") {
   const progress shown(doing, file);
   try {
     return work();
   } catch (const std::bad_alloc&) {
+    fail_without_memory(file);
+  } catch (const xercesc::OutOfMemoryException&) {
     fail_without_memory(file);
   }
 }
