@@ -46,10 +46,17 @@ records wrapped(List& list) {
   return all;
 }
 
-template <class List, class... How>
-reading read_all(input_file& file, records& into, How... how) {
+template <class List>
+reading read_all(input_file& file, records& into) {
   List list;
-  reading result = read_into(list, file, how...);
+  reading result = read_into(list, file);
+  into = wrapped(list);
+  return result;
+}
+
+reading read_channels(input_file& file, records& into, int dialect) {
+  zrt4::channel_list list;
+  reading result = read_plain(list, file, dialect);
   into = wrapped(list);
   return result;
 }
@@ -60,7 +67,7 @@ reading read_kind(document_kind kind, input_file& file, records& into) {
       return read_all<zrt4::event_list>(file, into);
     case document_kind::channels:
     case document_kind::variables:
-      return read_all<zrt4::channel_list>(file, into, dialect_of(kind), zrt4::types::numbers);
+      return read_channels(file, into, dialect_of(kind));
     case document_kind::dictionary:
       return read_all<zrt4::env_dictionary_2010>(file, into);
     case document_kind::camera:

@@ -135,6 +135,15 @@ def test_tables_of_odd_channels(channels):
     document = f"<CHANDESCRIPTIONS>{channels}</CHANDESCRIPTIONS>"
     assert_same(zrt4xml.read_numpy(document), zrt4xml.read(document).to_numpy())
 
+# As the library's records have it: the tool tells that from type 0, Python has no other number.
+def test_an_event_type_that_is_not_told_is_0():
+    json = '{"kind": "channels", "records": [{"property": "A"}]}'
+    elements = "<CHANDESCRIPTIONS><CHANNEL><PROP>A</PROP></CHANNEL></CHANDESCRIPTIONS>"
+    variables = "<DAQvariables><DaqFloat><vindo>A</vindo></DaqFloat></DAQvariables>"
+    for document in (json, elements, variables):
+        assert [each.ev_type for each in zrt4xml.read(document)] == [0]
+        assert zrt4xml.read_numpy(document)["ev_type"].tolist() == [0]
+
 
 def test_tables_of_broken_documents():
     broken = "<CHANDESCRIPTIONS><CHANNEL><PROP>A</PROP></CHANNEL><CHANNEL><PROP>B</PROP>"

@@ -111,7 +111,7 @@ class random_records {
       one->count = number();
       fill(one->sb_name);
     }
-    one->ev_type = static_cast<std::uint32_t>(number());
+    one->ev_type = below(4) == 0 ? untold_event_type : static_cast<std::uint32_t>(number());
     one->set_point = number();
     if (below(2) == 0) one->max_size = number();
     for (unsigned i = below(2) == 0 ? below(5) : 0; i != 0; --i, ++one->nbits) {

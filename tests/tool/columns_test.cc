@@ -82,3 +82,10 @@ TEST(Columns, TextsAreEscapedAndOfUtf8) {
   append_text(json, "a\"b\\c\n\x01\x7f</script>");
   EXPECT_EQ(json, "\"a\\\"b\\\\c\\u000a\\u0001\x7f</script>\"");
 }
+
+TEST(Columns, TypeThatIsNotToldHasANumberOfItsOwn) {
+  const std::vector<row> rows = {{{{"type", untold, "UNKNOWN"}}, {}},
+                                 {{{"type", std::int64_t{0}, "HB"}}, {}}};
+  EXPECT_THAT(table_of(rows),
+              testing::HasSubstr(R"("names":{"-1":"UNKNOWN","0":"HB"},"each":[-1,0])"));
+}

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 #include "lossless_support.hh"
 #include "random_documents.hh"
@@ -70,6 +71,35 @@ TEST_F(Lossless, RandomDocumentsInBothDialects) {
   }
   EXPECT_GT(counts.whole, 500 / test::random_share);
   EXPECT_GT(counts.lossy, 100 / test::random_share);
+}
+
+// A client reads event types as masks, in which none is another value than type 0.
+TEST_F(Lossless, ClientsGetTheEventTypesThatTheyGotBefore) {
+  const test::kept_leak of_the_readers;
+  const auto masks_in = [](const std::string& document) {
+    std::multiset<std::pair<std::string, std::uint32_t>> masks;
+    zrt4::channel_list list;
+    (void)list.read_text(document, zrt4::types::masks);  // some records are damaged
+    for (const chan_descr_2010& each : list) masks.emplace(each.prop_name, each.ev_type);
+    return masks;
+  };
+  test::random_documents documents(2);
+  int without_type = 0;
+  for (unsigned i = 0; i < rounds; ++i) {
+    const std::string text = documents.next(i % 2 == 1 ? test::random_documents::variables
+                                                       : test::random_documents::elements);
+    input_file file("random", std::string_view(text));
+    zrt4::channel_list list;
+    read_into(list, file, i % 2 == 1 ? MORV_FORMAT : ZRT4_FORMAT, zrt4::types::numbers);
+    const composition made = compose(list, document_form::xml);
+    if (!test::losses_of(made, document_form::xml).empty()) continue;
+    const auto masks = masks_in(text);
+    EXPECT_EQ(masks_in(made.content()), masks) << text;
+    without_type += static_cast<int>(
+        std::count_if(masks.begin(), masks.end(), [](const auto& one) { return one.second == 0; }));
+    if (HasFailure()) break;
+  }
+  EXPECT_GT(without_type, 0);
 }
 
 TEST_F(Lossless, TheVariableDialectIsStableFromTheFirstConversionOn) {

@@ -85,13 +85,15 @@ class rule {
  private:
   static bool is_known(const std::string& name, const json& value) {
     if (value.is_string()) return value != "";
-    return name == "db_key" ? value > 0 : value != 0;
+    return name == "db_key" ? value > 0 : value != 0 && value != untold;
   }
 
   void complete(json& base, const json& from) {
     for (const auto& [name, value] : from.items()) {
       if (value.is_array()) {
         merge(base[name], value, "number");
+      } else if (base[name] == untold) {
+        base[name] = value;
       } else if (is_known(name, value) && base[name] != value) {
         const bool contradicts = is_known(name, base[name]);
         if (contradicts) ++contradictions;

@@ -83,7 +83,7 @@ TEST(ToolJsonReading, KindMayStandBehindTheRecords) {
   const test::temporary_file file(R"({"documents": [{"records": [{"property": "A/B"}],
     "kind": "channels"}, {"records": [], "kind": "variables"}]})");
   EXPECT_EQ(run("convert " + file.path() + " --to text").out,
-            "0\t1\t!!!UNDEFINED!!!\tA/B\t0\t\"\"\t\"\"\t1\t0\t0\n");
+            "0\t0\t!!!UNDEFINED!!!\tA/B\t0\t\"\"\t\"\"\t1\t0\t0\n");
 }
 
 TEST(ToolJsonReading, MissingKeysAreAsInANewRecord) {
@@ -102,6 +102,34 @@ TEST(ToolJsonReading, TypesByTheirNamesAlone) {
   EXPECT_THAT(result.out, testing::HasSubstr("\"data_type\": 38,"));
 }
 
+// A channel without event type is not one of type 0.
+TEST(ToolJsonReading, EventTypeMayBeUntold) {
+  for (const char* const keys :
+       {R"("property": "A")", R"("property": "A", "event_type_name": "UNKNOWN")",
+        R"("property": "A", "event_type": 0, "event_type_name": "UNKNOWN")",
+        R"("event_type_name": "UNKNOWN", "event_type": 0, "property": "A")"}) {
+    const test::temporary_file file(channels_of("{" + std::string(keys) + "}"));
+    EXPECT_EQ(run("list --columns event_type " + file.path()).out, "event_type\nUNKNOWN\n") << keys;
+  }
+  for (const char* const keys : {R"("property": "A", "event_type": 0)",
+                                 R"("event_type": 0, "event_type_name": "HB", "property": "A")",
+                                 R"("event_type_name": "HB", "property": "A", "event_type": 0)"}) {
+    const test::temporary_file file(channels_of("{" + std::string(keys) + "}"));
+    EXPECT_EQ(run("list --columns event_type " + file.path()).out, "event_type\nHB\n") << keys;
+  }
+}
+
+TEST(ToolJsonReading, NumberWithoutNameMayStandBehindItsName) {
+  const test::temporary_file file(
+      channels_of(R"({"property": "A", "data_type_name": "UNKNOWN", "data_type": 77})"));
+  EXPECT_EQ(run("list --columns data_type " + file.path()).out, "data_type\n77\n");
+  const test::temporary_file contradicting(
+      channels_of(R"({"property": "A", "data_type_name": "UNKNOWN", "data_type": 38})"));
+  const run_result refused = run("list " + contradicting.path());
+  EXPECT_EQ(refused.code, 1);
+  EXPECT_THAT(refused.err, testing::HasSubstr("the key \"data_type_name\" says otherwise than 38"));
+}
+
 TEST(ToolJsonReading, SeveralDocumentsAreOne) {
   const std::string one = channels_of(R"({"property": "A"})");
   const std::string other = R"({"kind": "variables", "records": [{"property": "B"}]})";
@@ -109,7 +137,7 @@ TEST(ToolJsonReading, SeveralDocumentsAreOne) {
                                   "[" + one + ", " + other + "]", one + "\n" + other + "\n"}) {
     const test::temporary_file file(json);
     EXPECT_EQ(run("convert " + file.path() + " --to text").out,
-              "0\t1\t!!!UNDEFINED!!!\tA\t0\t\"\"\t\"\"\t1\t0\t0\n0\t1\t!!!UNDEFINED!!!"
+              "0\t0\t!!!UNDEFINED!!!\tA\t0\t\"\"\t\"\"\t1\t0\t0\n0\t0\t!!!UNDEFINED!!!"
               "\tB\t0\t\"\"\t\"\"\t1\t0\t0\n");
   }
 }
@@ -153,7 +181,7 @@ TEST(ToolJsonReading, TextCutInsideACharacterLosesThePieceWithAWord) {
   const run_result result = run("convert " + file.path() + " --to text");
   EXPECT_EQ(result.code, 1);
   EXPECT_EQ(result.out,
-            "0\t1\t!!!UNDEFINED!!!\tA/B\t0\t\"\"\t\"" + times(7, "\xc2\xb5") + "\"\t1\t0\t0\n");
+            "0\t0\t!!!UNDEFINED!!!\tA/B\t0\t\"\"\t\"" + times(7, "\xc2\xb5") + "\"\t1\t0\t0\n");
   EXPECT_THAT(result.err,
               testing::HasSubstr("records[0].units: the text was cut inside a character, of which "
                                  "U+FFFD is left; it is left out\n"));

@@ -231,3 +231,19 @@ TEST(ToolList, DamagedDocumentsAreListedAsFarAsTheyAreRead) {
   EXPECT_EQ(result.out, "property\nA/B\n");
   EXPECT_THAT(result.err, testing::HasSubstr("what could be read is listed"));
 }
+
+TEST(ToolList, ChannelsWithoutEventType) {
+  const test::temporary_file file(
+      "<CHANDESCRIPTIONS><CHANNEL><PROP>A</PROP></CHANNEL>"
+      "<CHANNEL><EVTYPE>0</EVTYPE><PROP>B</PROP></CHANNEL>"
+      "<CHANNEL><EVTYPE>40</EVTYPE><PROP>C</PROP></CHANNEL></CHANDESCRIPTIONS>");
+  const auto fit = [&](const std::string& condition) {
+    return run("list --columns property,event_type --where " + condition + " " + file.path()).out;
+  };
+  const std::string heading = "property\tevent_type\n";
+  EXPECT_EQ(fit("event_type=UNKNOWN"), heading + "A\tUNKNOWN\n");
+  EXPECT_EQ(fit("event_type~UNK"), heading + "A\tUNKNOWN\n");
+  EXPECT_EQ(fit("event_type~0"), heading + "B\tHB\nC\t40\n");
+  EXPECT_EQ(fit("event_type=0"), heading + "B\tHB\n");
+  EXPECT_EQ(fit("event_type:..5"), heading + "B\tHB\n");
+}

@@ -24,6 +24,10 @@ std::string list(const std::string& channels) {
   return "<CHANDESCRIPTIONS>" + channels + "</CHANDESCRIPTIONS>";
 }
 
+// The first has no event type, the second that of number 0; clients find only the second.
+const std::string untold_and_0 =
+    list("<CHANNEL><PROP>A</PROP></CHANNEL><CHANNEL><EVTYPE>0</EVTYPE><PROP>B</PROP></CHANNEL>");
+
 struct lossy {
   const char* document;
   const char* form;
@@ -223,4 +227,37 @@ TEST(ToolLosses, ADryRunShowsWhatWouldBeWritten) {
   EXPECT_THAT(run("diff " + base.path() + " " + written.path()).out,
               testing::EndsWith(
                   "~ channel A\n    units: \"\" -> \"mm\"\n    + bit 1\n        name: \"off\"\n"));
+}
+
+TEST(ToolLosses, ChannelWithoutEventTypeStaysWithoutIt) {
+  const run_result elements = converted(untold_and_0, "--to xml");
+  EXPECT_EQ(elements.code, 0);
+  EXPECT_EQ(elements.err, "");
+  EXPECT_THAT(elements.out,
+              testing::HasSubstr("<CHANNEL>\n<STREAM>0</STREAM>\n<DTYPE>0</DTYPE>\n<DB_KEY>-1"));
+  EXPECT_THAT(elements.out,
+              testing::HasSubstr("<CHANNEL>\n<STREAM>0</STREAM>\n<EVTYPE>0</EVTYPE>\n<DTYPE>0"));
+  const run_result variables = converted(untold_and_0, "--to variables");
+  EXPECT_EQ(variables.code, 0);
+  EXPECT_THAT(variables.out, testing::HasSubstr("<DaqFloat>\n<vindo>A</vindo>"));
+  EXPECT_THAT(variables.out,
+              testing::HasSubstr("<DaqFloat>\n<evType>0</evType>\n<vindo>B</vindo>"));
+  EXPECT_THAT(
+      converted(variables.out, "--to csv").out,
+      testing::AllOf(testing::HasSubstr("\nA,,0,UNKNOWN,"), testing::HasSubstr("\nB,,0,HB,")));
+}
+
+TEST(ToolLosses, VariableThatAnotherOneOfItsPropertyTellsTheEventType) {
+  const std::string document =
+      "<DAQvariables><DaqFloat><vindo>A</vindo></DaqFloat>"
+      "<DaqFloat><evType>0</evType><vindo>A</vindo></DaqFloat></DAQvariables>";
+  EXPECT_THAT(converted(document, "--to xml --lossy").out,
+              testing::HasSubstr("<EVTYPE>0</EVTYPE>"));
+}
+
+TEST(ToolLosses, ChannelOfSeveralPropertiesHasTheEventTypeThatStandsBehindThem) {
+  const std::string document =
+      list("<CHANNEL><PROP>A</PROP><PROP>B</PROP><EVTYPE>0</EVTYPE></CHANNEL>");
+  const test::temporary_file file(document);
+  EXPECT_EQ(run("list --columns event_type " + file.path()).out, "event_type\nHB\nHB\n");
 }

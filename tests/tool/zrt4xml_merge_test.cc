@@ -232,3 +232,20 @@ TEST(ToolMerge, ADocumentOfNoUseIsNoWrongUsage) {
   EXPECT_EQ(run(arguments).code, 1);
   EXPECT_TRUE(prints_valid_json(arguments));
 }
+
+TEST(ToolMerge, EventTypeThatIsNotToldIsTakenFromTheOther) {
+  EXPECT_EQ(changed(list(chan("")), list(chan("<EVTYPE>0</EVTYPE>"))).out,
+            "~ channel A\n    event_type: 0 UNKNOWN -> 0 HB\n");
+  EXPECT_EQ(changed(list(chan("")), list(chan("<EVTYPE>4</EVTYPE>"))).out,
+            "~ channel A\n    event_type: 0 UNKNOWN -> 4 ENV\n");
+  EXPECT_EQ(changed(list(chan("<EVTYPE>0</EVTYPE>")), list(chan("<EVTYPE>4</EVTYPE>"))).out,
+            "~ channel A\n    event_type: 0 HB -> 4 ENV\n");
+}
+
+TEST(ToolMerge, EventTypeStaysWhereTheOtherTellsNone) {
+  for (const char* const options : {"", "--force"}) {
+    EXPECT_EQ(changed(list(chan("<EVTYPE>0</EVTYPE>")), list(chan("")), options).out, "");
+    EXPECT_EQ(changed(list(chan("<EVTYPE>4</EVTYPE>")), list(chan("")), options).out, "");
+    EXPECT_EQ(changed(list(chan("")), list(chan("")), options).out, "");
+  }
+}

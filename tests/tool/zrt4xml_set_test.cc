@@ -178,3 +178,14 @@ TEST(ToolSet, DamagedDocumentsAreNotReplaced) {
   EXPECT_THAT(refusal(file.path() + " --all units=m", 1),
               testing::HasSubstr("what could be read is changed"));
 }
+
+TEST(ToolSet, EventTypeIsLeftOutWhenItIsUnknown) {
+  const test::temporary_file file(
+      "<CHANDESCRIPTIONS><CHANNEL><EVTYPE>4</EVTYPE><PROP>B</PROP></CHANNEL></CHANDESCRIPTIONS>");
+  EXPECT_THAT(run("set " + file.path() + " --all event_type=unknown").out,
+              testing::Not(testing::HasSubstr("EVTYPE")));
+  EXPECT_THAT(run("set " + file.path() + " --all units=mm").out,
+              testing::HasSubstr("<EVTYPE>4</EVTYPE>"));
+  EXPECT_EQ(run("set " + file.path() + " --all --dry-run event_type=UNKNOWN").out,
+            "--- " + file.path() + "\n+++ set\n~ channel B\n    event_type: 4 ENV -> 0 UNKNOWN\n");
+}

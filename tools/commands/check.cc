@@ -33,7 +33,7 @@ checked_document check_document(input_file& file, const check_wishes& wishes) {
     result.kind = kind_of(file);
     {  // the records are gone before the document is walked through
       any_list list = list_for(*result.kind);
-      result.errors = read_into(list, file, *result.kind).errors;
+      result.errors = read_plain(list, file, *result.kind).errors;
       result.records = records_of(list).size();
     }
     result.found = findings_of(file, *result.kind, wishes.most, wishes.wide);

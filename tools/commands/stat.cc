@@ -149,7 +149,7 @@ std::string label_of(const labelled& of) {
     return text->empty() ? "(none)" : printable(*text);
   }
   if (const auto* value = std::get_if<threshold>(&of.value)) return text_of(*value);
-  std::string label = std::to_string(std::get<std::int64_t>(of.value));
+  std::string label = text_of(std::get<std::int64_t>(of.value));
   if (!of.number_name.empty()) label.append(" ").append(of.number_name);
   return label;
 }

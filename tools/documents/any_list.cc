@@ -22,10 +22,16 @@ held_records records_of(any_list& list) {
 }
 
 reading read_into(any_list& list, input_file& file, document_kind kind) {
+  auto* const channels = std::get_if<zrt4::channel_list>(&list);
+  if (channels == nullptr) return read_plain(list, file, kind);
+  return read_into(*channels, file, dialect_of(kind), zrt4::types::numbers);
+}
+
+reading read_plain(any_list& list, input_file& file, document_kind kind) {
   return std::visit(
       [&](auto& held) {
         if constexpr (std::is_same_v<decltype(held), zrt4::channel_list&>) {
-          return read_into(held, file, dialect_of(kind), zrt4::types::numbers);
+          return read_plain(held, file, dialect_of(kind));
         } else {
           return read_into(held, file);
         }

@@ -34,4 +34,7 @@ held_records records_of(any_list& list);
 /// Reads the whole file into `list`, which is one for that kind, with the numbers of types.
 reading read_into(any_list& list, input_file& file, document_kind kind);
 
+/// The same as the library has them: an event type that is not told is 0.
+reading read_plain(any_list& list, input_file& file, document_kind kind);
+
 #endif

@@ -11,7 +11,7 @@ namespace {
 
 std::string shown(const cell& value) {
   if (const auto* text = std::get_if<std::string_view>(&value)) return to_utf8(*text);
-  if (const auto* number = std::get_if<std::int64_t>(&value)) return std::to_string(*number);
+  if (const auto* number = std::get_if<std::int64_t>(&value)) return text_of(*number);
   return text_of(std::get<threshold>(value));
 }
 
@@ -33,7 +33,7 @@ void add_values(std::vector<std::string>& values, const record_type& type, const
     const cell value = type.get(record, i);
     values.push_back(shown(value));
     if (type.fields[i].names == nullptr) continue;
-    values.emplace_back(type.fields[i].names(static_cast<int>(std::get<std::int64_t>(value))));
+    values.emplace_back(name_in(type.fields[i], std::get<std::int64_t>(value)));
   }
   for (std::size_t i = 0; i < type.group_count; ++i) {
     values.push_back(std::to_string(type.groups[i].size(record)));
@@ -104,11 +104,8 @@ csv_table::csv_table(any_list& list, std::string_view rows, std::string_view rec
   if (rows.empty() || rows == records_name || find(records.type(), rows, inwards)) return;
   std::vector<std::string> names = group_names(records.type());
   names.emplace(names.begin(), records_name);
-  std::string all;
-  for (const std::string& each : names) all += (all.empty() ? "" : ", ") + each;
-  const std::string near = did_you_mean(rows, {names.begin(), names.end()});
   throw wrong_selection("there are no " + in_quotes(rows) + " in it to have a line each" +
-                        (near.empty() ? "; there are " + all : near));
+                        did_you_mean_or_all(rows, {names.begin(), names.end()}, "; there are "));
 }
 
 void csv_table::add_lines(std::string& into, std::vector<std::string>& keys,

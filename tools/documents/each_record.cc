@@ -59,7 +59,7 @@ reading read_each(input_file& file, document_kind kind,
     return how;
   }
   any_list list = list_for(kind);
-  reading how = read_into(list, file, kind);
+  reading how = read_plain(list, file, kind);
   const held_records records = records_of(list);
   for (std::size_t i = 0; i < records.size(); ++i) use(records[i]);
   return how;

@@ -11,7 +11,7 @@
 
 class input_file;
 
-/// Calls `use` with each record that `read_into` would put into a list, in that order. A record
+/// Calls `use` with each record that `read_plain` would put into a list, in that order. A record
 /// lives as long as the call.
 reading read_each(input_file& file, document_kind kind,
                   const std::function<void(const void* record)>& use);

@@ -158,3 +158,16 @@ fitted_value fitted_text(const record_field& field, std::string_view text) {
   return not_fitting(field.names != nullptr ? "a number or a name" : whole_number_of(field),
                      in_quotes(text) + did_you_mean(text, names_in(field)));
 }
+
+std::optional<std::int64_t> number_called(const record_field& field, std::int64_t number,
+                                          std::string_view name) {
+  if (name == nameless && number == 0) return field.may_be_untold ? untold : number;
+  if (name == name_in(field, number)) return number;
+  return {};
+}
+
+std::optional<cell> agreed(const record_field& field, const cell& value, const cell& named) {
+  if (field.holds != value_kind::number) return value == named ? value : std::optional<cell>();
+  const std::string_view name = name_in(field, std::get<std::int64_t>(named));
+  return number_called(field, std::get<std::int64_t>(value), name);
+}

@@ -46,6 +46,14 @@ fitted_value fitted(const record_field& field, const given_value& value, bool& w
 /// name; thresholds also "inf" and "nan".
 fitted_value fitted_text(const record_field& field, std::string_view text);
 
+/// What a number and the name beside it say together: where that is `nameless`, 0 is not told.
+/// Nothing when they contradict each other.
+std::optional<std::int64_t> number_called(const record_field& field, std::int64_t number,
+                                          std::string_view name);
+
+/// The same of a value and what its name became before.
+std::optional<cell> agreed(const record_field& field, const cell& value, const cell& named);
+
 /// What a message quotes.
 std::string in_quotes(std::string_view text);
 

@@ -236,6 +236,7 @@ void json_reader::begin_record() {
   level record{level::kind::record, &keys_for(*list.group->type)};
   record.type = list.group->type;
   record.record = list.group->add(list.record);
+  tell_no_types(*record.type, record.record);
   levels.push_back(record);
 }
 
@@ -307,10 +308,7 @@ bool json_reader::key(std::string& name) {
     std::vector<std::string_view> known;
     for (const known_key& each : *here.keys) known.emplace_back(each.name);
     here.at = unknown;
-    std::string all;
-    for (const std::string_view each : known) all.append(all.empty() ? "" : ", ").append(each);
-    const std::string near = did_you_mean(name, known);
-    wrong("unknown key" + (near.empty() ? "; known are " + all : near), name);
+    wrong("unknown key" + did_you_mean_or_all(name, known, "; known are "), name);
     return true;
   }
   here.at = found;
@@ -511,11 +509,13 @@ void json_reader::take_field(void* record, const record_type& type, std::size_t 
   }
   if (was_cut) lost("the text was cut inside a character, of which U+FFFD is left; it is left out");
   if (was_named && value.is == given_value::kind::null) return;
-  if (was_named && !(type.get(record, position) == found.value)) {
+  const std::optional<cell> said =
+      was_named ? agreed(field, found.value, type.get(record, position)) : found.value;
+  if (!said) {
     return wrong("the key " + name_key + " says otherwise than " + value.shown() +
                  ": leave one of them out");
   }
-  type.set(record, position, found.value);
+  type.set(record, position, *said);
 }
 
 void json_reader::take_name(const level& of, std::size_t position, const given_value& value) {
@@ -523,29 +523,29 @@ void json_reader::take_name(const level& of, std::size_t position, const given_v
   if (value.is != given_value::kind::text) return wrong_value("a name", value.shown());
   const bool has_number = of.has(of.at - 1);
   const cell current = of.type->get(of.record, position);
-  bool agrees = true;
+  std::optional<cell> said;
   if (field.holds == value_kind::threshold) {
     const float number = std::get<threshold>(current).value;
     const std::string name(value.text);
     const bool is_known = name == "nan" || name == "-nan" || name == "inf" || name == "-inf";
     if (!is_known) return wrong_value("nan, -nan, inf or -inf", value.shown());
-    agrees = !has_number || !std::isfinite(number);
-    if (agrees) of.type->set(of.record, position, threshold{std::strtof(name.c_str(), nullptr)});
+    const bool agrees = !has_number || !std::isfinite(number);
+    if (agrees) said = threshold{std::strtof(name.c_str(), nullptr)};
   } else if (has_number) {
-    const auto number = static_cast<int>(std::get<std::int64_t>(current));
-    agrees = value.text == field.names(number) || (number == 0 && value.text == nameless);
-  } else if (value.text != nameless) {
+    said = number_called(field, std::get<std::int64_t>(current), value.text);
+  } else if (value.text == nameless) {
+    return;
+  } else {
     std::int64_t number = 0;
     if (!number_named(field, value.text, number)) {
       return wrong("there is no such name: " + in_quotes(value.text) +
                    did_you_mean(value.text, names_in(field)));
     }
-    of.type->set(of.record, position, number);
+    said = number;
   }
-  if (!agrees) {
-    wrong(in_quotes(value.text) + " is not the name of what the key " + in_quotes(field.name) +
-          " says: leave one of them out");
-  }
+  if (said) return of.type->set(of.record, position, *said);
+  wrong(in_quotes(value.text) + " is not the name of what the key " + in_quotes(field.name) +
+        " says: leave one of them out");
 }
 
 void json_reader::read() {

@@ -15,11 +15,6 @@
 
 namespace {
 
-/// A type of which the document says nothing, so that clients have none.
-bool is_untold(std::uint32_t number, const written_type& written) {
-  return number == 0 && !written.is_there;
-}
-
 /// Of channels that were read as numbers.
 class number_lines : public zrt4::detail::type_lines {
  public:
@@ -28,7 +23,7 @@ class number_lines : public zrt4::detail::type_lines {
   void print_event_type(std::size_t position, const chan_descr_2010& channel) const override {
     const auto number = static_cast<std::int32_t>(channel.ev_type);
     const written_type& written = channels.origins[position].event_type;
-    if (is_untold(channel.ev_type, written)) return zrt4::detail::print_event_types(0);
+    if (channel.ev_type == untold_event_type) return zrt4::detail::print_event_types(0);
     if (print_odd(channels.odd_event_types, position, written, number, event_name_itoa)) return;
     if (number >= 0 && number < zrt4::detail::event_type_count) {
       zrt4::detail::print_event_types(zrt4::detail::bit_mask(number));
@@ -40,7 +35,7 @@ class number_lines : public zrt4::detail::type_lines {
   void print_data_type(std::size_t position, const chan_descr_2010& channel) const override {
     const auto number = static_cast<std::int32_t>(channel.dtype);
     const written_type& written = channels.origins[position].data_type;
-    if (is_untold(channel.dtype, written)) return zrt4::detail::print_data_types(0);
+    if (number == 0 && !written.is_there) return zrt4::detail::print_data_types(0);
     if (print_odd(channels.odd_data_types, position, written, number, block_name_itoa)) return;
     const bool has_mask = number > 0 && number < static_cast<int>(ZRT4_BLOCK_MAX_2010) &&
                           block_name_itoa(number) != nameless;
@@ -91,21 +86,6 @@ reading read_all(placed_channels& channels, input_file& file, int dialect) {
   return how;
 }
 
-constexpr std::string_view name_of_event_type =
-    zrt4::detail::field_of<&chan_descr_2010::ev_type>()->row.name;
-
-// An event type that is not told is no type 0, which has a name.
-row row_at(const void* of, std::size_t position) {
-  const auto& channels = *static_cast<const placed_channels*>(of);
-  const chan_descr_2010& channel = channels.list[position];
-  row result = row_of(*records_in(channels.list).type, &channel);
-  if (!is_untold(channel.ev_type, channels.origins[position].event_type)) return result;
-  for (row::field& field : result.fields) {
-    if (field.name == name_of_event_type) field.number_name = nameless;
-  }
-  return result;
-}
-
 }  // namespace
 
 listed_document list_channels(input_file& file, int dialect) {
@@ -120,5 +100,5 @@ listed_document list_channels(input_file& file, int dialect) {
 loaded_document load_channels(input_file& file, int dialect) {
   const auto channels = std::make_shared<placed_channels>();
   reading how = read_all(*channels, file, dialect);
-  return {std::move(how), {channels.get(), channels->list.size(), row_at}, channels};
+  return {std::move(how), rows_of(channels->list), channels};
 }

@@ -231,12 +231,31 @@ class merger {
   template <class Value, class Field>
   bool complete_field(Value& to, const Value& value, const Field& field, std::size_t number,
                       const place_of_record& place, const void* from) {
-    if (!library::is_known(value, field.role) || is_same(to, value)) return false;
-    const bool contradicts = library::is_known(to, field.role);
+    if (is_untold(to, field) && !is_untold(value, field)) return take(to, value);
+    if (!is_known(value, field) || is_same(to, value)) return false;
+    const bool contradicts = is_known(to, field);
     if (contradicts && report != nullptr) note_contradiction(place, from, number);
     if (contradicts && !force) return false;
+    return take(to, value);
+  }
+
+  template <class Value>
+  static bool take(Value& to, const Value& value) {
     library::copy_value(to, value);
     return true;
+  }
+
+  template <class Value, class Field>
+  static bool is_untold(const Value& value, const Field& field) {
+    if constexpr (std::is_same_v<Value, std::uint32_t>) {
+      return field.role == library::field_role::event_type && value == untold_event_type;
+    }
+    return false;
+  }
+
+  template <class Value, class Field>
+  static bool is_known(const Value& value, const Field& field) {
+    return !is_untold(value, field) && library::is_known(value, field.role);
   }
 
   template <class Value>

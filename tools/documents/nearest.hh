@@ -12,4 +12,8 @@ std::string_view nearest(std::string_view given, const std::vector<std::string_v
 /// "; did you mean 'bits'?", or nothing when none is near.
 std::string did_you_mean(std::string_view given, const std::vector<std::string_view>& known);
 
+/// The same, or when none is near all of them behind `introduction`: "; there are bits, name".
+std::string did_you_mean_or_all(std::string_view given, const std::vector<std::string_view>& known,
+                                std::string_view introduction);
+
 #endif

@@ -1,10 +1,15 @@
 #include "placed_channels.hh"
 
+#include <array>
 #include <cstdlib>
+#include <iterator>
+#include <set>
 #include <string_view>
+#include <vector>
 
 #include "channel_reader.hh"
 #include "input_file.hh"
+#include "record_types.hh"
 #include "scan_place.hh"
 
 namespace {
@@ -63,82 +68,100 @@ class watched_reader : public library::channel_reader<Variant> {
   void step(const char* tag, const char* value, library::parser_of<Variant>& pull) {
     const std::size_t before = channels.list.size();
     base::step(tag, value, pull);
-    if (starts_channel(tag)) {
+    const std::string_view element = tag;
+    if (starts_channel(element)) {
       begin(static_cast<std::uint32_t>(library::scan_place::of(pull).line));
     } else if (value != nullptr) {
-      for (const type_element& each : type_elements) {
-        if (tag == each.name) note_type(each, value);
-      }
+      note_type(element, value);
     }
     if (channels.list.size() != before) {
-      list();
+      channels.origins.push_back(current);
     } else if (value != nullptr && is_variables) {
-      note_merging(tag, value);
+      note_merging(element, value);
+    }
+  }
+
+  /// What types the current channel has: they may stand behind its property, and a second property
+  /// lists it once more.
+  void settle_types() {
+    for (std::size_t i = first_listed; i < channels.origins.size(); ++i) {
+      channels.origins[i].event_type = current.event_type;
+      channels.origins[i].data_type = current.data_type;
+      for (std::size_t type = 0; type < std::size(type_elements); ++type) {
+        if (!odd_texts[type].empty()) (channels.*type_elements[type].odd)[i] = odd_texts[type];
+      }
     }
   }
 
  private:
   void begin(std::uint32_t line) {
+    settle_types();
+    first_listed = channels.origins.size();
     current = {file, line, {}, {}};
-    odd_texts.clear();
-    listed = none;
+    for (std::string& text : odd_texts) text.clear();
     is_merged = false;
     name.clear();
   }
 
-  void note_merging(std::string_view tag, const char* value) {
-    if (tag == variable_name_of_property) {
+  void note_merging(std::string_view element, const char* value) {
+    if (element == variable_name_of_property) {
       channels.merged.push_back({value, name, current});
       is_merged = true;
-    } else if (tag == variable_name_of_name) {
+    } else if (element == variable_name_of_name) {
       name = value;
       if (is_merged) channels.merged.back().name = name;
     }
   }
 
-  void note_type(const type_element& element, const char* text) {
-    const written_type written{true, library::read_decimal(text)};
-    current.*element.written = written;
-    odd_texts[&element] = says(text, written.number) ? "" : text;
-    if (listed == none) return;
-    channels.origins[listed].*element.written = written;
-    place_odd_text(element);
-  }
-
-  // A second property lists the same channel once more.
-  void list() {
-    listed = channels.list.size() - 1;
-    channels.origins.push_back(current);
-    for (const auto& [element, text] : odd_texts) place_odd_text(*element);
-  }
-
-  void place_odd_text(const type_element& element) {
-    const std::string& text = odd_texts[&element];
-    if (text.empty()) {
-      (channels.*element.odd).erase(listed);
-    } else {
-      (channels.*element.odd)[listed] = text;
+  void note_type(std::string_view element, const char* text) {
+    for (std::size_t type = 0; type < std::size(type_elements); ++type) {
+      if (element != type_elements[type].name) continue;
+      const written_type written{true, library::read_decimal(text)};
+      current.*type_elements[type].written = written;
+      odd_texts[type] = says(text, written.number) ? "" : text;
     }
   }
-
-  static constexpr auto none = static_cast<std::size_t>(-1);
 
   placed_channels& channels;
   const std::uint32_t file;
   bool is_variables = false;  // the dialect that merges
   channel_origin current;
-  std::map<const type_element*, std::string> odd_texts;
-  std::size_t listed = none;
+  std::array<std::string, std::size(type_elements)> odd_texts;
+  std::size_t first_listed = channels.origins.size();
   bool is_merged = false;
   std::string name;  // of the channel, as far as it has been read
 };
 
+// Clients have type 0 also of a channel that was merged with one that tells it.
+std::set<std::string_view> properties_told_0(const std::vector<merged_channel>& merged) {
+  std::set<std::string_view> properties;
+  for (const merged_channel& each : merged) {
+    const written_type& written = each.origin.event_type;
+    if (written.is_there && written.number == 0) properties.insert(each.property);
+  }
+  return properties;
+}
+
+void mark_untold(placed_channels& channels, std::size_t first) {
+  const std::set<std::string_view> told_0 = properties_told_0(channels.merged);
+  for (std::size_t i = first; i < channels.list.size(); ++i) {
+    chan_descr_2010& channel = channels.list[i];
+    const bool is_told = channel.ev_type != 0 || channels.origins[i].event_type.is_there ||
+                         told_0.count(channel.prop_name) != 0;
+    if (!is_told) channel.ev_type = untold_event_type;
+  }
+}
+
 template <class Variant>
 int read_watched(char* source, placed_channels& channels, zrt4::types wanted,
                  std::uint32_t file_number) {
+  const std::size_t first = channels.list.size();
   watched_reader<Variant> reader(channels, wanted == zrt4::types::masks, file_number);
-  return library::read_document<Variant>(source, reader,
-                                         library::reader_rules<Variant>::if_unusable);
+  const int errors =
+      library::read_document<Variant>(source, reader, library::reader_rules<Variant>::if_unusable);
+  reader.settle_types();
+  if (wanted == zrt4::types::numbers) mark_untold(channels, first);
+  return errors;
 }
 
 }  // namespace
@@ -154,4 +177,8 @@ reading read_placed(placed_channels& channels, input_file& file, int dialect, zr
   return read_with_messages(file, [&] {
     return read_watched<zrt4::file_variant>(file.path(), channels, wanted, file_number);
   });
+}
+
+int read_placed(placed_channels& channels, std::string document) {
+  return read_watched<zrt4::memory_variant>(document.data(), channels, zrt4::types::numbers, 0);
 }

@@ -45,8 +45,12 @@ struct placed_channels {
 
 /// Appends the channels of a document in `dialect` (ZRT4_FORMAT or MORV_FORMAT), which the
 /// library's reader reads: of texts for the variable dialect, because only that one knows masks of
-/// its event types, otherwise that of files. `file_number` becomes the origins'.
+/// its event types, otherwise that of files. `file_number` becomes the origins'. As a number, an
+/// event type that is not told is `untold_event_type`.
 reading read_placed(placed_channels& channels, input_file& file, int dialect, zrt4::types wanted,
                     std::uint32_t file_number = 0);
+
+/// The same of a document in memory, with numbers of types; returns the number of errors.
+int read_placed(placed_channels& channels, std::string document);
 
 #endif

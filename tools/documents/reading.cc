@@ -13,7 +13,9 @@
 #include "json_reading.hh"
 #include "json_text.hh"
 #include "message.hh"
+#include "placed_channels.hh"
 #include "received_messages.hh"
+#include "record_types.hh"
 #include "type_masks.hh"
 
 namespace {
@@ -41,6 +43,13 @@ std::string line_of(const std::string& file, const received_message& one) {
   return is_about_xml(one) ? message_line(file + one.place(), one.text) : one.text + "\n";
 }
 
+template <class List>
+void append(List& list, List& taken) {
+  list.get()->reserve(list.size() + taken.size());
+  const auto records = taken.release();
+  list.get()->insert(list.get()->end(), records.begin(), records.end());
+}
+
 // The records of all documents that JSON holds.
 template <class List>
 reading read_json_into(List& list, input_file& file) {
@@ -51,8 +60,7 @@ reading read_json_into(List& list, input_file& file) {
     result.errors += document.errors;
     result.messages.insert(result.messages.end(), document.messages.begin(),
                            document.messages.end());
-    auto taken = records->release();
-    list.get()->insert(list.get()->end(), taken.begin(), taken.end());
+    append(list, *records);
   }
   result.errors += static_cast<int>(result.messages.size());
   return result;
@@ -60,7 +68,9 @@ reading read_json_into(List& list, input_file& file) {
 
 void make_masks(zrt4::channel_list& list) {
   for (chan_descr_2010& channel : list) {
-    channel.ev_type = zrt4::detail::event_type_of(std::to_string(channel.ev_type).c_str(), true);
+    const bool is_told = channel.ev_type != untold_event_type;
+    const std::string number = std::to_string(channel.ev_type);
+    channel.ev_type = is_told ? zrt4::detail::event_type_of(number.c_str(), true) : 0;
     channel.dtype = zrt4::detail::data_type_of(std::to_string(channel.dtype).c_str(), true);
   }
 }
@@ -93,6 +103,18 @@ reading read_narrow_json_into(zrt4::env_dictionary& list, input_file& file) {
 template <class List>
 reading read_file(List& list, input_file& file) {
   return read_with_messages(file, [&] { return list.read_file(file.path()); });
+}
+
+reading read_xml(zrt4::channel_list& list, input_file& file, int dialect, zrt4::types wanted) {
+  if (dialect != MORV_FORMAT) {
+    return read_with_messages(file, [&] { return list.read_file(file.path(), wanted); });
+  }
+  // The reader of files makes no masks of this dialect's event types, and joins the numbers of
+  // channels that it merges: 1 and 2 would become 3.
+  const std::string text = file.content();
+  reading how = read_with_messages(file, [&] { return list.read_text(text, wanted); });
+  drop_twins(list);
+  return how;
 }
 
 }  // namespace
@@ -140,15 +162,21 @@ reading read_into(zrt4::channel_list& list, input_file& file, int dialect, zrt4:
     if (wanted == zrt4::types::masks) make_masks(list);
     return result;
   }
-  if (dialect != MORV_FORMAT) {
-    return read_with_messages(file, [&] { return list.read_file(file.path(), wanted); });
-  }
-  // The reader of files makes no masks of this dialect's event types, and joins the numbers of
-  // channels that it merges: 1 and 2 would become 3.
-  const std::string text = file.content();
-  reading how = read_with_messages(file, [&] { return list.read_text(text, wanted); });
-  drop_twins(list);
+  if (wanted == zrt4::types::masks) return read_xml(list, file, dialect, wanted);
+  placed_channels placed;
+  reading how = read_placed(placed, file, dialect, wanted);
+  if (dialect == MORV_FORMAT) drop_twins(placed.list);
+  append(list, placed.list);
   return how;
+}
+
+reading read_plain(zrt4::channel_list& list, input_file& file, int dialect) {
+  if (!is_json(file)) return read_xml(list, file, dialect, zrt4::types::numbers);
+  reading result = read_json_into(list, file);
+  for (chan_descr_2010& channel : list) {
+    if (channel.ev_type == untold_event_type) channel.ev_type = 0;
+  }
+  return result;
 }
 
 reading read_into(zrt4::env_dictionary& list, input_file& file) {
@@ -180,8 +208,10 @@ reading read_into(zrt4::camera_features& list, input_file& file) {
 
 int read_written(zrt4::channel_list& list, const std::string& document, int dialect) {
   const received_messages unheard;
-  const int errors = list.read_text(document);
-  if (dialect == MORV_FORMAT) drop_twins(list);
+  placed_channels placed;
+  const int errors = read_placed(placed, document);
+  if (dialect == MORV_FORMAT) drop_twins(placed.list);
+  append(list, placed.list);
   return errors;
 }
 int read_written(zrt4::env_dictionary& list, const std::string& document) {

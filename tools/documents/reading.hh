@@ -24,8 +24,12 @@ struct reading {
 reading read_into(zrt4::event_list& list, input_file& file);
 
 /// `dialect` is ZRT4_FORMAT or MORV_FORMAT. In the latter each bit stands once, with its name: its
-/// readers make two, of which the first is nameless.
+/// readers make two, of which the first is nameless. As a number, an event type that is not told is
+/// `untold_event_type`; as a mask, 0.
 reading read_into(zrt4::channel_list& list, input_file& file, int dialect, zrt4::types wanted);
+
+/// The same with numbers of types as the library has them: an event type that is not told is 0.
+reading read_plain(zrt4::channel_list& list, input_file& file, int dialect);
 
 /// The readers of the variable dialect make two bits of each title, the first without its name:
 /// takes that out of the channels. `read_into` does.
@@ -41,7 +45,8 @@ reading read_into(zrt4::camera_features& list, input_file& file);
 /// The same for any `read` of the file that returns the number of errors.
 reading read_with_messages(input_file& file, const std::function<int()>& read);
 
-/// What the tool wrote, read back with numbers of types; returns the number of errors.
+/// What the tool wrote, read back with numbers of types as `read_into` does; returns the number of
+/// errors.
 int read_written(zrt4::channel_list& list, const std::string& document, int dialect);
 int read_written(zrt4::env_dictionary& list, const std::string& document);
 int read_written(zrt4::env_dictionary_2010& list, const std::string& document);

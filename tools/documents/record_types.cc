@@ -85,6 +85,7 @@ struct channel_part {
             return told_by(each, field_behind<Record>(each.row.name, member, names_for(each.role)));
           },
           each.member);
+      result[i].may_be_untold = each.role == field_role::event_type;
     }
     return result;
   }
@@ -213,7 +214,11 @@ struct to_cell {
 
 template <class Record>
 cell get(const void* record, std::size_t field) {
-  return traits<Record>::with(*static_cast<const Record*>(record), field, to_cell{});
+  const cell value = traits<Record>::with(*static_cast<const Record*>(record), field, to_cell{});
+  if (fields<Record>[field].may_be_untold && value == cell(std::int64_t{untold_event_type})) {
+    return untold;
+  }
+  return value;
 }
 
 struct from_cell {
@@ -242,7 +247,9 @@ struct from_cell {
 
 template <class Record>
 void set(void* record, std::size_t field, const cell& value) {
-  traits<Record>::with(*static_cast<Record*>(record), field, from_cell{value});
+  const bool is_told = !fields<Record>[field].may_be_untold || !(value == cell(untold));
+  const cell held = is_told ? value : cell(std::int64_t{untold_event_type});
+  traits<Record>::with(*static_cast<Record*>(record), field, from_cell{held});
 }
 
 template <class Record>
@@ -413,7 +420,7 @@ bool any_name(const record_field& field, Condition is_it) {
   if (field.names == nullptr) return false;
   for (std::int64_t number = 0; number <= field.most && number < beyond; ++number) {
     const std::string_view known = field.names(static_cast<int>(number));
-    if (known != "UNKNOWN" && is_it(number, known)) return true;
+    if (known != nameless && is_it(number, known)) return true;
   }
   return false;
 }
@@ -433,6 +440,9 @@ bool operator<(threshold a, threshold b) {
   return bits_of(a) < bits_of(b);
 }
 
+std::string text_of(std::int64_t number) {
+  return std::to_string(number == untold ? 0 : number);
+}
 std::string text_of(threshold value) {
   std::array<char, 32> text{};
   const auto end = std::to_chars(text.data(), text.data() + text.size(), value.value).ptr;
@@ -455,12 +465,28 @@ const record_group& records_in(const zrt4::camera_features& /*list*/) {
   return features;
 }
 
+void tell_no_types(const record_type& type, void* record) {
+  for (std::size_t i = 0; i < type.field_count; ++i) {
+    if (type.fields[i].may_be_untold) type.set(record, i, untold);
+  }
+}
+
+std::string_view name_in(const record_field& field, std::int64_t number) {
+  if (field.names == nullptr) return {};
+  return number == untold ? nameless : field.names(static_cast<int>(number));
+}
+
 bool number_named(const record_field& field, std::string_view name, std::int64_t& found) {
+  const auto is_name = [name](std::string_view known) {
+    return known.size() == name.size() && strncasecmp(known.data(), name.data(), name.size()) == 0;
+  };
+  if (field.may_be_untold && is_name(nameless)) {
+    found = untold;
+    return true;
+  }
   return any_name(field, [&](std::int64_t number, std::string_view known) {
-    const bool is_it =
-        known.size() == name.size() && strncasecmp(known.data(), name.data(), name.size()) == 0;
-    if (is_it) found = number;
-    return is_it;
+    if (is_name(known)) found = number;
+    return is_name(known);
   });
 }
 

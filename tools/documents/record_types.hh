@@ -28,6 +28,19 @@ std::string text_of(threshold value);
 /// The value of a field. A text refers to the record.
 using cell = std::variant<std::int64_t, threshold, std::string_view>;
 
+/// The number of a type that nothing tells: clients have none then, whereas 0 is a type with a
+/// name.
+constexpr std::int64_t untold = std::numeric_limits<std::int64_t>::min();
+/// As a person sees it: what is not told is 0, with a name that says so.
+std::string text_of(std::int64_t number);
+
+/// What the library calls a type without a name, and one that is not told.
+constexpr std::string_view nameless = "UNKNOWN";
+
+/// What a channel has as its number of an event type when nothing tells it, as long as the tool
+/// holds it. A document in which this number stands is taken for one that tells nothing.
+constexpr std::uint32_t untold_event_type = 0x9D2F55E3;
+
 /// The name of a number, as of an event type.
 using name_of_number = const char* (*)(int);
 
@@ -44,6 +57,7 @@ struct record_field {
   name_of_number names = nullptr;
   std::string_view member = {};   ///< of the record, as programs in other languages call it
   std::string_view meaning = {};  ///< for a person; empty when nobody writes it into documents
+  bool may_be_untold = false;     ///< its numbers, that may be `untold`
 };
 
 struct record_type;
@@ -84,8 +98,14 @@ const record_group& records_in(const zrt4::env_dictionary& list);
 const record_group& records_in(const zrt4::env_dictionary_2010& list);
 const record_group& records_in(const zrt4::camera_features& list);
 
+/// Makes the types of a new record untold, where they may be that.
+void tell_no_types(const record_type& type, void* record);
+
+/// The name of a number of the field; empty where numbers have none.
+std::string_view name_in(const record_field& field, std::int64_t number);
+
 /// The number of a field that is called so, in any case; nothing when none is. `found` is as it was
-/// then.
+/// then. `untold` has a name where a number may be that.
 bool number_named(const record_field& field, std::string_view name, std::int64_t& found);
 
 /// All names that numbers of the field have; none when they have none.

@@ -7,7 +7,7 @@
 namespace {
 
 json of(std::int64_t number) {
-  return number;
+  return number == untold ? 0 : number;
 }
 
 json of(std::string_view text) {

@@ -43,7 +43,7 @@ bool operator<(const row& a, const row& b) {
 
 std::string described(const row::field& field) {
   struct {
-    std::string operator()(std::int64_t number) const { return std::to_string(number); }
+    std::string operator()(std::int64_t number) const { return text_of(number); }
     std::string operator()(threshold value) const { return text_of(value); }
     std::string operator()(std::string_view text) const { return '"' + printable(text) + '"'; }
   } to_text;
@@ -65,10 +65,8 @@ row row_of(const record_type& type, const void* record) {
   for (std::size_t i = 0; i < type.field_count; ++i) {
     const record_field& field = type.fields[i];
     const cell value = type.get(record, i);
-    const char* number_name = "";
-    if (field.names != nullptr) {
-      number_name = field.names(static_cast<int>(std::get<std::int64_t>(value)));
-    }
+    std::string_view number_name;
+    if (field.names != nullptr) number_name = name_in(field, std::get<std::int64_t>(value));
     result.fields.push_back({field.name, value, number_name});
   }
   result.groups.reserve(type.group_count);

@@ -20,19 +20,22 @@ namespace {
 constexpr std::size_t longest_pattern = 1000;
 constexpr unsigned long most_repeated = 1000;
 
-std::string_view name_in(const record_field& field, std::int64_t number) {
-  if (field.names == nullptr) return {};
-  const std::string_view name = field.names(static_cast<int>(number));
-  return name == "UNKNOWN" ? std::string_view() : name;
+// By which a person looks for it.
+std::string_view telling_name_in(const record_field& field, std::int64_t number) {
+  const std::string_view name = name_in(field, number);
+  return name == nameless && number != untold ? std::string_view() : name;
 }
 
 std::string number_text(const cell& value) {
-  if (const auto* number = std::get_if<std::int64_t>(&value)) return std::to_string(*number);
+  if (const auto* number = std::get_if<std::int64_t>(&value)) return text_of(*number);
   return text_of(std::get<threshold>(value));
 }
 
+// What is not told is in no range.
 double number_of(const cell& value) {
-  if (const auto* number = std::get_if<std::int64_t>(&value)) return static_cast<double>(*number);
+  if (const auto* number = std::get_if<std::int64_t>(&value)) {
+    return *number == untold ? std::nan("") : static_cast<double>(*number);
+  }
   // As the decimal that a person sees and writes.
   return std::strtod(text_of(std::get<threshold>(value)).c_str(), nullptr);
 }
@@ -110,11 +113,9 @@ void field_path::find_field(std::string_view rest) {
     return;
   }
   const std::vector<std::string> names = field_names(*outer);
-  std::string all;
-  for (const std::string& each : names) all += (all.empty() ? "" : ", ") + each;
-  const std::string near = did_you_mean(full_name, {names.begin(), names.end()});
-  throw wrong_selection("there is no field " + in_quotes(full_name) +
-                        (near.empty() ? "; there are " + all : near));
+  throw wrong_selection(
+      "there is no field " + in_quotes(full_name) +
+      did_you_mean_or_all(full_name, {names.begin(), names.end()}, "; there are "));
 }
 
 const record_field* field_path::field() const {
@@ -155,8 +156,9 @@ std::string field_path::text(const void* record) const {
       continue;
     }
     const auto* const number = std::get_if<std::int64_t>(&value);
-    const std::string_view name =
-        number != nullptr && field() != nullptr ? name_in(*field(), *number) : std::string_view();
+    const std::string_view name = number != nullptr && field() != nullptr
+                                      ? telling_name_in(*field(), *number)
+                                      : std::string_view();
     result += name.empty() ? number_text(value) : std::string(name);
   }
   return result;
@@ -242,8 +244,9 @@ void condition::bind(const record_type& type) {
   }
   if (!path->is_number()) return;
   if (how == '=') numbers = number_wanted();
+  const record_field* const field = path->field();
   const bool may_be_none =
-      path->field() != nullptr && path->field()->holds == value_kind::threshold;
+      field != nullptr && (field->holds == value_kind::threshold || field->may_be_untold);
   if (std::isnan(numbers.least) && !may_be_none) {
     throw wrong_selection(in_quotes(field_name) + " is always a number");
   }
@@ -254,7 +257,7 @@ condition::range condition::number_wanted() const {
   std::int64_t named = 0;
   const bool has_names = path->field() != nullptr && path->field()->names != nullptr;
   if (has_names && number_named(*path->field(), wanted, named)) {
-    number = static_cast<double>(named);
+    number = number_of(named);
   } else if (!read_number(wanted, number)) {
     throw wrong_selection(in_quotes(field_name) + " is a number, and " + in_quotes(wanted) +
                           (has_names ? " is neither one nor the name of one" +
@@ -273,10 +276,11 @@ bool condition::fits_value(const cell& value) const {
     if (std::isnan(numbers.least)) return std::isnan(number);
     return number >= numbers.least && number <= numbers.most;
   }
-  if (regex->is_in(number_text(value))) return true;
   const auto* const number = std::get_if<std::int64_t>(&value);
+  const bool is_told = number == nullptr || *number != untold;
+  if (is_told && regex->is_in(number_text(value))) return true;
   if (number == nullptr || path->field() == nullptr) return false;
-  const std::string_view name = name_in(*path->field(), *number);
+  const std::string_view name = telling_name_in(*path->field(), *number);
   return !name.empty() && regex->is_in(name);
 }
 

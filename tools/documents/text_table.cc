@@ -91,7 +91,7 @@ std::uint32_t mask_in(const row::field& field) {
 }
 
 /// A channel of which nothing is known, with one of each of what belongs to one.
-row untold_channel() {
+row unknown_channel() {
   zrt4::channel_list list;
   list.get()->push_back(new chan_descr_2010);
   return rows_of(list)[0];
@@ -152,21 +152,21 @@ row_list text_table::arriving() const {
 }
 
 row text_table::arriving_row(std::size_t at) const {
-  static const row untold = untold_channel();
+  static const row unknown = unknown_channel();
   row record = records[written[at]];
   const bool is_channel = !record.groups.empty();
-  put_into_columns(record, is_channel ? "channel" : "entry", is_channel ? &untold : nullptr);
+  put_into_columns(record, is_channel ? "channel" : "entry", is_channel ? &unknown : nullptr);
   return record;
 }
 
-void text_table::put_into_columns(row& record, std::string_view owner, const row* untold) const {
+void text_table::put_into_columns(row& record, std::string_view owner, const row* unknown) const {
   for (std::size_t i = 0; i < record.fields.size(); ++i) {
     row::field& field = record.fields[i];
     const bool is_key = i == 0;  // by which the record is found again
-    if (is_key || untold == nullptr || has_column(form, owner, field.name)) {
+    if (is_key || unknown == nullptr || has_column(form, owner, field.name)) {
       put_into_column(field);
     } else {
-      field = untold->fields[i];
+      field = unknown->fields[i];
     }
   }
   for (row_group& group : record.groups) {

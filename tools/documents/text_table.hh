@@ -31,7 +31,7 @@ class text_table {
 
  private:
   row arriving_row(std::size_t at) const;
-  void put_into_columns(row& record, std::string_view owner, const row* untold) const;
+  void put_into_columns(row& record, std::string_view owner, const row* unknown) const;
   void put_into_column(row::field& field) const;
 
   const row_list records;

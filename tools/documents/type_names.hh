@@ -9,8 +9,7 @@
 #include <string_view>
 #include <vector>
 
-/// What the library calls a type without a name.
-constexpr std::string_view nameless = "UNKNOWN";
+#include "record_types.hh"
 
 /// A type that has a name.
 struct named_type {

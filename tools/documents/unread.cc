@@ -30,10 +30,10 @@ texts_by_element skipped_elements(document_kind kind) {
   }
   result.erase("isodate");  // of writing
   if (kind != document_kind::variables) return result;
-  const chan_descr_2010 untold;
+  const chan_descr_2010 unknown;
   for (const auto& field : zrt4::detail::tables::channel) {
     if (!field.variable || field.variable_is_read) continue;
-    zrt4::detail::with_value(field.member, untold, [&](const auto& value) {
+    zrt4::detail::with_value(field.member, unknown, [&](const auto& value) {
       if constexpr (std::is_array_v<std::remove_reference_t<decltype(value)>>) {
         result[std::string(field.variable.name)] = {value};
       } else {

@@ -9,7 +9,7 @@ constexpr std::string_view names[] = {"added", "removed", "changed"};
 
 std::string shown(const row::field& field) {
   struct {
-    std::string operator()(std::int64_t number) const { return std::to_string(number); }
+    std::string operator()(std::int64_t number) const { return text_of(number); }
     std::string operator()(threshold value) const { return text_of(value); }
     std::string operator()(std::string_view text) const { return std::string(text); }
   } to_text;

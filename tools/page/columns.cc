@@ -105,6 +105,11 @@ void append_threshold(std::string& to, threshold value) {
   }
 }
 
+// A type that is not told is -1, which no type is: it has another name than type 0.
+std::int64_t packed_number(std::int64_t number) {
+  return number == untold ? -1 : number;
+}
+
 template <class Value>
 std::vector<Value> values_of(const rows_inside& rows, std::size_t field) {
   std::vector<Value> values;
@@ -117,7 +122,8 @@ void append_number_names(std::string& to, const rows_inside& rows, std::size_t f
   std::map<std::int64_t, std::string_view> names;
   for (const row* each : rows) {
     const row::field& one = each->fields[field];
-    if (!one.number_name.empty()) names.emplace(std::get<std::int64_t>(one.value), one.number_name);
+    if (one.number_name.empty()) continue;
+    names.emplace(packed_number(std::get<std::int64_t>(one.value)), one.number_name);
   }
   if (names.empty()) return;
   to += ",\"names\":{";
@@ -141,7 +147,9 @@ void append_column(std::string& to, const rows_inside& rows, std::size_t field) 
   } else {
     append_head(to, first.name, "number");
     append_number_names(to, rows, field);
-    append_number_values(to, values_of<std::int64_t>(rows, field));
+    std::vector<std::int64_t> numbers = values_of<std::int64_t>(rows, field);
+    std::transform(numbers.begin(), numbers.end(), numbers.begin(), packed_number);
+    append_number_values(to, numbers);
   }
   to += '}';
 }

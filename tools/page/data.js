@@ -38,10 +38,10 @@ export class Column {
     return this.values[this.at ? this.at[row] : 0];
   }
 
-  // What a person reads: a number with its name.
+  // What a person reads: a number with its name. A type that is not told is -1 here.
   shown(value) {
     const name = this.names?.[value];
-    return name === undefined ? String(value) : `${value} ${name}`;
+    return name === undefined ? String(value) : `${Math.max(value, 0)} ${name}`;
   }
   text(row) { return this.shown(this.value(row)); }
 
