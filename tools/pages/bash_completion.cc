@@ -120,9 +120,9 @@ std::string pattern(const std::string& command, const option_page& option) {
   return alternatives;
 }
 
-std::vector<std::string> option_names(const CLI::App& command) {
+std::vector<std::string> option_names(const command_page& command) {
   std::vector<std::string> names;
-  for (const option_page& option : pages_of(command)) {
+  for (const option_page& option : command.options) {
     names.insert(names.end(), option.names.begin(), option.names.end());
   }
   return names;
@@ -138,15 +138,15 @@ std::string choice(const std::string& rows) {
 
 }  // namespace
 
-std::string completion_tables(const CLI::App& app) {
+std::string completion_tables(const command_page& tool) {
   std::vector<std::string> commands;
   std::string values;
-  std::string options = "    '') " + words(option_names(app)) + " ;;\n";
-  for (const CLI::App* command : subcommands_of(app)) {
-    const std::string name = command->get_name();
+  std::string options = "    '') " + words(option_names(tool)) + " ;;\n";
+  for (const command_page& command : tool.subcommands) {
+    const std::string& name = command.name;
     commands.push_back(name);
-    options += "    '" + name + "') " + words(option_names(*command)) + " ;;\n";
-    for (const option_page& option : pages_of(*command)) {
+    options += "    '" + name + "') " + words(option_names(command)) + " ;;\n";
+    for (const option_page& option : command.options) {
       if (option.names.empty() || option.value.empty()) continue;
       values += "    " + pattern(name, option) + ") " + completion_of(option) + " ;;\n";
     }

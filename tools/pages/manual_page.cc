@@ -100,10 +100,9 @@ std::string joined(const std::vector<std::string>& words, const std::string& bet
   return result;
 }
 
-std::string synopsis(const CLI::App& app, const CLI::App& command) {
-  std::string line =
-      bold(app.get_name() + " " + command.get_name()) + " [" + italic("OPTIONS") + "]";
-  for (const option_page& option : pages_of(command)) {
+std::string synopsis(const command_page& tool, const command_page& command) {
+  std::string line = bold(tool.name + " " + command.name) + " [" + italic("OPTIONS") + "]";
+  for (const option_page& option : command.options) {
     if (option.names.empty()) line += " " + italic(option.value + (option.repeated ? "..." : ""));
   }
   return line;
@@ -127,32 +126,33 @@ void add_option(std::string& page, const option_page& option) {
   page += "\n";
 }
 
-void add_command(std::string& page, const CLI::App& app, const CLI::App& command) {
-  page += ".SS \"" + escaped(app.get_name() + " " + command.get_name()) + "\"\n";
-  page += synopsis(app, command) + "\n.PP\n" + escaped(command.get_description()) + ".\n";
-  for (const option_page& option : pages_of(command)) add_option(page, option);
-  if (command.get_footer().empty()) return;
+void add_command(std::string& page, const command_page& tool, const command_page& command) {
+  page += ".SS \"" + escaped(tool.name + " " + command.name) + "\"\n";
+  page += synopsis(tool, command) + "\n.PP\n" + escaped(command.text) + ".\n";
+  for (const option_page& option : command.options) add_option(page, option);
+  if (command.footer.empty()) return;
   page += ".PP\n";
-  add_text(page, command.get_footer());
+  add_text(page, command.footer);
 }
 
 }  // namespace
 
-std::string manual_page(const CLI::App& app, const std::string& version, const std::string& date) {
-  std::string description = app.get_description();
+std::string manual_page(const command_page& tool, const std::string& version,
+                        const std::string& date) {
+  const std::string& description = tool.text;
   std::string title = description.substr(0, description.find_last_not_of('.') + 1);
   title[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(title[0])));
 
   std::string page = ".\\\" Written from the definition of the command line; do not edit.\n";
-  page += ".TH ZRT4XML 1 \"" + date + "\" \"" + app.get_name() + " " + version +
-          "\" \"User Commands\"\n";
-  page += ".SH NAME\n" + escaped(app.get_name()) + " \\- " + escaped(title) + "\n.SH SYNOPSIS\n";
-  for (const CLI::App* command : subcommands_of(app)) page += synopsis(app, *command) + "\n.br\n";
-  page += bold(app.get_name()) + " " + bold("--help") + " | " + bold("--version") + "\n";
+  page +=
+      ".TH ZRT4XML 1 \"" + date + "\" \"" + tool.name + " " + version + "\" \"User Commands\"\n";
+  page += ".SH NAME\n" + escaped(tool.name) + " \\- " + escaped(title) + "\n.SH SYNOPSIS\n";
+  for (const command_page& command : tool.subcommands) page += synopsis(tool, command) + "\n.br\n";
+  page += bold(tool.name) + " " + bold("--help") + " | " + bold("--version") + "\n";
   page += ".SH DESCRIPTION\n" + escaped(description) + "\n.SH OPTIONS\n";
-  for (const option_page& option : pages_of(app)) add_option(page, option);
+  for (const option_page& option : tool.options) add_option(page, option);
   page += ".SH COMMANDS\n";
-  for (const CLI::App* command : subcommands_of(app)) add_command(page, app, *command);
-  for (const std::string& paragraph : paragraphs_of(app.get_footer())) add_section(page, paragraph);
+  for (const command_page& command : tool.subcommands) add_command(page, tool, command);
+  for (const std::string& paragraph : paragraphs_of(tool.footer)) add_section(page, paragraph);
   return page;
 }

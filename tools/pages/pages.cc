@@ -3,6 +3,7 @@
 
 #include "pages.hh"
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <fstream>
 #include <iterator>
@@ -34,48 +35,52 @@ bool write_page(const char* file, const std::string& page) {
   return bool(out);
 }
 
-}  // namespace
-
-option_page::option_page(const CLI::Option& option)
-    : text(option.get_description()),
-      required(option.get_required()),
-      repeated(option.get_items_expected_max() > 1) {
-  for (const std::string& name : option.get_snames()) names.push_back("-" + name);
-  for (const std::string& name : option.get_lnames()) names.push_back("--" + name);
-  if (names.empty()) {
-    value = option.get_name(true);
+option_page page_of(const CLI::Option& option) {
+  option_page page;
+  for (const std::string& name : option.get_snames()) page.names.push_back("-" + name);
+  for (const std::string& name : option.get_lnames()) page.names.push_back("--" + name);
+  if (page.names.empty()) {
+    page.value = option.get_name(true);
   } else if (option.get_items_expected_max() > 0) {
     const std::string type_name = option.get_type_name();
-    value = type_name.substr(0, type_name.find(':'));
-    values = values_in(type_name);
+    page.value = type_name.substr(0, type_name.find(':'));
+    page.values = values_in(type_name);
   }
+  page.text = option.get_description();
+  page.required = option.get_required();
+  page.repeated = option.get_items_expected_max() > 1;
+  return page;
 }
 
-std::vector<option_page> pages_of(const CLI::App& command) {
-  std::vector<option_page> positionals;
+// What has no group is not for people.
+command_page page_of(const CLI::App& command) {
+  command_page page;
+  page.name = command.get_name();
+  page.text = command.get_description();
+  page.footer = command.get_footer();
   std::vector<option_page> options;
   for (const CLI::Option* option : command.get_options({})) {
-    if (option->get_group().empty()) continue;  // not for people
-    (option->get_positional() ? positionals : options).emplace_back(*option);
+    if (option->get_group().empty()) continue;
+    (option->get_positional() ? page.options : options).push_back(page_of(*option));
   }
-  positionals.insert(positionals.end(), options.begin(), options.end());
-  return positionals;
+  page.options.insert(page.options.end(), options.begin(), options.end());
+  for (const CLI::App* subcommand : command.get_subcommands({})) {
+    if (!subcommand->get_group().empty()) page.subcommands.push_back(page_of(*subcommand));
+  }
+  return page;
 }
 
-std::vector<const CLI::App*> subcommands_of(const CLI::App& app) {
-  return app.get_subcommands([](const CLI::App* command) { return !command->get_group().empty(); });
-}
+}  // namespace
 
 int main(int argc, char** argv) {
   if (argc != 4) {
     std::fputs("usage: zrt4xml_pages MANUAL COMPLETION PROGRAM\n", stderr);
     return 2;
   }
-  const command_line line;
+  const command_page tool = page_of(command_line().definition());
   std::string program;
-  const bool written =
-      write_page(argv[1], manual_page(line.definition(), ZRT4_VERSION, ZRT4_VERSION_DATE)) &&
-      read_file(argv[3], program) &&
-      write_page(argv[2], program + completion_tables(line.definition()));
+  const bool written = write_page(argv[1], manual_page(tool, ZRT4_VERSION, ZRT4_VERSION_DATE)) &&
+                       read_file(argv[3], program) &&
+                       write_page(argv[2], program + completion_tables(tool));
   return written ? 0 : 2;
 }

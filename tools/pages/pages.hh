@@ -3,32 +3,33 @@
 
 // What is installed beside the tool, written from the command line's definition.
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
 
 /// What a person reads about one option or positional argument.
 struct option_page {
-  explicit option_page(const CLI::Option& option);
-
   std::vector<std::string> names;   ///< "-o", "--output"; empty for a positional argument
   std::string value;                ///< "FILE"; empty for a flag
   std::vector<std::string> values;  ///< when there are only these
   std::string text;
-  bool required;
-  bool repeated;  ///< takes several values
+  bool required = false;
+  bool repeated = false;  ///< takes several values
 };
 
-/// All options of a command, positional arguments first, in the order of --help.
-std::vector<option_page> pages_of(const CLI::App& command);
-
-/// All subcommands.
-std::vector<const CLI::App*> subcommands_of(const CLI::App& app);
+/// And about the tool, or one of its subcommands.
+struct command_page {
+  std::string name;
+  std::string text;
+  std::string footer;
+  std::vector<option_page> options;  ///< positional arguments first, in the order of --help
+  std::vector<command_page> subcommands;
+};
 
 /// The manual page, in the man macros.
-std::string manual_page(const CLI::App& app, const std::string& version, const std::string& date);
+std::string manual_page(const command_page& tool, const std::string& version,
+                        const std::string& date);
 
 /// The tables that completion.bash completes from, as functions.
-std::string completion_tables(const CLI::App& app);
+std::string completion_tables(const command_page& tool);
 
 #endif
