@@ -4,7 +4,7 @@ set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 build_packages="g++ cmake ninja-build pkg-config libxerces-c-dev libcli11-dev nlohmann-json3-dev zlib1g-dev libgtest-dev libgmock-dev mandoc bsdextrautils python3-jsonschema locales libxml2-utils python3-rnc2rng pybind11-dev python3-dev python3-numpy python3-pandas python3-pytest mypy"
-clang_packages="clang libclang-rt-14-dev googletest"
+clang_packages="clang libclang-rt-14-dev lld googletest"
 speed_packages="valgrind"
 bench_packages="libbenchmark-dev libxml2-dev libpugixml-dev libtinyxml2-dev libexpat1-dev"
 package_packages="dpkg-dev file"
