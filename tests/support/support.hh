@@ -28,7 +28,8 @@
 
 namespace test {
 
-/// With sanitizers, which take a multiple of the time, a tenth of many random cases.
+/// With sanitizers, which take a multiple of the time, a tenth of many random cases, and of what is
+/// large so that it takes long.
 #ifdef ZRT4_LEAK_CHECKED
 constexpr int random_share = 10;
 #else

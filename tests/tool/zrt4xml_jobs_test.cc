@@ -50,7 +50,7 @@ class ToolJobs : public testing::Test {
     }
     std::ofstream large(folder + "/large.xml");
     large << "<CHANDESCRIPTIONS>\n";
-    for (int i = 0; i < 500; ++i) {
+    for (int i = 0; i < 500 / test::random_share; ++i) {
       large << "<CHANNEL><EVTYPE>40</EVTYPE><PROP>P" << i << "</PROP><NAME>N</NAME></CHANNEL>\n";
     }
     large << "</CHANDESCRIPTIONS>\n";

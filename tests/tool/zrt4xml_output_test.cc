@@ -105,7 +105,7 @@ TEST_F(ToolOutput, SignalsRemoveWhatStandsBesideAndEndTheProgram) {
     const std::string large = folder + "/large.xml";
     std::ofstream(large) << "<CHANDESCRIPTIONS>" << [] {
       std::string all;
-      for (int i = 0; i < 10000; ++i) {
+      for (int i = 0; i < 10000 / test::random_share; ++i) {
         all += "<CHANNEL><PROP>P" + std::to_string(i) + "</PROP></CHANNEL>\n";
       }
       return all;
@@ -120,6 +120,7 @@ TEST_F(ToolOutput, SignalsRemoveWhatStandsBesideAndEndTheProgram) {
     int status = 0;
     pid_t ended = 0;
     while (files() == 3 && (ended = waitpid(child, &status, WNOHANG)) == 0) {
+      std::this_thread::sleep_for(std::chrono::microseconds(100));
     }
     if (ended == 0) {
       kill(child, signal);

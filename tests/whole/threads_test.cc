@@ -15,7 +15,7 @@
 namespace {
 
 constexpr int threads = 4;
-#ifdef ZRT4_THREADS_CHECKED
+#if defined(ZRT4_THREADS_CHECKED) || defined(ZRT4_LEAK_CHECKED)
 constexpr int rounds = 10;
 #else
 constexpr int rounds = 50;
