@@ -18,7 +18,11 @@ using test::run_result;
 using test::temporary_file;
 
 constexpr const char* no_leak_check = "ASAN_OPTIONS=detect_leaks=0 ";  // the readers keep records
+#ifdef ZRT4_LEAK_CHECKED  // the same in-process, by the hundred: lossless_test and merging_test
+constexpr unsigned rounds = 6;
+#else
 constexpr unsigned rounds = 12;
+#endif
 
 run_result run_tool(const std::string& arguments) {
   return run(arguments, no_leak_check);
@@ -141,8 +145,8 @@ TEST_F(RoundTrip, RandomDictionaries) {
                        is_readable(original.path()), counts);
     if (HasFailure()) break;
   }
-  EXPECT_GT(counts.whole, 3);
-  EXPECT_GT(counts.refused, 2);
+  EXPECT_GE(counts.whole, 4);
+  EXPECT_GE(counts.refused, 2);
 }
 
 TEST_F(RoundTrip, RandomChannelsMerged) {
@@ -177,7 +181,7 @@ TEST_F(RoundTrip, RandomChannelsMerged) {
     }
     if (HasFailure()) break;
   }
-  EXPECT_GT(counts.whole, 1);
+  EXPECT_GE(counts.whole, 1);
   EXPECT_GT(counts.refused, 5);
   EXPECT_GT(counts.lossy, 5);
 }
