@@ -144,13 +144,13 @@ class clean_documents {
       dimensions += part("DIM", i, {"NAME", "DESCR", "UNITS"}, statistics);
     }
     return "<CHANNEL>" + between() +
-           shuffled({leaf("PROP", name(255)), leaf("NAME", name(255)),
-                     leaf("EVTYPE", event_type()), maybe(leaf("STREAM", number(16))),
-                     maybe(leaf("DTYPE", data_type())), maybe(leaf("DESC", text(255))),
-                     maybe(leaf("UNITS", text(15))), maybe(leaf("SIZE", number(100'000))),
-                     maybe(leaf("SB_NAME", text(255))), maybe(leaf("DB_KEY", "-1")),
-                     maybe(leaf("COUNT", number(9))), maybe(leaf("SETPOINT", number(2))),
-                     maybe(leaf("SUBSYSTEM", text(63))), bits, dimensions}) +
+           shuffled({leaf("PROP", name(255)), leaf("NAME", name(255)), leaf("EVTYPE", event_type()),
+                     maybe(leaf("STREAM", number(16))), maybe(leaf("DTYPE", data_type())),
+                     maybe(leaf("DESC", text(255))), maybe(leaf("UNITS", text(15))),
+                     maybe(leaf("SIZE", number(100'000))), maybe(leaf("SB_NAME", text(255))),
+                     maybe(leaf("DB_KEY", "-1")), maybe(leaf("COUNT", number(9))),
+                     maybe(leaf("SETPOINT", number(2))), maybe(leaf("SUBSYSTEM", text(63))), bits,
+                     dimensions}) +
            "</CHANNEL>";
   }
   /// Its elements within it, or behind it.

@@ -9,7 +9,8 @@ using testing::Not;
 
 // Read as it is meant, though it is not laid out as the writers lay it out.
 const std::string late_name =
-    "<CHANDESCRIPTIONS>\n<CHANNEL><EVTYPE>1</EVTYPE><PROP>P</PROP>\n<BIT>0</BIT>\n<NAME>N</NAME>\n</CHANNEL>\n"
+    "<CHANDESCRIPTIONS>\n<CHANNEL><EVTYPE>1</EVTYPE><PROP>P</PROP>\n<BIT>0</BIT>\n<NAME>N</"
+    "NAME>\n</CHANNEL>\n"
     "</CHANDESCRIPTIONS>\n";
 
 std::string checked(const std::string& options, const std::string& document, int code = 1) {
