@@ -468,3 +468,32 @@ TEST(ToolMerge, WrongUsage) {
               testing::StartsWith("zrt4xml: " + events.path() + ": of another kind"));
   EXPECT_EQ(run("merge " + channels.path() + " /nonexistent").code, 2);
 }
+
+TEST(Tool, ExamplesOfTheHelpWork) {
+  namespace fs = std::filesystem;
+  std::string pattern = "/tmp/zrt4_help_XXXXXX";
+  const std::string folder = mkdtemp(pattern.data());
+  const std::string from = ZRT4_SOURCE_DIR "/examples/";
+  for (const char* name : {"channels.xml", "old.xml", "master.xml"}) {
+    fs::copy_file(from + "channels/channels.xml", folder + "/" + name);
+  }
+  fs::copy_file(from + "channels/channels.xml", folder + "/new.xml");
+  fs::copy_file(from + "channels/variables.xml", folder + "/delivered.xml");
+  fs::copy_file(from + "event_lists/orbit_feedback.xml", folder + "/events.xml");
+  int examples = 0;
+  for (const char* subcommand : {"show", "find", "check", "diff", "stat", "convert", "merge",
+                                 "list", "set", "types", "page"}) {
+    std::istringstream help(run(subcommand + std::string(" --help")).out);
+    bool is_example = false;
+    for (std::string line; std::getline(help, line);) {
+      if (line.rfind("Example:", 0) == 0) is_example = true;
+      const std::string start = "  zrt4xml ";
+      if (!is_example || line.rfind(start, 0) != 0) continue;
+      ++examples;
+      const run_result result = run(line.substr(start.size()), "cd " + folder + "; ");
+      EXPECT_EQ(result.code, 0) << line << "\n" << result.err;
+    }
+  }
+  EXPECT_GE(examples, 15);
+  fs::remove_all(folder);
+}

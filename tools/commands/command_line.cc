@@ -176,7 +176,7 @@ CLI::App* add_convert(CLI::App& app, arguments& given) {
   add_output(command, given);
   command->footer(
       "Whatever does not arrive is told, with its place, and then the exit code is 1.\n"
-      "Example:\n  zrt4xml convert channels.xml --to variables -o variables.xml");
+      "Example:\n  zrt4xml convert channels.xml --to variables --lossy -o variables.xml");
   return command;
 }
 
@@ -224,7 +224,7 @@ CLI::App* add_list(CLI::App& app, arguments& given) {
   command->footer(
       std::string(about_fields) +
       "On a terminal the table fits its width; otherwise tabs stand between the values.\n"
-      "Example:\n  zrt4xml list channels.xml --where subsystem=RF --where bits.name~FAULT "
+      "Example:\n  zrt4xml list channels.xml --where subsystem=RF --where bits.name~QUENCH "
       "--columns "
       "name,units");
   return command;
@@ -257,7 +257,7 @@ CLI::App* add_set(CLI::App& app, arguments& given) {
       std::string(about_fields) +
       "The document is written whole, or not at all when a value does not fit its field or a key "
       "would\nstand there twice.\n"
-      "Example:\n  zrt4xml set channels.xml --where units=degC units=K data_type=BPM_2010 -o "
+      "Example:\n  zrt4xml set channels.xml --where units=MV units=kV data_type=BPM_2010 -o "
       "channels.xml");
   return command;
 }
@@ -360,8 +360,9 @@ exit_code run_check(const arguments& given) {
 }
 
 CLI::App* add_stat(CLI::App& app, arguments& given) {
-  CLI::App* command = app.add_subcommand(
-      "stat", "Count the records of each document by event type, data type, subsystem and stream");
+  CLI::App* command = app.add_subcommand("stat",
+                                         "Count the records of each document by what groups them: "
+                                         "types, subsystem, stream, thresholds");
   command->add_option("FILE", given.files, "Documents to count; - is standard input")
       ->required()
       ->type_name("");
