@@ -32,7 +32,6 @@ class recording_walk : public camera_walk {
   void element_began(camera_element& /*element*/, xercesc::AttributeList& /*attributes*/) override {
   }
   void element_ended(const camera_element& /*element*/) override {}
-  void text_was_dropped(const camera_element& /*element*/, const std::string& /*text*/) override {}
 
   static std::string kept(const std::string& text) { return is_mark_of_reader(text) ? "" : text; }
 };

@@ -161,7 +161,7 @@ TEST_F(CheckPlaces, ElementsThatStandAgain) {
 
 TEST_F(CheckPlaces, NumberThatDoesNotStandDirectlyBehindItsTag) {
   EXPECT_EQ(found_in(channel_with("<BIT><BIT_NAME>x</BIT_NAME>0</BIT>")),
-            lines{"3:6 stray_text: BIT holds the text '0' behind an element in it, where it is "
+            lines{"3:28 stray_text: BIT holds the text '0' behind an element in it, where it is "
                   "not read"});
   EXPECT_EQ(found_in(channel_with("<BIT><BIT_NAME>x</BIT_NAME></BIT>")),
             lines{"3:6 empty_element: BIT lacks its text directly behind the start tag: what "
@@ -177,10 +177,69 @@ TEST_F(CheckPlaces, NumberThatDoesNotStandDirectlyBehindItsTag) {
 TEST_F(CheckPlaces, TextsAndAttributesThatNobodyReads) {
   EXPECT_EQ(found_in("<BMR>x<EVENT>\n<TYPE>1</TYPE>y</EVENT></BMR>"),
             (lines{"1:6 stray_text: BMR holds the text 'x', which is not read",
-                   "1:14 stray_text: EVENT holds the text 'y', which is not read"}));
+                   "2:15 stray_text: EVENT holds the text 'y', which is not read"}));
   EXPECT_EQ(found_in("<BMR>\n<EVENT type='1'><TYPE>1</TYPE></EVENT></BMR>"),
             lines{"2:17 stray_attribute: EVENT has the attribute 'type', which is not read"});
   EXPECT_EQ(found_in("<BMR xmlns:x='y' xml:lang='en'/>"), lines{});
+}
+
+TEST_F(CheckPlaces, TextsThatNobodyReadsAreToldWhereTheyBegin) {
+  const auto within = [](const std::string& text) {
+    return found_in("<BMR>\n<EVENT>\n<TYPE>1</TYPE>" + text + "<TMASK>1</TMASK></EVENT></BMR>");
+  };
+  EXPECT_EQ(within("\n\n  one\n two\n"),
+            lines{"5:3 stray_text: EVENT holds the text 'one\\x0a two', which is not read"});
+  EXPECT_EQ(within(" one\n"),
+            lines{"3:1 stray_text: EVENT holds the text 'one', which is not read"});
+  EXPECT_EQ(within(" \xc3\xa4 "), lines{"3:16 stray_text: EVENT holds the text '\xc3\xa4', which "
+                                        "is not read"});
+  EXPECT_EQ(found_in("<BMR>\n<EVENT> one\n<TYPE>1</TYPE></EVENT>\r\n\r\n >>>>>>> mine\r\n</BMR>"),
+            (lines{"2:9 stray_text: EVENT holds the text 'one', which is not read",
+                   "5:2 stray_text: BMR holds the text '>>>>>>> mine', which is not read"}));
+  EXPECT_EQ(found_in(channel_with("<DIM>0\n<DIM_NAME>x</DIM_NAME>\ny</DIM>")),
+            lines{"5:1 stray_text: DIM holds the text 'y' behind an element in it, where it is not "
+                  "read"});
+}
+
+TEST_F(CheckPlaces, DamageWithinAnElementTellsWhereThatBegins) {
+  EXPECT_EQ(found_in("<BMR>\n<EVENT><TYPE>1</TYPE>\n</BMR>"),
+            lines{"3:3 damage: expected end of tag 'EVENT' (line 2)"});
+  EXPECT_EQ(found_in("<BMR>\n<EVENT><TYPE>1</TYPE></BMR>"),
+            lines{"2:24 damage: expected end of tag 'EVENT'"});
+  EXPECT_EQ(found_in("<BMR>\n\n"),
+            lines{"3:1 damage: input ended before all started tags were ended; last tag started is "
+                  "'BMR' (line 1)"});
+  EXPECT_EQ(found_in("<C>\n<Integer Name='W'/>\n<Float Name='G'>\n</C>"),
+            lines{"4:3 damage: expected end of tag 'Float' (line 3)"});
+}
+
+TEST_F(CheckPlaces, WhatHasNoEndIsToldWhereItBegins) {
+  EXPECT_EQ(found_in("<BMR>\n <!-- <EVENT>\n</BMR>\n"),
+            lines{"2:2 damage: unterminated comment, which begins here"});
+  EXPECT_EQ(found_in("<BMR>\n<EVENT><![CDATA[\n</BMR>\n"),
+            lines{"2:8 damage: unterminated CDATA section, which begins here"});
+  EXPECT_EQ(found_in("<BMR><?x\n</BMR>\n"),
+            lines{"1:6 damage: unterminated processing instruction, which begins here"});
+}
+
+TEST_F(CheckPlaces, DamageWithAdvice) {
+  EXPECT_EQ(found_in("<BMR>\n<<<<<<< mine\n<EVENT/></BMR>"),
+            lines{"2:2 damage: element name expected; this marks a conflict of two versions: keep "
+                  "one, and remove the marks"});
+  EXPECT_EQ(found_in(event_with("<SBLOCK>R&D</SBLOCK>")).back(),
+            "3:12 damage: unterminated entity reference 'D'; the sign & itself is written &amp;");
+  EXPECT_EQ(found_in(event_with("<SBLOCK>R & D</SBLOCK>")).back(),
+            "3:12 damage: expected entity name for reference; the sign & itself is written &amp;");
+  EXPECT_EQ(found_in(event_with("<SBLOCK>1&nbsp;mm</SBLOCK>")).back(),
+            "3:16 damage: entity 'nbsp' not found; there are no others than amp, lt, gt, quot and "
+            "apos");
+  EXPECT_EQ(found_in(channel_with("<DESC>U < 5 V</DESC>")).back(),
+            "3:10 damage: element name expected; the sign < itself is written &lt;");
+  EXPECT_EQ(found_in("<BMR>\n<!-- a <!-- b -->\n</BMR>"),
+            lines{"2:13 damage: '--' sequence is illegal in comment; does the comment end where it "
+                  "should?"});
+  EXPECT_EQ(found_in(variable_with("DaqBits", "<bitTitle bit=1>x</bitTitle>")).back(),
+            "3:15 damage: attribute value expected; it stands in quotes");
 }
 
 TEST_F(CheckPlaces, AttributesThatAreMissing) {

@@ -147,9 +147,9 @@ TEST(GrammarPass, TheRootMayNameItsSchema) {
 
 TEST(GrammarPass, ATextAmongElementsIsTold) {
   EXPECT_THAT(in_channel("stray <NAME>N</NAME>"),
-              ElementsAre("1:28 the text 'stray' in CHANNEL, where only elements belong"));
+              ElementsAre("2:1 the text 'stray' in CHANNEL, where only elements belong"));
   EXPECT_THAT(in_channel("<BIT>0<BIT_NAME>A</BIT_NAME> x</BIT>"),
-              ElementsAre("2:6 the text 'x' in BIT, where only elements belong"));
+              ElementsAre("2:30 the text 'x' in BIT, where only elements belong"));
 }
 
 TEST(GrammarPass, TheNumberOfARecordStandsBeforeItsElements) {

@@ -181,6 +181,38 @@ TEST(ToolCheckBytes, UnitsThatContradictTheDeclaration) {
       "the one that it is in, such as UTF-8 [encoding_conflict]\n");
 }
 
+TEST(ToolCheckBytes, ARootThatIsNearlyOne) {
+  const auto refused = [](const std::string& place, const std::string& text) {
+    return "F: not read\nF:" + place + ": error: unknown kind of document: its root element is " +
+           text + " [unreadable]\n";
+  };
+  EXPECT_EQ(check("<?xml version='1.0'?>\n<bmr><EVENT><TYPE>1</TYPE></EVENT></bmr>").out,
+            refused("2:6", "'bmr'; did you mean 'BMR'?"));
+  EXPECT_EQ(check("<x:ENVINDEXDICT/>").out,
+            refused("1:18", "'x:ENVINDEXDICT'; did you mean 'ENVINDEXDICT'?"));
+  EXPECT_EQ(check("<EVENT><TYPE>1</TYPE></EVENT>").out,
+            refused("1:8", "'EVENT', which stands in BMR"));
+  EXPECT_EQ(check("<CHANNEL/>").out,
+            refused("1:11", "'CHANNEL', which stands in CHANDESCRIPTIONS or ENVINDEXDICT"));
+  // The first feature of a camera may be what is damaged.
+  EXPECT_EQ(check("<Camera>\n<FLoat Name='G'></Float></Camera>").out,
+            refused("2:19", "'Camera', and it is damaged here: expected end of tag 'FLoat'"));
+}
+
+TEST(ToolCheckBytes, ADeclarationInOtherQuotes) {
+  EXPECT_EQ(check("<?xml version=\xe2\x80\x9c"
+                  "1.0\xe2\x80\x9d?>\n<BMR/>")
+                .out,
+            "F: not read\nF:1:1: error: not a readable XML document: the declaration in its first "
+            "line is none [unreadable]\n");
+}
+
+TEST(ToolCheckBytes, ABraceBeforeADocumentMakesNoJsonOfIt) {
+  EXPECT_EQ(check("{ <BMR/>").out,
+            "F: not read\nF:1:1: error: '{ ' stands before the first element: remove it "
+            "[text_before_document]\n");
+}
+
 TEST(ToolCheckBytes, NoDocumentAtAll) {
   EXPECT_EQ(check("").out, "F: not read\nF: error: is empty [unreadable]\n");
   EXPECT_EQ(check("no document").out,
@@ -191,6 +223,6 @@ TEST(ToolCheckBytes, NoDocumentAtAll) {
   EXPECT_EQ(foreign.code, 1);
   EXPECT_EQ(foreign.err, "");
   EXPECT_THAT(foreign.out,
-              testing::StartsWith("F: not read\nF: error: unknown kind of document: its "
+              testing::StartsWith("F: not read\nF:1:8: error: unknown kind of document: its "
                                   "root element is 'html'; known are BMR"));
 }

@@ -225,6 +225,17 @@ TEST(ToolCheckCamera, ATextDirectlyWithinAFeature) {
             "[stray_text]\n");
 }
 
+TEST(ToolCheckCamera, ATextBesideFeatures) {
+  EXPECT_EQ(
+      findings("<C>\n<Integer Name='W'/>\n =======\n<Group>\n<Integer Name='H'/> x\n</Group>\n"
+               "</C>"),
+      "F:3:2: error: the text '=======' directly within C is not read [stray_text]\n"
+      "F:5:1: error: the text 'x' directly within Group is not read [stray_text]\n");
+  // What others read in their elements.
+  EXPECT_EQ(findings(camera("<Integer Name='W'><pValue>Reg</pValue></Integer><Unit>mm</Unit>")),
+            "");
+}
+
 // As vendors write it: categories say what the camera offers, all else is the means to it.
 TEST(ToolCheckCamera, FeaturesThatAreOfferedAndNotListed) {
   EXPECT_EQ(

@@ -334,7 +334,7 @@ TEST(ToolCheck, WhatCannotBeUsedIsToldAndTheRestChecked) {
   const run_result result = run_plainly("check " + bad.path() + " /nonexistent " + good.path());
   EXPECT_EQ(result.code, 2);
   EXPECT_THAT(result.out,
-              testing::StartsWith(bad.path() + ": not read\n" + bad.path() + ": unknown kind"));
+              testing::StartsWith(bad.path() + ": not read\n" + bad.path() + ":1:8: unknown kind"));
   EXPECT_THAT(result.out,
               testing::EndsWith(good.path() + ": event list, 1 event, 0 errors\n" +
                                 "checked 2 documents: 1 error in 1 of them; 1 file could not be "

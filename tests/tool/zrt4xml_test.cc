@@ -129,7 +129,7 @@ TEST(Tool, UnknownKindNamesItsRootAndTheKindsKnown) {
   EXPECT_EQ(result.code, 1);
   EXPECT_EQ(result.out, "");
   EXPECT_THAT(result.err, testing::StartsWith("zrt4xml: " + file.path() +
-                                              ": unknown kind of document: its root element is "
+                                              ":1:8: unknown kind of document: its root element is "
                                               "'html'; known are BMR (event list)"));
 }
 

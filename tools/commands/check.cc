@@ -6,6 +6,7 @@
 #include "any_list.hh"
 #include "byte_findings.hh"
 #include "check_output.hh"
+#include "damage_advice.hh"
 #include "each_file.hh"
 #include "mapped_file.hh"
 #include "strict_findings.hh"
@@ -18,8 +19,12 @@ checked_document not_read(input_file& file, const bad_document& reason, std::siz
   result.file = file.name();
   result.errors = 1;
   finding_list found(most);
-  find_in_bytes(mapped_file(file.path()).content(), found);
-  if (found.is_empty()) found.add(rule::unreadable, reason.place, reason.what());
+  const mapped_file document(file.path());
+  find_in_bytes(document.content(), found);
+  if (found.is_empty()) {
+    const xml_error advised = with_advice(document.content(), {reason.what(), reason.place});
+    found.add(rule::unreadable, advised.place, advised.text);
+  }
   result.found = found.take();
   return result;
 }

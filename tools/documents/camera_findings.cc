@@ -77,21 +77,26 @@ class camera_pass : public camera_walk {
 
   void warning(const xercesc::SAXParseException& exception) override { error(exception); }
   void error(const xercesc::SAXParseException& exception) override {
-    found.add(rule::damage, {exception.getLineNumber(), exception.getColumnNumber()},
-              to_local(exception.getMessage()));
+    const file_place place{exception.getLineNumber(), exception.getColumnNumber()};
+    std::string text = to_local(exception.getMessage());
+    if (!open_elements().empty()) {
+      const camera_element& last = open_elements().back();
+      text += where_begun(text, last.name, last.place, place);
+    }
+    found.add(rule::damage, place, std::move(text));
   }
   void fatalError(const xercesc::SAXParseException& exception) override { error(exception); }
 
   void feature_ended(const camera_feature& feature) override;
   void element_began(camera_element& element, xercesc::AttributeList& attributes) override;
   void element_ended(const camera_element& element) override;
-  void text_was_dropped(const camera_element& element, const std::string& text) override;
 
   void check_name(const camera_feature& feature);
   void check_text(const camera_feature& feature, const camera_feature::text& text);
   void check_own_text(const camera_feature& feature, const opened_text& text);
   void check_attribute(const camera_element& element, const std::string& attribute);
   bool check_spelling(const camera_element& element);
+  void check_dropped_text(const camera_element& element);
   void find_unlisted();
 
   finding_list& found;
@@ -251,6 +256,7 @@ void camera_pass::element_ended(const camera_element& element) {
     const std::string name(trimmed(element.kept_text));
     if (!name.empty()) offered.insert({name, {open_elements().back().shown, element.place}});
   }
+  check_dropped_text(element);
   if (check_spelling(element)) return;
   const bool is_other = element.feature == nullptr && element.text == nullptr &&
                         element.name != category && !element.name_attribute.empty();
@@ -259,11 +265,14 @@ void camera_pass::element_ended(const camera_element& element) {
                  {element.name, element.place, !element.is_in_feature && !element.holds_feature}});
 }
 
-void camera_pass::text_was_dropped(const camera_element& element, const std::string& text) {
-  if (element.feature == nullptr || is_blank_text(text)) return;
-  found.add(
-      rule::stray_text, element.place,
-      "the text " + quoted(trimmed(text)) + " directly within " + element.shown + " is not read");
+// Of an element that the reader does not know, a text alone is for others.
+void camera_pass::check_dropped_text(const camera_element& element) {
+  const bool is_stray =
+      element.feature != nullptr || (element.text == nullptr && element.holds_elements);
+  if (element.dropped_text.empty() || !is_stray) return;
+  found.add(rule::stray_text, element.dropped_place,
+            "the text " + quoted(trimmed(element.dropped_text)) + " directly within " +
+                element.shown + " is not read");
 }
 
 // Where categories say what a camera offers, all else is the means to it.

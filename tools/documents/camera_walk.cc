@@ -4,9 +4,11 @@
 #include <iterator>
 #include <tuple>
 
+#include "blanks.hh"
 #include "feature_fields.hh"
 #include "local_text.hh"
 #include "terminal.hh"
+#include "text_place.hh"
 #include "zrt4_gige_descr.hh"
 
 using zrt4::detail::awaits_text;
@@ -47,6 +49,7 @@ void camera_walk::startElement(const XMLCh* const name, xercesc::AttributeList& 
   begun.name_attribute = to_local(value);
   begun.shown = called(shortened(printable(begun.name)), begun.name_attribute);
   if (!open.empty()) {
+    open.back().holds_elements = true;
     begun.is_in_feature = open.back().is_in_feature || open.back().feature != nullptr;
   }
   if (is_feature(begun.name)) {
@@ -125,6 +128,11 @@ void camera_walk::docCharacters(const XMLCh* const text, const XMLSize_t length,
   if (open.empty()) return;
   if (!is_section) {
     run.append(text, length);
+    const bool is_blank_text =
+        std::all_of(text, text + length, [](XMLCh each) { return is_blank(each); });
+    if (run_place.line == 0 && !is_blank_text) {
+      run_place = place_of_text(text, length, here(), open.back().place);
+    }
     return;
   }
   end_text();
@@ -141,6 +149,8 @@ void camera_walk::end_text() {
   if (run.empty()) return;
   const std::string text = to_local(run.c_str());
   run.clear();
+  const file_place place = run_place;
+  run_place = {};
   keep(text);
   if (latest != nullptr) {
     for (camera_feature::text& each : latest->texts) {
@@ -154,7 +164,14 @@ void camera_walk::end_text() {
       return;
     }
   }
-  text_was_dropped(open.back(), text);
+  if (place.line != 0) drop_text(text, place);
+}
+
+void camera_walk::drop_text(const std::string& text, file_place place) {
+  camera_element& within = open.back();
+  if (!within.dropped_text.empty()) return;
+  within.dropped_text = text;
+  within.dropped_place = place;
 }
 
 void camera_walk::end_feature() {

@@ -65,6 +65,9 @@ struct camera_element {
   std::shared_ptr<opened_text> text;        ///< what it opens, null when nothing
   bool is_in_feature = false;
   bool holds_feature = false;
+  bool holds_elements = false;
+  std::string dropped_text;  ///< the first that no feature takes, directly within it
+  file_place dropped_place;
   bool keeps_text = false;  ///< where somebody asks for it
   std::string kept_text;
 };
@@ -83,8 +86,6 @@ class camera_walk : public xercesc::HandlerBase, public xercesc::XMLDocumentHand
   /// Called when `element` is the last of `open_elements`.
   virtual void element_began(camera_element& element, xercesc::AttributeList& attributes) = 0;
   virtual void element_ended(const camera_element& element) = 0;
-  /// A text that no feature takes, directly within `element`.
-  virtual void text_was_dropped(const camera_element& element, const std::string& text) = 0;
 
   const std::vector<camera_element>& open_elements() const { return open; }
   file_place here() const { return {locator->getLineNumber(), locator->getColumnNumber()}; }
@@ -121,6 +122,7 @@ class camera_walk : public xercesc::HandlerBase, public xercesc::XMLDocumentHand
   void open_text(camera_element& element);
   void take_name(const camera_element& element, const std::string& name);
   void end_text();
+  void drop_text(const std::string& text, file_place place);
   void keep(const std::string& text);
   void end_feature();
 
@@ -129,6 +131,7 @@ class camera_walk : public xercesc::HandlerBase, public xercesc::XMLDocumentHand
   std::vector<std::shared_ptr<opened_text>> open_texts;
   std::shared_ptr<camera_feature> latest;
   std::basic_string<XMLCh> run;  // the text at hand, up to the next tag, comment or section
+  file_place run_place;          // where it begins, line 0 while it is blank
 };
 
 #endif

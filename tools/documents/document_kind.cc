@@ -12,9 +12,10 @@
 #include "json_text.hh"
 #include "listed_channels.hh"
 #include "mapped_file.hh"
+#include "nearest.hh"
 #include "received_messages.hh"
 #include "scan.hh"
-#include "terminal.hh"
+#include "shown_text.hh"
 
 namespace {
 
@@ -127,7 +128,7 @@ bool is_or_reads(document_kind kind, document_kind expected) {
                               document_kind expected) {
   const kind_traits& wanted = traits_of(expected);
   const kind_traits* own = kind_with_root(root);
-  std::string reason = "its root element is '" + shortened(printable(root)) + "'";
+  std::string reason = "its root element is " + ::quoted(std::string_view(root));
   if (own != nullptr) reason += " (" + std::string(own->description) + ")";
   throw bad_document(file.name(),
                      reason + ", not " +
@@ -135,8 +136,38 @@ bool is_or_reads(document_kind kind, document_kind expected) {
                                               : "'" + std::string(wanted.root) + "'"));
 }
 
-std::string shown(const std::string& name) {
-  return shortened(printable(name));
+/// The roots of the kinds that have such records.
+std::string parent_of(const std::string& element) {
+  std::string roots;
+  for (const kind_traits& each : kinds) {
+    for (const known_element& known : each.elements) {
+      if (known.begins != part::record || known.name != element) continue;
+      if (!roots.empty()) roots += " or ";
+      roots += each.root;
+    }
+  }
+  return roots;
+}
+
+[[noreturn]] void refuse_unknown_root(input_file& file, const root_element& root) {
+  const std::string unknown =
+      "unknown kind of document: its root element is " + ::quoted(std::string_view(root.name));
+  std::vector<std::string_view> roots;
+  for (const kind_traits& each : kinds) {
+    if (!each.root.empty()) roots.push_back(each.root);
+  }
+  const std::string meant = did_you_mean(root.name.substr(root.name.find(':') + 1), roots);
+  if (!meant.empty()) throw bad_document(file.name(), unknown + meant, root.place);
+  const std::string parent = parent_of(root.name);
+  if (!parent.empty()) {
+    throw bad_document(file.name(), unknown + ", which stands in " + parent, root.place);
+  }
+  const xml_error damage = find_damage(file.path());
+  if (!damage.text.empty()) {
+    throw bad_document(file.name(), unknown + ", and it is damaged here: " + damage.text,
+                       damage.place);
+  }
+  throw bad_document(file.name(), unknown + "; known are " + known_kinds(), root.place);
 }
 
 document_kind kind_in_json(input_file& file, std::optional<document_kind> expected) {
@@ -174,8 +205,7 @@ document_kind kind_of(input_file& file, std::optional<document_kind> expected) {
   }
   if (own != nullptr) return own->kind;
   if (describes_a_camera(file)) return camera;
-  throw bad_document(file.name(), "unknown kind of document: its root element is '" +
-                                      shown(root.name) + "'; known are " + known_kinds());
+  refuse_unknown_root(file, root);
 }
 
 void refuse_json(input_file& file) {

@@ -7,6 +7,8 @@
 
 #include "blanks.hh"
 #include "direct_scanner.hh"
+#include "shown_text.hh"
+#include "text_place.hh"
 
 using zrt4::detail::to_local;
 
@@ -17,6 +19,10 @@ constexpr std::size_t kept_of_text = 4096;
 
 bool is_all_blank(const XMLCh* chars, XMLSize_t length) {
   return std::all_of(chars, chars + length, [](XMLCh c) { return c < 0x80 && is_blank(c); });
+}
+
+bool may_have_text(const known_element& element) {
+  return element.role != text_role::none;
 }
 
 void append(std::string& text, std::string_view more) {
@@ -100,6 +106,11 @@ void element_walk::add_text(walked_element& to, const XMLCh* chars, XMLSize_t le
   const char* text = getValue();  // converted already, if a reader gets it
   if (text == nullptr) text = converted.assign(chars, length, page);
   if (text == nullptr) return;
+  const bool is_stray = to.has_elements || (to.meaning != nullptr && !may_have_text(*to.meaning));
+  if (is_stray && (to.has_elements ? to.late_text : to.text).empty()) {
+    to.stray_place = place_of_text(
+        chars, length, {locator->getLineNumber(), locator->getColumnNumber()}, to.place);
+  }
   if (to.has_elements) {
     if (to.late_text.empty()) append(to.late_text, text);
   } else {
@@ -120,7 +131,10 @@ void element_walk::damage(const xercesc::SAXParseException& exception) {
   const file_place place{exception.getLineNumber(), exception.getColumnNumber()};
   if (!is_damaged()) first_damage = place;
   ++error_count;
-  found.add(rule::damage, place, to_local(exception.getMessage()));
+  std::string text = to_local(exception.getMessage());
+  if (open != 0)
+    text += where_begun(text, elements[open - 1].name, elements[open - 1].place, place);
+  found.add(rule::damage, place, std::move(text));
 }
 
 // What a reader gets is of the element that was started last, which may have ended in this step.

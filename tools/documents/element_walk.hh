@@ -27,7 +27,8 @@ struct walked_element {
   /// very long one only the beginning is kept.
   std::string text;
   std::size_t length = 0;
-  std::string late_text;  ///< the first behind an element in it
+  std::string late_text;   ///< the first behind an element in it
+  file_place stray_place;  ///< where that begins, or the text of an element that has none
 
   // What a reader gets.
   bool is_taken = false;

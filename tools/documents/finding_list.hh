@@ -54,6 +54,14 @@ class finding_list {
     all.erase(end, all.end());
   }
 
+  /// Lets `use` change what was found of a rule.
+  template <class Use>
+  void change(rule what, Use use) {
+    for (finding& each : all) {
+      if (each.what == what) use(each);
+    }
+  }
+
   std::size_t most() const { return most_of_a_rule; }
   bool is_empty() const { return all.empty(); }
   bool has(rule what) const { return tallies[static_cast<std::size_t>(what)].kept != 0; }

@@ -2,6 +2,7 @@
 
 #include "byte_findings.hh"
 #include "camera_findings.hh"
+#include "damage_advice.hh"
 #include "input_file.hh"
 #include "mapped_file.hh"
 #include "record_check.hh"
@@ -25,8 +26,10 @@ std::vector<finding> findings_of(input_file& file, document_kind kind, std::size
   } else {
     find_in_records(file, is_wide ? known_in_wide_dictionary : traits_of(kind).elements, found);
   }
-  find_in_bytes(mapped_file(file.path()).content(), found);
+  const mapped_file document(file.path());
+  find_in_bytes(document.content(), found);
   const bool is_told = found.has(rule::invalid_bytes) || found.has(rule::encoding_conflict);
   if (is_told) found.remove(rule::damage, is_about_bytes);
+  if (found.has(rule::damage)) add_damage_advice(document.content(), found);
   return found.take();
 }

@@ -7,6 +7,7 @@
 #include "blanks.hh"
 #include "local_text.hh"
 #include "shown_text.hh"
+#include "text_place.hh"
 
 using zrt4::detail::to_local;
 
@@ -177,6 +178,10 @@ void grammar_pass::characters(const XMLCh* const chars, const XMLSize_t length) 
   if (open.empty() || open.back().grammar == nullptr) return;
   open_element& here = open.back();
   (here.has_elements ? here.rest : here.text).append(chars, length);
+  const bool may_be_there = !here.has_elements && here.grammar->content->text != nullptr;
+  if (may_be_there || here.stray.line != 0 || is_all_blank({chars, length})) return;
+  here.stray = place_of_text(chars, length, {locator->getLineNumber(), locator->getColumnNumber()},
+                             here.place);
 }
 
 void grammar_pass::endElement(const XMLCh* const /*name*/) {
@@ -191,7 +196,7 @@ void grammar_pass::judge_text() {
   const open_element& here = open.back();
   const std::string& name = here.grammar->name;
   const auto tell_of = [&](const xml_string& text, const char* where) {
-    tell_here("the text " + quoted(trimmed(to_local(text.c_str()))) + " in " + name + where);
+    tell(here.stray, "the text " + quoted(trimmed(to_local(text.c_str()))) + " in " + name + where);
   };
   if (here.grammar->content->text != nullptr) {
     judge_text(name, *here.grammar->content->text, here.text);

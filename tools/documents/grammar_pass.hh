@@ -37,8 +37,9 @@ class grammar_pass : public xercesc::HandlerBase {
     std::string group_begun_by = {};
     std::vector<const element_group::member*> seen = {};
     bool has_elements = false;
-    xml_string text = {};  ///< what stands before its elements
-    xml_string rest = {};  ///< and behind the first of them
+    xml_string text = {};   ///< what stands before its elements
+    xml_string rest = {};   ///< and behind the first of them
+    file_place stray = {};  ///< the first text that does not belong there
   };
 
   void tell_here(std::string text) { tell(open.back().place, std::move(text)); }

@@ -72,7 +72,11 @@ bool is_json(input_file& file) {
   }
   while (content.get(c) && blanks.find(c) != blanks.npos) {
   }
-  return content && (c == '{' || c == '[');
+  if (!content || (c != '{' && c != '[')) return false;
+  // A sign that was typed before a document makes no JSON of it.
+  while (content.get(c) && blanks.find(c) != blanks.npos) {
+  }
+  return !content || c != '<';
 }
 
 local_texts::local_texts() : is_utf8(std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0) {}

@@ -1,6 +1,8 @@
 #include "scan.hh"
 
+#include <string_view>
 #include <xercesc/framework/XMLPScanToken.hpp>
+#include <xercesc/sax/Locator.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/XMLException.hpp>
 
@@ -14,8 +16,11 @@ namespace {
 class root_handler : public xercesc::HandlerBase {
  public:
   void startElement(const XMLCh* const given, xercesc::AttributeList& /*attributes*/) override {
-    if (root.name.empty()) root.name = to_local(given);
+    if (!root.name.empty()) return;
+    root.name = to_local(given);
+    root.place = {locator->getLineNumber(), locator->getColumnNumber()};
   }
+  void setDocumentLocator(const xercesc::Locator* const given) override { locator = given; }
   void error(const xercesc::SAXParseException& exception) override { note(exception); }
   void fatalError(const xercesc::SAXParseException& exception) override { note(exception); }
 
@@ -27,6 +32,8 @@ class root_handler : public xercesc::HandlerBase {
     root.first = {to_local(exception.getMessage()),
                   {exception.getLineNumber(), exception.getColumnNumber()}};
   }
+
+  const xercesc::Locator* locator = nullptr;
 };
 
 class telling_parser : public xercesc::SAXParser {
@@ -69,9 +76,26 @@ std::string scan_document(const char* path, xercesc::HandlerBase& handler,
   return {};
 }
 
-root_element find_root_element(const char* path) {
+namespace {
+
+root_element scan_for_root(const char* path, bool whole) {
   root_handler handler;
-  const std::string thrown = scan_document(path, handler, xercesc::SAXParser::Val_Auto, false);
-  if (!thrown.empty()) handler.root.first = {thrown, {}};
+  const std::string thrown = scan_document(path, handler, xercesc::SAXParser::Val_Auto, whole);
+  constexpr std::string_view no_declaration = "unable to decode first line";  // and of what
+  if (thrown.find(no_declaration) != thrown.npos) {
+    handler.root.first = {"the declaration in its first line is none", {1, 1}};
+  } else if (!thrown.empty()) {
+    handler.root.first = {thrown, {}};
+  }
   return handler.root;
+}
+
+}  // namespace
+
+xml_error find_damage(const char* path) {
+  return scan_for_root(path, true).first;
+}
+
+root_element find_root_element(const char* path) {
+  return scan_for_root(path, false);
 }

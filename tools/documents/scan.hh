@@ -29,8 +29,12 @@ struct xml_error {
 
 struct root_element {
   std::string name;  ///< empty when there is none
+  file_place place;  ///< just behind its start tag
   xml_error first;   ///< the first error, with an empty text when there is none
 };
+
+/// The first error of the whole document.
+xml_error find_damage(const char* path);
 
 /// Scans only what stands before the root element.
 root_element find_root_element(const char* path);

@@ -34,3 +34,10 @@ std::string times_and_lines(const std::vector<file_place>& places, std::size_t t
 std::string in_line(file_place place) {
   return place.line == 0 ? std::string() : " (line " + std::to_string(place.line) + ")";
 }
+
+std::string where_begun(std::string_view message, std::string_view element, file_place begin,
+                        file_place damage) {
+  const std::string name = "'" + std::string(element) + "'";
+  const bool is_named = message.find(name) != message.npos;
+  return is_named && begin.line != damage.line ? in_line(begin) : std::string();
+}

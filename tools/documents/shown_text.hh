@@ -17,4 +17,9 @@ std::string times_and_lines(const std::vector<file_place>& places, std::size_t t
 /// " (line 7)", nothing where the line is not known.
 std::string in_line(file_place place);
 
+/// " (line 7)", for damage within an element that a message names: where that begins, unless it is
+/// the line of the damage.
+std::string where_begun(std::string_view message, std::string_view element, file_place begin,
+                        file_place damage);
+
 #endif

@@ -91,7 +91,7 @@ void find_text_not_read(const walked_element& element, finding_list& found) {
   if (meaning.role == text_role::none) {
     const std::string_view stray = !text.empty() ? text : late;
     if (stray.empty()) return;
-    found.add(rule::stray_text, element.place,
+    found.add(rule::stray_text, element.stray_place,
               [&] { return about(" holds the text ") + quoted(stray) + ", which is not read"; });
     return;
   }
@@ -111,7 +111,7 @@ void find_text_not_read(const walked_element& element, finding_list& found) {
     });
   }
   if (!late.empty()) {
-    found.add(rule::stray_text, element.place, [&] {
+    found.add(rule::stray_text, element.stray_place, [&] {
       return about(" holds the text ") + quoted(late) +
              " behind an element in it, where it is not read";
     });
