@@ -211,7 +211,7 @@ TEST(ToolDiff, NamesTheFileThatCannotBeUsed) {
   EXPECT_EQ(missing.err, "zrt4xml: /nonexistent: No such file or directory\n");
   const run_result unknown = run("diff " + good.path() + " " + bad.path());
   EXPECT_EQ(unknown.code, 1);
-  EXPECT_THAT(unknown.err, testing::StartsWith("zrt4xml: " + bad.path() + ": unknown kind"));
+  EXPECT_THAT(unknown.err, testing::StartsWith("zrt4xml: " + bad.path() + ":1:8: unknown kind"));
 }
 
 TEST(ToolDiff, BrokenDocumentIsComparedAsFarAsItGoes) {
