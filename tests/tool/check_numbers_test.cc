@@ -226,7 +226,7 @@ TEST_F(CheckNumbers, IndexOfAnEntry) {
   };
   const number_case cases[] = {
       {"first", "not_a_number: INDEX: 'first' is no number, read as 0"},
-      {"7.", "rest_ignored: INDEX: '7.' is read as 7, the rest is ignored"},
+      {"7.", "rest_ignored: INDEX: '7.' is read as 7, the rest is ignored; write 7"},
       {"-1", "impossible_number: INDEX: '-1' makes no sense: it is never negative"},
       {"4294967303", long_is_wide
                          ? "out_of_range: INDEX: '4294967303' does not fit, read as 7"
@@ -259,4 +259,34 @@ TEST_F(CheckNumbers, WhatIsToldIsWhatIsRead) {
     shown << read;
     EXPECT_THAT(found.front(), testing::HasSubstr("read as " + shown.str()));
   }
+}
+
+TEST_F(CheckNumbers, HowToWriteWhatWasMeant) {
+  const auto advised = [](const std::string& text) {
+    const lines found = found_in(channel_with("<SIZE>" + text + "</SIZE>"));
+    const std::size_t at = found.empty() ? std::string::npos : found[0].find("; ");
+    return at == std::string::npos ? std::string() : found[0].substr(at + 2);
+  };
+  for (const char* const text :
+       {"1 000", "1,000", "1'000", "1_000", "1e3", "1E+3", "1000.0", "l000", "1OOO", "\"1000\"",
+        "\xef\xbc\x91\xef\xbc\x90\xef\xbc\x90\xef\xbc\x90"}) {
+    EXPECT_EQ(advised(text), "write 1000") << text;
+  }
+  EXPECT_EQ(advised("1.000.000"), "write 1000000");
+  EXPECT_EQ(advised("\xe2\x88\x92"
+                    "1"),
+            "write -1");
+  EXPECT_EQ(advised("1\xc2\xa0"
+                    "000"),
+            "write 1000 (it holds U+00A0)");
+  EXPECT_EQ(advised("\xe2\x80\x8b"
+                    "7"),
+            "write 7 (it holds U+200B)");
+  // It is not clear what was meant.
+  for (const char* const text : {"1.5", "1.000", "1,5", "1 2", "10 00", "1/2", "2k", "many", "l",
+                                 "1e99", "1e-3", "-", "+", "1\xc3\xbc"}) {
+    EXPECT_EQ(advised(text), "") << text;
+  }
+  EXPECT_EQ(found_in(entry_with("<DABS>1 000</DABS>")),
+            lines{"3:7 rest_ignored: DABS: '1 000' is read as 1, the rest is ignored; write 1000"});
 }

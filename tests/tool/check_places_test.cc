@@ -26,9 +26,14 @@ TEST_F(CheckPlaces, FieldBeforeTheTypeOfItsEvent) {
 TEST_F(CheckPlaces, EventWithoutATypeSaysItAll) {
   EXPECT_EQ(found_in("<BMR>\n<EVENT><PRIORITY>1</PRIORITY></EVENT></BMR>"),
             lines{"2:8 record_left_out: EVENT without TYPE is left out"});
-  EXPECT_EQ(found_in("<BMR>\n<EVENT>\n<TYPE/><PRIORITY>1</PRIORITY></EVENT></BMR>"),
-            lines{"3:8 empty_element: TYPE is empty: what stands in this event goes to the one "
-                  "before (line 2)"});
+  EXPECT_EQ(
+      found_in("<BMR>\n<EVENT>\n<TYPE/><PRIORITY>1</PRIORITY></EVENT></BMR>"),
+      lines{"3:8 empty_element: TYPE is empty: what stands in this event (line 2) is ignored"});
+  EXPECT_EQ(found_in("<BMR>\n<EVENT><TYPE>1</TYPE></EVENT>\n<EVENT><TYPE>40</TYPE></EVENT>\n"
+                     "<EVENT><TYPE/><PRIORITY>1</PRIORITY></EVENT></BMR>")
+                .back(),
+            "4:15 empty_element: TYPE is empty: what stands in this event goes to the one before "
+            "(line 2)");
   // Of an event that is skipped nothing else is told.
   EXPECT_EQ(found_in("<BMR>\n<EVENT><TYPE>40</TYPE><SBLOCK>B<CHLIST><CHAN>C</CHAN></CHLIST>"
                      "</SBLOCK></EVENT></BMR>")
@@ -244,8 +249,19 @@ TEST_F(CheckPlaces, DamageWithAdvice) {
 
 TEST_F(CheckPlaces, AttributesThatAreMissing) {
   EXPECT_EQ(found_in(variable_with("DaqBits", "<bitTitle Bit='1'>x</bitTitle>")),
-            (lines{"3:19 stray_attribute: bitTitle has the attribute 'Bit', which is not read",
+            (lines{"3:19 stray_attribute: bitTitle has the attribute 'Bit', which is not read; did "
+                   "you mean 'bit'?",
                    "3:19 missing_attribute: bitTitle without the attribute bit"}));
+}
+
+TEST_F(CheckPlaces, ATextWithinAnElementThatNoReaderKnows) {
+  EXPECT_EQ(found_in(channel_with("<DESC><b>beam</b></DESC>")),
+            (lines{"3:7 empty_element: DESC lacks its text: what stands in it is not its own",
+                   "3:10 unknown_element: no reader knows the element 'b' (1 time)"}));
+  EXPECT_EQ(found_in(channel_with("<DESC/><UNITS></UNITS>")), lines{});
+  // No root stands within anything.
+  EXPECT_EQ(found_in(event_with("<SBLOCK>A<br/></SBLOCK>")),
+            lines{"3:15 unknown_element: no reader knows the element 'br' (1 time)"});
 }
 
 TEST_F(CheckPlaces, DimensionsThatAreReadTwice) {

@@ -85,3 +85,29 @@ TEST_F(CheckTexts, BlanksThatBelongToAText) {
             lines{"4:26 blanks_around_text: UNITS ends with a blank, which belongs to the text: "
                   "'mm '"});
 }
+
+TEST_F(CheckTexts, CharactersThatNobodySeesInAName) {
+  for (const auto& [bytes, code] : {std::pair{"\xc2\xa0", "U+00A0"},
+                                    {"\xc2\xad", "U+00AD"},
+                                    {"\xe2\x80\x8b", "U+200B"},
+                                    {"\xe3\x80\x80", "U+3000"},
+                                    {"\xef\xbb\xbf", "U+FEFF"}}) {
+    const std::string name = std::string("a") + bytes + "b";
+    EXPECT_EQ(found_in(event_with("<SBLOCK>" + name + "</SBLOCK>")),
+              lines{std::string("3:9 unseen_character: SBLOCK holds ") + code +
+                    ", which nobody sees and which belongs to the name: '" + name + "'"});
+  }
+  EXPECT_EQ(found_in(event_with("<SBLOCK>gr\xc3\xbcn \xe2\x82\xac</SBLOCK>")), lines{});
+  // In other texts they are typography, but not at an end.
+  EXPECT_EQ(found_in(channel_with("<DESC>20\xc2\xa0mm</DESC>")), lines{});
+  EXPECT_EQ(found_in(channel_with("<UNITS>mm\xc2\xa0</UNITS>")),
+            lines{"3:8 blanks_around_text: UNITS begins or ends with U+00A0, which nobody sees and "
+                  "which belongs to the text: 'mm\xc2\xa0'"});
+}
+
+TEST_F(CheckTexts, CharactersThatWereLostBefore) {
+  EXPECT_EQ(
+      found_in(channel_with("<UNITS>\xef\xbf\xbdm</UNITS>")),
+      lines{"3:8 replacement_character: U+FFFD in '\xef\xbf\xbdm' stands for a character that "
+            "was lost before: write it anew"});
+}

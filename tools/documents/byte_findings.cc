@@ -12,6 +12,7 @@
 
 namespace {
 
+constexpr char32_t replacement = 0xfffd;
 constexpr std::size_t longest_word = 40;  // that a message shows, to either side
 
 bool is_beyond_ascii(char c) {
@@ -42,6 +43,16 @@ std::size_t find_beyond_ascii(std::string_view text, std::size_t from) {
   }
   const auto* const found = std::find_if(text.begin() + from, text.end(), is_beyond_ascii);
   return static_cast<std::size_t>(found - text.begin());
+}
+
+std::string in_code_page(std::string_view utf8) {
+  std::string local;
+  while (!utf8.empty()) {
+    const utf8_character each = utf8_at(utf8);
+    local += each.size == 0 ? "?" : in_locale(each.code);
+    utf8.remove_prefix(std::max<std::size_t>(each.size, 1));
+  }
+  return local;
 }
 
 /// Where a byte of a document stands, as the scanner counts: in units of UTF-16. Asked in order.
@@ -234,15 +245,6 @@ void byte_pass::tell_twice(std::size_t at, file_place place) {
     if (byte != 0) before += static_cast<char>(byte);
     word.remove_prefix(std::max<std::size_t>(each.size, 1));
   }
-  const auto in_code_page = [](std::string_view utf8) {
-    std::string local;
-    while (!utf8.empty()) {
-      const utf8_character each = utf8_at(utf8);
-      local += each.size == 0 ? "?" : in_locale(each.code);
-      utf8.remove_prefix(std::max<std::size_t>(each.size, 1));
-    }
-    return local;
-  };
   found.add(rule::wrong_encoding, place,
             "'" + printable(in_code_page(shown)) + "' was encoded in UTF-8 twice: write '" +
                 printable(in_code_page(before)) + "'");
@@ -259,6 +261,12 @@ void byte_pass::check_characters() {
       at = next_line(at);
     } else if (was_encoded_twice(at)) {
       tell_twice(at, places.of(at));
+      at = next_line(at);
+    } else if (character.code == replacement) {
+      found.add(rule::replacement_character, places.of(at), [&] {
+        return "U+FFFD in '" + printable(in_code_page(word_around(at))) +
+               "' stands for a character that was lost before: write it anew";
+      });
       at = next_line(at);
     } else {
       at += character.size;

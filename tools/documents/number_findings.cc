@@ -13,9 +13,11 @@
 #include "event_number_text.hh"
 #include "event_util.hh"
 #include "number_text.hh"
+#include "plain_number.hh"
 #include "shown_text.hh"
 #include "terminal.hh"
 #include "type_masks.hh"
+#include "unseen_characters.hh"
 
 namespace {
 
@@ -150,9 +152,19 @@ std::string instead_of_hexadecimal(number_form form, std::string_view text) {
   return "; hexadecimal numbers are not read here: write " + std::to_string(value);
 }
 
+/// "; write 1000 (it holds U+00A0)"
+std::string in_plain_digits(std::string_view text) {
+  const std::string plain = plain_number(text);
+  const char32_t unseen = first_unseen(text);
+  std::string said = plain.empty() || plain == text ? std::string() : "; write " + plain;
+  if (unseen != 0) said += " (it holds " + code_point(unseen) + ")";
+  return said;
+}
+
 std::string advice(const known_element& element, std::string_view text) {
   std::string found = number_of_name(element.names, text);
-  return found.empty() ? instead_of_hexadecimal(element.form, text) : found;
+  if (found.empty()) found = instead_of_hexadecimal(element.form, text);
+  return found.empty() ? in_plain_digits(text) : found;
 }
 
 std::string range_of(const known_element& element) {
@@ -231,7 +243,9 @@ std::string instead_of_fraction(std::string_view text) {
   const bool is_percent = plain.size() > 1 && plain.back() == '%';
   if (is_percent) plain.pop_back();
   plain = trimmed(plain);
-  if ((comma == text.npos && !is_percent) || !fraction_in(plain).is_whole) return {};
+  if ((comma == text.npos && !is_percent) || !fraction_in(plain).is_whole) {
+    return in_plain_digits(text);
+  }
   if (!is_percent) return "; write " + plain;
   return "; as a part of one it is " +
          shown_fraction(static_cast<float>(std::strtod(plain.c_str(), nullptr) / 100));

@@ -59,7 +59,7 @@ std::string record_check::similar_name(const walked_element& element) const {
   const known_element* nearest = nullptr;
   unsigned least = 2 * beyond_all_names;
   for (const known_element& each : known) {
-    if (each.role == text_role::ignored) continue;
+    if (each.role == text_role::ignored || each.begins == part::document) continue;
     const unsigned fits_less = around != nullptr && each.of == around->begins ? 0 : 1;
     const unsigned changes =
         element.name == each.elsewhere ? 0 : distance_of_names(element.name, each.name);
@@ -78,8 +78,10 @@ void record_check::find_in_attributes(const walked_element& element,
     const std::string name = zrt4::detail::to_local(attributes.getName(i));
     if ((wanted != nullptr && name == wanted) || is_for_others(name)) continue;
     found.add(rule::stray_attribute, element.place, [&] {
+      const bool lacks = wanted != nullptr && attributes.getValue(wanted) == nullptr;
       return std::string(element.name) + " has the attribute " + quoted(name) +
-             ", which is not read";
+             ", which is not read" +
+             (lacks && is_misspelt(name, wanted) ? "; did you mean " + quoted(wanted) + "?" : "");
     });
   }
 }

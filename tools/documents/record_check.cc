@@ -83,7 +83,10 @@ void record_check::taken(walked_element& element, const char* text) {
   }
   switch (meaning.role) {
     case text_role::number:
-      if (meaning.form == number_form::listed_type) holder.awaits_type = false;
+      if (meaning.form == number_form::listed_type) {
+        holder.awaits_type = false;
+        if (makes_an_event(text)) last_event = holder.place;
+      }
       if (const auto number = find_in_number(meaning, element.name, text, element.place, found)) {
         add_key(element, *number);
       }
@@ -129,6 +132,8 @@ void record_check::find_empty(const walked_element& element) {
         element.has_elements
             ? " lacks its text directly behind the start tag: what stands in it is not its own"
             : " lacks its text, and is ignored");
+  } else if (meaning.role == text_role::text && element.has_elements) {
+    add(rule::empty_element, " lacks its text: what stands in it is not its own");
   } else if (meaning.role == text_role::number) {
     add(rule::empty_element, " lacks its number");
   } else if (meaning.role == text_role::name && !meaning.is_single) {
@@ -182,11 +187,14 @@ void record_check::end_record() {
       });
       continue;
     }
-    const char* const effect = each.form == number_form::listed_type
-                                   ? ": what stands in this event goes to the one before"
-                                   : ", and without it this record is left out";
     found.add(rule::empty_element, record.where[index_of(each)], [&] {
-      return std::string(each.name) + " is empty" + effect + in_line(record.place);
+      const std::string said = std::string(each.name) + " is empty";
+      if (each.form != number_form::listed_type) {
+        return said + ", and without it this record is left out" + in_line(record.place);
+      }
+      const std::string event = said + ": what stands in this event";
+      if (last_event.line == 0) return event + in_line(record.place) + " is ignored";
+      return event + " goes to the one before" + in_line(last_event);
     });
   }
   if (!is_left_out) find_missing(record);

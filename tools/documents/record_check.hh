@@ -92,7 +92,8 @@ class record_check : public element_walk {
   std::array<begun_part, number_of_parts> parts;
   std::vector<std::optional<repeated_keys>> keys;  // by known element
   std::map<std::string, unknown_name, std::less<>> unknown;
-  std::string property;  // of the record at hand
+  std::string property;   // of the record at hand
+  file_place last_event;  // that was made, in an event list
 };
 
 #endif

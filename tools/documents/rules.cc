@@ -18,6 +18,8 @@ constexpr rule_traits rules[] = {
      "bytes are no characters in the document's encoding"},
     {rule::wrong_encoding, error, "wrong_encoding",
      "a text was written in another encoding than it is read in"},
+    {rule::replacement_character, warning, "replacement_character",
+     "a character was lost when the document was made"},
 
     {rule::unknown_element, warning, "unknown_element", "no reader knows the element"},
     {rule::misspelt_element, error, "misspelt_element",
@@ -70,6 +72,8 @@ constexpr rule_traits rules[] = {
     {rule::blanks_around_name, error, "blanks_around_name", "blanks or line ends belong to a name"},
     {rule::blanks_around_text, warning, "blanks_around_text",
      "blanks or line ends belong to a text"},
+    {rule::unseen_character, error, "unseen_character",
+     "a character that nobody sees belongs to a name"},
 
     {rule::unlisted_feature, error, "unlisted_feature",
      "a camera offers a feature of a kind that the reader does not know"},

@@ -18,6 +18,7 @@ enum class rule : unsigned char {
   encoding_conflict,
   invalid_bytes,
   wrong_encoding,
+  replacement_character,
   // Elements and their places.
   unknown_element,
   misspelt_element,
@@ -59,6 +60,7 @@ enum class rule : unsigned char {
   character_cut,
   blanks_around_name,
   blanks_around_text,
+  unseen_character,
   // Cameras, where names and texts go to the feature that began last.
   unlisted_feature,
   feature_without_name,

@@ -7,6 +7,7 @@
 #include "blanks.hh"
 #include "shown_text.hh"
 #include "terminal.hh"
+#include "unseen_characters.hh"
 
 namespace {
 
@@ -70,6 +71,17 @@ void find_blanks(const walked_element& element, std::string_view text, finding_l
   });
 }
 
+void find_unseen(const walked_element& element, std::string_view text, finding_list& found) {
+  const bool is_name = element.meaning->role == text_role::name;
+  const char32_t unseen = is_name ? first_unseen(text) : unseen_at_end(text);
+  if (unseen == 0) return;
+  found.add(is_name ? rule::unseen_character : rule::blanks_around_text, element.place, [&] {
+    return std::string(element.name) + (is_name ? " holds " : " begins or ends with ") +
+           code_point(unseen) + ", which nobody sees and which belongs to the " +
+           (is_name ? "name: " : "text: ") + quoted(text);
+  });
+}
+
 bool can_be_a_section(std::string_view text) {
   return text.find("]]>") == text.npos;
 }
@@ -79,6 +91,7 @@ bool can_be_a_section(std::string_view text) {
 void find_in_text(const walked_element& element, const char* text, finding_list& found) {
   find_cut(element, text, found);
   find_blanks(element, text, found);
+  find_unseen(element, text, found);
 }
 
 void find_text_not_read(const walked_element& element, finding_list& found) {

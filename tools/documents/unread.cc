@@ -138,6 +138,8 @@ bool loses_nothing(rule what, document_kind kind, read_as how) {
     case rule::duplicate_number:
     case rule::blanks_around_name:
     case rule::blanks_around_text:
+    case rule::unseen_character:
+    case rule::replacement_character:
       return true;
     case rule::unknown_event_type:
       return !how.masks;
