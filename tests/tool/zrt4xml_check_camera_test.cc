@@ -225,6 +225,25 @@ TEST(ToolCheckCamera, ATextDirectlyWithinAFeature) {
             "[stray_text]\n");
 }
 
+TEST(ToolCheckCamera, AControlNameWithBlanksOrWhatNobodySees) {
+  EXPECT_EQ(findings(camera("<Integer Name='W'><PvRename>W.SP </PvRename></Integer>")),
+            "F:2:29: error: PvRename of Integer 'W': 'W.SP ' begins or ends with a blank "
+            "[blanks_around_name]\n");
+  EXPECT_EQ(findings(camera("<Integer Name='W'><PvRename Name=' W.SP'/></Integer>")),
+            "F:2:43: error: PvRename of Integer 'W': ' W.SP' begins or ends with a blank "
+            "[blanks_around_name]\n");
+  EXPECT_EQ(findings(camera("<Integer Name='W\xc2\xa0'/>")),
+            "F:2:21: error: the Name 'W\xc2\xa0' holds U+00A0, which nobody sees "
+            "[unseen_character]\n");
+}
+
+TEST(ToolCheckCamera, ARecordOfAnotherKind) {
+  EXPECT_EQ(findings(camera("<CHANNEL><PROP>A</PROP></CHANNEL><Integer Name='W'/>")),
+            "F:2:10: error: CHANNEL is a record of another kind of document: nothing of it is read "
+            "[misplaced_element]\n");
+  EXPECT_EQ(findings(camera("<CHANNEL><Integer Name='W'/></CHANNEL>")), "");
+}
+
 TEST(ToolCheckCamera, ATextBesideFeatures) {
   EXPECT_EQ(
       findings("<C>\n<Integer Name='W'/>\n =======\n<Group>\n<Integer Name='H'/> x\n</Group>\n"

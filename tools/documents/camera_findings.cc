@@ -12,11 +12,13 @@
 #include "blanks.hh"
 #include "camera_walk.hh"
 #include "input_file.hh"
+#include "known_elements.hh"
 #include "local_text.hh"
 #include "scan.hh"
 #include "shown_text.hh"
 #include "similar_names.hh"
 #include "terminal.hh"
+#include "unseen_characters.hh"
 #include "zrt4_gige_descr.hh"
 
 using zrt4::detail::to_local;
@@ -92,11 +94,13 @@ class camera_pass : public camera_walk {
   void element_ended(const camera_element& element) override;
 
   void check_name(const camera_feature& feature);
+  void check_key(const std::string& what, const std::string& name, file_place place);
   void check_text(const camera_feature& feature, const camera_feature::text& text);
   void check_own_text(const camera_feature& feature, const opened_text& text);
   void check_attribute(const camera_element& element, const std::string& attribute);
   bool check_spelling(const camera_element& element);
   void check_dropped_text(const camera_element& element);
+  bool find_record_of_others(const camera_element& element);
   void find_unlisted();
 
   finding_list& found;
@@ -131,12 +135,22 @@ void camera_pass::check_name(const camera_feature& feature) {
                   in_line(feature.named_at));
   }
   if (feature.name.empty() || is_mark_of_reader(feature.name)) return;
-  if (trimmed(feature.name) != feature.name) {
-    found.add(rule::blanks_around_name, feature.place,
-              "the Name " + quoted(feature.name) + " begins or ends with a blank");
-  }
+  check_key("the Name ", feature.name, feature.place);
   occurrences& of_name = names[feature.name];
   if (of_name.number++ < finding_list::most_places) of_name.places.push_back(feature.place);
+}
+
+/// What others look for, character by character.
+void camera_pass::check_key(const std::string& what, const std::string& name, file_place place) {
+  if (is_blank_text(name)) return;
+  if (trimmed(name) != name) {
+    found.add(rule::blanks_around_name, place,
+              what + quoted(name) + " begins or ends with a blank");
+  }
+  const char32_t unseen = first_unseen(name);
+  if (unseen == 0) return;
+  found.add(rule::unseen_character, place,
+            what + quoted(name) + " holds " + code_point(unseen) + ", which nobody sees");
 }
 
 void camera_pass::check_text(const camera_feature& feature, const camera_feature::text& text) {
@@ -156,6 +170,11 @@ void camera_pass::check_own_text(const camera_feature& feature, const opened_tex
   if (text.replaces.line != 0) {
     found.add(rule::repeated_element, text.place,
               its + " stands here again and replaces the one before" + in_line(text.replaces));
+  }
+  const bool is_read = text.filled_by == source::itself || text.filled_by == source::name_attribute;
+  const bool is_control_name = text.element == MoreTags[MORE_TAGS_PVRENAME];
+  if (is_read && is_control_name && !is_mark_of_reader(text.read)) {
+    check_key(its + ": ", text.read, text.place);
   }
   if (text.filled_by == source::name_attribute) return;
   const bool is_lost = !is_blank_text(text.written) && text.filled_by != source::itself;
@@ -257,12 +276,27 @@ void camera_pass::element_ended(const camera_element& element) {
     if (!name.empty()) offered.insert({name, {open_elements().back().shown, element.place}});
   }
   check_dropped_text(element);
-  if (check_spelling(element)) return;
+  if (find_record_of_others(element) || check_spelling(element)) return;
   const bool is_other = element.feature == nullptr && element.text == nullptr &&
                         element.name != category && !element.name_attribute.empty();
   if (!is_other) return;
   others.insert({element.name_attribute,
                  {element.name, element.place, !element.is_in_feature && !element.holds_feature}});
+}
+
+// What was pasted from another document. Elements that hold features may have any name.
+bool camera_pass::find_record_of_others(const camera_element& element) {
+  if (element.feature != nullptr || element.holds_feature || !element.holds_elements) return false;
+  for (const known_elements* const table :
+       {&known_in_events, &known_in_channels, &known_in_variables, &known_in_dictionary}) {
+    for (const known_element& each : *table) {
+      if (each.begins != part::record || each.name != element.name) continue;
+      found.add(rule::misplaced_element, element.place,
+                element.shown + " is a record of another kind of document: nothing of it is read");
+      return true;
+    }
+  }
+  return false;
 }
 
 // Of an element that the reader does not know, a text alone is for others.
