@@ -250,6 +250,8 @@ TEST(ToolCheckCamera, ATextBesideFeatures) {
                "</C>"),
       "F:3:2: error: the text '=======' directly within C is not read [stray_text]\n"
       "F:5:1: error: the text 'x' directly within Group is not read [stray_text]\n");
+  EXPECT_EQ(findings("<C>\n<Integer Name='W'/>\n<![CDATA[x]]>\n</C>"),
+            "F:3:10: error: the text 'x' directly within C is not read [stray_text]\n");
   // What others read in their elements.
   EXPECT_EQ(findings(camera("<Integer Name='W'><pValue>Reg</pValue></Integer><Unit>mm</Unit>")),
             "");

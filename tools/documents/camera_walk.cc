@@ -126,18 +126,25 @@ void camera_walk::endElement(const XMLCh* const /*name*/) {
 void camera_walk::docCharacters(const XMLCh* const text, const XMLSize_t length,
                                 const bool is_section) {
   if (open.empty()) return;
+  const bool is_blank_text =
+      std::all_of(text, text + length, [](XMLCh each) { return is_blank(each); });
   if (!is_section) {
     run.append(text, length);
-    const bool is_blank_text =
-        std::all_of(text, text + length, [](XMLCh each) { return is_blank(each); });
     if (run_place.line == 0 && !is_blank_text) {
       run_place = place_of_text(text, length, here(), open.back().place);
     }
     return;
   }
   end_text();
-  if (!open_texts.empty()) open_texts.back()->has_section = true;
-  keep(to_local(std::basic_string<XMLCh>(text, length).c_str()));
+  const std::string section = to_local(std::basic_string<XMLCh>(text, length).c_str());
+  if (!open_texts.empty()) {
+    open_texts.back()->has_section = true;
+  } else if (!is_blank_text) {
+    constexpr std::size_t end_of_section = sizeof "]]>" - 1;
+    const file_place end{here().line, here().column - end_of_section};
+    drop_text(section, place_of_text(text, length, end, open.back().place));
+  }
+  keep(section);
 }
 
 void camera_walk::keep(const std::string& text) {
