@@ -45,14 +45,14 @@ TEST(ToolShow, NumbersWithoutANameAreShownAsTheyAreWritten) {
   EXPECT_EQ(shown_types(described("<EVTYPE>32</EVTYPE><DTYPE>63</DTYPE>")),
             " ev type  : 32 EVMAX\n data type: 63 MAX_2010\n");
   EXPECT_EQ(shown_types(described("<EVTYPE>-1</EVTYPE><DTYPE>30</DTYPE>")),
-            " ev type  : -1 UNKNOWN\n data type: 30 UNKNOWN\n");
+            " ev type  : '-1', read as 4294967295 UNKNOWN\n data type: 30 UNKNOWN\n");
   EXPECT_EQ(shown_types(described("<DTYPE>0</DTYPE>")),
             " ev type  : 0x0 \n data type: 0 UNKNOWN\n");
 }
 
 TEST(ToolShow, NumbersThatAreReadAsOthersAreShownAsTheyAreWritten) {
   const std::string type = long_is_wide ? "38 BPM_2010" : "2147483647 UNKNOWN";
-  const std::string far_beyond = long_is_wide ? "-1 UNKNOWN" : "2147483647 UNKNOWN";
+  const std::string far_beyond = long_is_wide ? "4294967295 UNKNOWN" : "2147483647 UNKNOWN";
   EXPECT_EQ(shown_types(described("<EVTYPE>NORMAL</EVTYPE><DTYPE>4294967334</DTYPE>")),
             " ev type  : 'NORMAL', read as 0 HB\n data type: '4294967334', read as " + type + "\n");
   EXPECT_EQ(shown_types(described("<EVTYPE>1.5</EVTYPE><DTYPE>9999999999999999999</DTYPE>")),
@@ -80,6 +80,16 @@ TEST(ToolShow, MergedVariablesAndJsonAgree) {
   EXPECT_THAT(run("show " + file.path()).out, testing::HasSubstr(" ev type  : 0x2 NORMAL\n"));
   EXPECT_THAT(run("show --json " + file.path()).out,
               testing::HasSubstr("\"event_type\": 1,\n          \"event_type_name\": \"NORMAL\""));
+}
+
+TEST(ToolShow, NumbersBelowZeroAreTheSameInListingAndJson) {
+  const test::temporary_file file(described("<EVTYPE>-1</EVTYPE><DTYPE>4294967291</DTYPE>"));
+  EXPECT_THAT(run("show " + file.path()).out,
+              testing::HasSubstr(" ev type  : '-1', read as 4294967295 UNKNOWN\n"
+                                 " data type: 4294967291 UNKNOWN\n"));
+  const std::string json = run("show --json " + file.path()).out;
+  EXPECT_THAT(json, testing::HasSubstr("\"event_type\": 4294967295,"));
+  EXPECT_THAT(json, testing::HasSubstr("\"data_type\": 4294967291,"));
 }
 
 // A client has no event type then, where it has HB for the number 0.

@@ -173,7 +173,7 @@ json text_or_null(const std::string& text) {
   return text.empty() ? json(nullptr) : json(to_utf8(text));
 }
 
-json number_or_null(std::optional<std::int32_t> number) {
+json number_or_null(std::optional<std::uint32_t> number) {
   return number ? json(*number) : json(nullptr);
 }
 

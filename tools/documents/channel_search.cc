@@ -44,7 +44,7 @@ std::string shown_type(std::uint32_t mask, const std::string& names, std::size_t
   return shown + " (written: " + std::to_string(origin.written.number) + ")";
 }
 
-std::optional<std::int32_t> number_of(const written_type& written) {
+std::optional<std::uint32_t> number_of(const written_type& written) {
   if (!written.is_there) return {};
   return written.number;
 }
@@ -107,23 +107,24 @@ std::string channel_search::shown_event_types(std::size_t position) const {
   const std::uint32_t mask = channel(position).ev_type;
   const written_type& written = channels.origins[position].event_type;
   return shown_type(mask, names_of_event_types(mask), position,
-                    {written, channels.odd_event_types, zrt4::detail::bit_mask(written.number),
-                     event_name_itoa(written.number)});
+                    {written, channels.odd_event_types, zrt4::detail::bit_mask(written.with_sign()),
+                     event_name_itoa(written.with_sign())});
 }
 
 std::string channel_search::shown_data_type(std::size_t position) const {
   const std::uint32_t mask = channel(position).dtype;
   const written_type& written = channels.origins[position].data_type;
-  return shown_type(mask, names_of_data_types(mask), position,
-                    {written, channels.odd_data_types, zrt4::detail::data_type_mask(written.number),
-                     block_name_itoa(written.number)});
+  return shown_type(
+      mask, names_of_data_types(mask), position,
+      {written, channels.odd_data_types, zrt4::detail::data_type_mask(written.with_sign()),
+       block_name_itoa(written.with_sign())});
 }
 
-std::optional<std::int32_t> channel_search::written_event_type(std::size_t position) const {
+std::optional<std::uint32_t> channel_search::written_event_type(std::size_t position) const {
   return number_of(channels.origins[position].event_type);
 }
 
-std::optional<std::int32_t> channel_search::written_data_type(std::size_t position) const {
+std::optional<std::uint32_t> channel_search::written_data_type(std::size_t position) const {
   return number_of(channels.origins[position].data_type);
 }
 

@@ -40,8 +40,8 @@ class channel_search {
   std::string shown_event_types(std::size_t position) const;
   std::string shown_data_type(std::size_t position) const;
   /// The numbers that stand in the document; nothing where there is none.
-  std::optional<std::int32_t> written_event_type(std::size_t position) const;
-  std::optional<std::int32_t> written_data_type(std::size_t position) const;
+  std::optional<std::uint32_t> written_event_type(std::size_t position) const;
+  std::optional<std::uint32_t> written_data_type(std::size_t position) const;
 
   /// The channel that a client gets by its name: the first with an event type that bears it as DAQ
   /// name, or as property when one of its event types is looked up by property.

@@ -1,5 +1,6 @@
 #include "listed_channels.hh"
 
+#include <cinttypes>
 #include <cstdio>
 #include <memory>
 
@@ -21,26 +22,27 @@ class number_lines : public zrt4::detail::type_lines {
   explicit number_lines(const placed_channels& all) : channels(all) {}
 
   void print_event_type(std::size_t position, const chan_descr_2010& channel) const override {
-    const auto number = static_cast<std::int32_t>(channel.ev_type);
     const written_type& written = channels.origins[position].event_type;
-    if (channel.ev_type == untold_event_type) return zrt4::detail::print_event_types(0);
+    const std::uint32_t number = channel.ev_type;
+    if (number == untold_event_type) return zrt4::detail::print_event_types(0);
     if (print_odd(channels.odd_event_types, position, written, number, event_name_itoa)) return;
-    if (number >= 0 && number < zrt4::detail::event_type_count) {
-      zrt4::detail::print_event_types(zrt4::detail::bit_mask(number));
+    if (number < zrt4::detail::event_type_count) {
+      zrt4::detail::print_event_types(zrt4::detail::bit_mask(static_cast<std::int32_t>(number)));
     } else {
       print_number(number, event_name_itoa);
     }
   }
 
   void print_data_type(std::size_t position, const chan_descr_2010& channel) const override {
-    const auto number = static_cast<std::int32_t>(channel.dtype);
     const written_type& written = channels.origins[position].data_type;
+    const std::uint32_t number = channel.dtype;
     if (number == 0 && !written.is_there) return zrt4::detail::print_data_types(0);
     if (print_odd(channels.odd_data_types, position, written, number, block_name_itoa)) return;
-    const bool has_mask = number > 0 && number < static_cast<int>(ZRT4_BLOCK_MAX_2010) &&
-                          block_name_itoa(number) != nameless;
+    const auto type = static_cast<std::int32_t>(number);
+    const bool has_mask =
+        type > 0 && type < int{ZRT4_BLOCK_MAX_2010} && block_name_itoa(type) != nameless;
     if (has_mask) {
-      zrt4::detail::print_data_types(zrt4::detail::data_type_mask(number));
+      zrt4::detail::print_data_types(zrt4::detail::data_type_mask(type));
     } else {
       print_number(number, block_name_itoa);
     }
@@ -49,13 +51,13 @@ class number_lines : public zrt4::detail::type_lines {
  private:
   using name_of_number = const char* (*)(int);
 
-  static void print_number(std::int32_t number, name_of_number names) {
-    std::printf("%d %s", number, names(number));
+  static void print_number(std::uint32_t number, name_of_number names) {
+    std::printf("%" PRIu32 " %s", number, names(static_cast<int>(number)));
   }
 
   // A record that was merged from several channels may have its type from another one.
   static bool print_odd(const std::map<std::size_t, std::string>& texts, std::size_t position,
-                        const written_type& written, std::int32_t number, name_of_number names) {
+                        const written_type& written, std::uint32_t number, name_of_number names) {
     const auto odd = texts.find(position);
     if (odd == texts.end() || written.number != number) return false;
     std::printf("'%s', read as ", shortened(printable(odd->second)).c_str());
@@ -70,10 +72,7 @@ class number_lines : public zrt4::detail::type_lines {
 reading read_without_places(placed_channels& channels, input_file& file, int dialect) {
   reading how = read_into(channels.list, file, dialect, zrt4::types::numbers);
   for (const chan_descr_2010& channel : channels.list) {
-    channels.origins.push_back({0,
-                                0,
-                                {true, static_cast<std::int32_t>(channel.ev_type)},
-                                {true, static_cast<std::int32_t>(channel.dtype)}});
+    channels.origins.push_back({0, 0, {true, channel.ev_type}, {true, channel.dtype}});
   }
   return how;
 }

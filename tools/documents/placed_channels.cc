@@ -45,7 +45,7 @@ bool starts_channel(std::string_view tag) {
 }
 
 // Whether `text` is that number and nothing else, but for blanks around it.
-bool says(const char* text, std::int32_t number) {
+bool says(const char* text, std::uint32_t number) {
   char* end = nullptr;
   const bool is_it = std::strtoll(text, &end, 10) == number && end != text;
   return is_it && std::string_view(end).find_first_not_of(" \t\r\n") == std::string_view::npos;
@@ -116,7 +116,7 @@ class watched_reader : public library::channel_reader<Variant> {
   void note_type(std::string_view element, const char* text) {
     for (std::size_t type = 0; type < std::size(type_elements); ++type) {
       if (element != type_elements[type].name) continue;
-      const written_type written{true, library::read_decimal(text)};
+      const written_type written{true, static_cast<std::uint32_t>(library::read_decimal(text))};
       current.*type_elements[type].written = written;
       odd_texts[type] = says(text, written.number) ? "" : text;
     }

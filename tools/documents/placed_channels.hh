@@ -16,7 +16,9 @@
 /// What a document says of a type, without a record's limits.
 struct written_type {
   bool is_there = false;
-  std::int32_t number = 0;  ///< as the reader takes it, before it becomes a mask
+  std::uint32_t number = 0;  ///< as a record has it that holds no mask
+
+  std::int32_t with_sign() const { return static_cast<std::int32_t>(number); }
 };
 
 /// Where a record comes from.
