@@ -78,9 +78,9 @@ void expect_told(const std::set<std::string>& properties, const std::string& lin
 }
 
 struct seen {
-  int whole = 0;
-  int refused = 0;
-  int lossy = 0;
+  unsigned whole = 0;
+  unsigned refused = 0;
+  unsigned lossy = 0;
 };
 
 /// "COMMAND -o FILE", without and with --lossy, where a whole result holds these records.
@@ -129,9 +129,9 @@ TEST_F(RoundTrip, RandomChannelsToBothDialectsAndBack) {
     }
     if (HasFailure()) break;
   }
-  EXPECT_GT(counts.whole, 5);
-  EXPECT_GT(counts.refused, 5);
-  EXPECT_GT(counts.lossy, 5);
+  EXPECT_GE(counts.whole, rounds / 2);
+  EXPECT_GE(counts.refused, rounds / 2);
+  EXPECT_GE(counts.lossy, rounds / 2);
 }
 
 TEST_F(RoundTrip, RandomDictionaries) {
@@ -145,8 +145,8 @@ TEST_F(RoundTrip, RandomDictionaries) {
                        is_readable(original.path()), counts);
     if (HasFailure()) break;
   }
-  EXPECT_GE(counts.whole, 4);
-  EXPECT_GE(counts.refused, 2);
+  EXPECT_GE(counts.whole, rounds / 3);
+  EXPECT_GE(counts.refused, rounds / 4);
 }
 
 TEST_F(RoundTrip, RandomChannelsMerged) {
@@ -181,7 +181,7 @@ TEST_F(RoundTrip, RandomChannelsMerged) {
     }
     if (HasFailure()) break;
   }
-  EXPECT_GE(counts.whole, 1);
-  EXPECT_GT(counts.refused, 5);
-  EXPECT_GT(counts.lossy, 5);
+  EXPECT_GE(counts.whole, rounds / 6);
+  EXPECT_GE(counts.refused, rounds / 2);
+  EXPECT_GE(counts.lossy, rounds / 2);
 }
