@@ -64,7 +64,7 @@ TEST_F(CheckClean, WhatTheWritersWrite) {
   const test::kept_leak of_the_readers;
   clean_documents documents(7);
   std::size_t records[2] = {};
-  for (unsigned i = 0; i != 500 && !testing::Test::HasFailure(); ++i) {
+  for (unsigned i = 0; i != 700 && !testing::Test::HasFailure(); ++i) {
     zrt4::channel_list channels;
     ASSERT_EQ(channels.read_text(documents.next(clean_documents::elements)), 0);
     for (const int dialect : {ZRT4_FORMAT, MORV_FORMAT}) {

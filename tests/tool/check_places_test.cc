@@ -1,6 +1,7 @@
 // Elements, texts and attributes that stand where nobody reads them, or for another record.
 
 #include "finding_support.hh"
+#include "own_locale.hh"
 #include "zrt4xml.hh"
 
 using test::channel_with;
@@ -13,6 +14,7 @@ using test::variable_with;
 namespace {
 
 class CheckPlaces : public testing::Test {
+  const test::own_locale in_utf8{LC_CTYPE, "C.UTF-8"};  // as the tool
   const zrt4::xml_session session;
 };
 

@@ -246,9 +246,11 @@ TEST(ToolJson, TextsAreUtf8WhateverTheLocale) {
   const test::temporary_file file(test::channel("<DESC>\xc3\x9c\xce\xa9</DESC>"));
   const auto answered = [&](const std::string& locale, const std::string& arguments) {
     const test::temporary_file out("");
-    const int status = std::system(("LOCPATH=" + place + " LC_ALL=" + locale + " " + test::tool() +
-                                    arguments + " >" + out.path() + " 2>&1")
-                                       .c_str());
+    // The C library itself leaves memory behind when LOCPATH has no such locale.
+    const int status =
+        std::system(("ASAN_OPTIONS=detect_leaks=0 LOCPATH=" + place + " LC_ALL=" + locale + " " +
+                     test::tool() + arguments + " >" + out.path() + " 2>&1")
+                        .c_str());
     return std::to_string(WEXITSTATUS(status)) + "\n" + out.content();
   };
   for (const std::string& command :
