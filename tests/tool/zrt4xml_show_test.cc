@@ -83,10 +83,10 @@ TEST(ToolShow, MergedVariablesAndJsonAgree) {
 }
 
 TEST(ToolShow, NumbersBelowZeroAreTheSameInListingAndJson) {
-  const test::temporary_file file(described("<EVTYPE>-1</EVTYPE><DTYPE>4294967291</DTYPE>"));
+  const test::temporary_file file(described("<EVTYPE>-1</EVTYPE><DTYPE>-5</DTYPE>"));
   EXPECT_THAT(run("show " + file.path()).out,
               testing::HasSubstr(" ev type  : '-1', read as 4294967295 UNKNOWN\n"
-                                 " data type: 4294967291 UNKNOWN\n"));
+                                 " data type: '-5', read as 4294967291 UNKNOWN\n"));
   const std::string json = run("show --json " + file.path()).out;
   EXPECT_THAT(json, testing::HasSubstr("\"event_type\": 4294967295,"));
   EXPECT_THAT(json, testing::HasSubstr("\"data_type\": 4294967291,"));
