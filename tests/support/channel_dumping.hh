@@ -5,10 +5,9 @@
 
 #include <unistd.h>
 
-#include <algorithm>
-
 #include "handmade_channels.hh"
 #include "support.hh"
+#include "without_date.hh"
 
 namespace test {
 
@@ -16,20 +15,6 @@ inline const std::string empty_elements =
     declaration + std::string("<CHANDESCRIPTIONS>\n</CHANDESCRIPTIONS>\n\n");
 inline const std::string empty_variables =
     declaration + std::string("<DAQvariables>\n</DAQvariables>\n\n");
-
-/// The text without the date lines in it that have the right form.
-inline std::string without_date(std::string text) {
-  const std::string form = "\t<isodate>9999-99-99T99:99:99</isodate>\n";
-  const auto fits = [](char seen, char wanted) {
-    return wanted == '9' ? seen >= '0' && seen <= '9' : seen == wanted;
-  };
-  for (std::size_t at = 0; (at = text.find("\t<isodate>", at)) != std::string::npos;) {
-    const std::string line = text.substr(at, form.size());
-    if (!std::equal(line.begin(), line.end(), form.begin(), form.end(), fits)) break;
-    text.erase(at, form.size());
-  }
-  return text;
-}
 
 class pipe_pair {
  public:

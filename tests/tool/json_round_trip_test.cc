@@ -12,6 +12,7 @@
 #include "row_json.hh"
 #include "rows.hh"
 #include "support.hh"
+#include "without_date.hh"
 
 [[maybe_unused]] static const auto* const points = test::locale_of_literals::in(LC_NUMERIC);
 
@@ -57,21 +58,15 @@ both read(const std::string& document, document_kind kind) {
   return result;
 }
 
-std::string without_date(std::string document) {
-  const std::size_t begin = document.find("<isodate>");
-  if (begin != document.npos) document.erase(begin, document.find('\n', begin) - begin);
-  return document;
-}
-
 std::string written(zrt4::channel_list& list, int dialect) {
   std::string document;
   dump_chan_desr(list.get(), nullptr, DUMP_XML_FILE, dialect, -1, &document, nullptr);
-  return without_date(document);
+  return test::without_date(document);
 }
 std::string written(zrt4::env_dictionary_2010& list) {
   std::string document;
   dump_env_index_dict_2010(list.get(), nullptr, ENV_INDX_DUMP_XML_STRING, -1, &document);
-  return without_date(document);
+  return test::without_date(document);
 }
 
 // Enough of each format to meet every oddity; they take some seconds.

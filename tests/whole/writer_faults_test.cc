@@ -14,12 +14,14 @@
 #include "own_locale.hh"
 #include "parse_ev_list.hh"
 #include "system_calls.hh"
+#include "without_date.hh"
 #include "zrt4_gige_descr.hh"
 
 [[maybe_unused]] static const auto* const english = test::locale_of_literals::in(LC_MESSAGES);
 
 using test::calls;
 using test::collector;
+using test::without_date;
 
 namespace {
 
@@ -121,13 +123,6 @@ std::vector<writer> all_writers() {
   return all;
 }
 
-/// The document without what the clock put into it.
-std::string undated(std::string text) {
-  constexpr std::size_t date_line = 40;
-  const std::size_t at = text.find("\t<isodate>");
-  return at == std::string::npos ? text : text.erase(at, date_line);
-}
-
 struct WriterFaults : testing::Test {
   WriterFaults() { calls = {}; }
   ~WriterFaults() override { calls = {}; }
@@ -184,7 +179,7 @@ TEST_F(WriterFaults, AFileThatCannotBeOpenedGivesOneAndNothingIsWritten) {
 
 TEST_F(WriterFaults, AFileThatTakesNoMoreIsClosedOnceAndNothingTells) {
   for (const writer& each : all_writers()) {
-    const std::string whole = undated(document(each));
+    const std::string whole = without_date(document(each));
     ASSERT_GT(whole.size(), 5000U) << each.name;
     for (const long room : {0L, 1L, 100L, 4096L, 5000L}) {
       SCOPED_TRACE(std::string(each.name) + " with room for " + std::to_string(room));
@@ -202,23 +197,23 @@ TEST_F(WriterFaults, AFileThatTakesNoMoreIsClosedOnceAndNothingTells) {
 TEST_F(WriterFaults, AFileThatTakesNoMoreKeepsNothingFromTheDescriptor) {
   for (const writer& each : xml_writers) {
     SCOPED_TRACE(each.name);
-    const std::string whole = undated(document(each));
+    const std::string whole = without_date(document(each));
     calls.room_in_file = 10;
     EXPECT_EQ(run(each, file.name(), collector), 0);
     EXPECT_EQ(calls.in_file, "<?xml vers");
-    EXPECT_EQ(undated(calls.written), whole);
+    EXPECT_EQ(without_date(calls.written), whole);
   }
 }
 
 TEST_F(WriterFaults, AFileThatFailsToCloseIsClosedOnceAndNothingTells) {
   for (const writer& each : all_writers()) {
     SCOPED_TRACE(each.name);
-    const std::string whole = undated(document(each));
+    const std::string whole = without_date(document(each));
     calls.room_in_file = 1'000'000;
     calls.close_fails = true;
     EXPECT_EQ(run(each, file.name(), -1), 0);
     EXPECT_EQ(said.err, "");
-    EXPECT_EQ(undated(calls.in_file), whole);
+    EXPECT_EQ(without_date(calls.in_file), whole);
     ASSERT_EQ(calls.opened.size(), 1U);
     EXPECT_EQ(calls.closed, calls.opened);
     EXPECT_EQ(said.out, remarks(each, file.path()));
@@ -254,7 +249,7 @@ TEST_F(WriterFaults, AFailedWriteGivesTwoWhateverTheReason) {
 
 TEST_F(WriterFaults, EachOfManyShortWritesFailing) {
   for (const writer& each : xml_writers) {
-    const std::string whole = undated(document(each));
+    const std::string whole = without_date(document(each));
     for (std::size_t before = 0; before < 20; ++before) {
       SCOPED_TRACE(std::string(each.name) + ", writes before: " + std::to_string(before));
       calls.write_results.assign(before, 7);
@@ -269,11 +264,11 @@ TEST_F(WriterFaults, EachOfManyShortWritesFailing) {
 TEST_F(WriterFaults, ShortWritesAreContinuedToTheEnd) {
   for (const writer& each : xml_writers) {
     SCOPED_TRACE(each.name);
-    const std::string whole = undated(document(each));
+    const std::string whole = without_date(document(each));
     calls.write_results.assign(whole.size() + 40, 1);
     EXPECT_EQ(run(each, nullptr, collector), 0);
     EXPECT_EQ(said.out, "");
-    EXPECT_EQ(undated(calls.written), whole);
+    EXPECT_EQ(without_date(calls.written), whole);
     calls.write_results.clear();
   }
 }
@@ -292,10 +287,10 @@ TEST_F(WriterFaults, AWriteThatTakesNothingEndsTheDumpWithZero) {
 TEST_F(WriterFaults, AFailedWriteLeavesTheFileWholeAndOpen) {
   for (const writer& each : xml_writers) {
     SCOPED_TRACE(each.name);
-    const std::string whole = undated(document(each));
+    const std::string whole = without_date(document(each));
     calls.write_results = {10, -1};
     EXPECT_EQ(run(each, file.name(), collector), 2);
-    EXPECT_EQ(undated(file.content()), whole);
+    EXPECT_EQ(without_date(file.content()), whole);
     ASSERT_EQ(calls.opened.size(), 1U);
     EXPECT_TRUE(calls.closed.empty());
     std::fclose(calls.opened[0]);
@@ -349,7 +344,7 @@ TEST_F(WriterFaults, APipeWithoutReaderGivesTwo) {
 TEST_F(WriterFaults, AFullPipeThatDoesNotWaitGivesTwoAndHoldsTheBeginning) {
   for (const writer& each : xml_writers) {
     SCOPED_TRACE(each.name);
-    const std::string whole = undated(document(each));
+    const std::string whole = without_date(document(each));
     int ends[2];
     ASSERT_EQ(pipe2(ends, O_NONBLOCK), 0);
     ASSERT_EQ(fcntl(ends[1], F_SETPIPE_SZ, 4096), 4096);
@@ -358,7 +353,7 @@ TEST_F(WriterFaults, AFullPipeThatDoesNotWaitGivesTwoAndHoldsTheBeginning) {
     std::array<char, 8192> got{};
     const ssize_t size = read(ends[0], got.data(), got.size());
     ASSERT_EQ(size, 4096);
-    const std::string beginning = undated(std::string(got.data(), 4096));
+    const std::string beginning = without_date(std::string(got.data(), 4096));
     EXPECT_EQ(beginning, whole.substr(0, beginning.size()));
     close(ends[0]);
     close(ends[1]);
