@@ -135,6 +135,7 @@ def test_tables_of_odd_channels(channels):
     document = f"<CHANDESCRIPTIONS>{channels}</CHANDESCRIPTIONS>"
     assert_same(zrt4xml.read_numpy(document), zrt4xml.read(document).to_numpy())
 
+
 # As the library's records have it: the tool tells that from type 0, Python has no other number.
 def test_an_event_type_that_is_not_told_is_0():
     json = '{"kind": "channels", "records": [{"property": "A"}]}'

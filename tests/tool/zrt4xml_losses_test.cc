@@ -255,6 +255,14 @@ TEST(ToolLosses, VariableThatAnotherOneOfItsPropertyTellsTheEventType) {
               testing::HasSubstr("<EVTYPE>0</EVTYPE>"));
 }
 
+TEST(ToolLosses, EventTypeBehindThePropertyThatMergedAVariableIsNotItsOwn) {
+  const test::temporary_file file(
+      "<DAQvariables><DaqFloat><evType>4</evType><vindo>B</vindo></DaqFloat>"
+      "<DaqFloat><vindo>A</vindo><vindo>B</vindo><evType>0</evType></DaqFloat></DAQvariables>");
+  EXPECT_EQ(run("list --columns property,event_type " + file.path()).out,
+            "property\tevent_type\nB\tENV\nA\tUNKNOWN\n");
+}
+
 TEST(ToolLosses, ChannelOfSeveralPropertiesHasTheEventTypeThatStandsBehindThem) {
   const std::string document =
       list("<CHANNEL><PROP>A</PROP><PROP>B</PROP><EVTYPE>0</EVTYPE></CHANNEL>");

@@ -4,7 +4,7 @@
 #include "dictionary_fields.hh"
 #include "document_text.hh"
 #include "event_util.hh"
-#include "record_types.hh"
+#include "untold.hh"
 #include "written_channels.hh"
 
 namespace {
@@ -15,27 +15,20 @@ using zrt4::detail::element_name;
 using zrt4::detail::field_role;
 using zrt4::detail::with_value;
 
+// An event type that is not told would be another one as 0.
 template <class Record>
 void append_field(document_text& out, std::string_view element, const channel_field<Record>& field,
                   const Record& record) {
-  with_value(field.member, record, [&](const auto& value) { out.leaf(element, value); });
-}
-
-/// Written as 0 it would be another one.
-template <class Record>
-bool is_untold(const channel_field<Record>& field, const Record& record) {
-  if constexpr (std::is_same_v<Record, chan_descr_2010>) {
-    return field.role == field_role::event_type && record.ev_type == untold_event_type;
-  }
-  return false;
+  with_value(field.member, record, [&](const auto& value) {
+    if (!is_untold(value, field.role)) out.leaf(element, value);
+  });
 }
 
 /// The lines of a record in the element dialect, but for the number that its own element holds.
 template <class Record>
 void append_elements(document_text& out, const Record& record) {
   for (const auto& field : zrt4::detail::fields_of(&record)) {
-    if (field.role == field_role::number_of_record || is_untold(field, record)) continue;
-    append_field(out, field.element, field, record);
+    if (field.role != field_role::number_of_record) append_field(out, field.element, field, record);
   }
 }
 
@@ -74,7 +67,6 @@ void append_variable_fields(document_text& out, const Record& record) {
   static constexpr auto written = zrt4::detail::in_order<&channel_field<Record>::variable>(
       zrt4::detail::fields_of(static_cast<const Record*>(nullptr)));
   for (const auto* field : written) {
-    if (is_untold(*field, record)) continue;
     if (field->role != field_role::size) {
       append_field(out, field->variable.name, *field, record);
       continue;

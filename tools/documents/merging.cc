@@ -18,6 +18,7 @@
 #include "known_values.hh"
 #include "record_types.hh"
 #include "rows.hh"
+#include "untold.hh"
 
 namespace {
 
@@ -231,7 +232,7 @@ class merger {
   template <class Value, class Field>
   bool complete_field(Value& to, const Value& value, const Field& field, std::size_t number,
                       const place_of_record& place, const void* from) {
-    if (is_untold(to, field) && !is_untold(value, field)) return take(to, value);
+    if (is_untold(to, field.role) && !is_untold(value, field.role)) return take(to, value);
     if (!is_known(value, field) || is_same(to, value)) return false;
     const bool contradicts = is_known(to, field);
     if (contradicts && report != nullptr) note_contradiction(place, from, number);
@@ -246,16 +247,8 @@ class merger {
   }
 
   template <class Value, class Field>
-  static bool is_untold(const Value& value, const Field& field) {
-    if constexpr (std::is_same_v<Value, std::uint32_t>) {
-      return field.role == library::field_role::event_type && value == untold_event_type;
-    }
-    return false;
-  }
-
-  template <class Value, class Field>
   static bool is_known(const Value& value, const Field& field) {
-    return !is_untold(value, field) && library::is_known(value, field.role);
+    return !is_untold(value, field.role) && library::is_known(value, field.role);
   }
 
   template <class Value>

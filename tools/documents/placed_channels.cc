@@ -71,7 +71,7 @@ class watched_reader : public library::channel_reader<Variant> {
     const std::string_view element = tag;
     if (starts_channel(element)) {
       begin(static_cast<std::uint32_t>(library::scan_place::of(pull).line));
-    } else if (value != nullptr) {
+    } else if (value != nullptr && !is_merged) {  // then the rest of it is ignored
       note_type(element, value);
     }
     if (channels.list.size() != before) {
